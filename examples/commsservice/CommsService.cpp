@@ -1,0 +1,120 @@
+#include "CommsService.h"
+
+#include "SettingCallbacks.h"
+
+namespace commsservice
+{
+
+class CommsService::Turn
+{
+public:
+  explicit Turn(CommsService& service) : hold(service.turns), validator(service.validator)
+  {
+    validator.forgetAll();
+  }
+  ~Turn()
+  {
+    validator.forgetAll();
+  }
+  Turn(const Turn&) = delete;
+  Turn& operator=(const Turn&) = delete;
+
+private:
+  std::lock_guard<std::mutex> hold;
+  GroupValidator& validator;
+};
+
+CommsService::CommsService(SvcRTEContext& context)
+    : live(settings()),
+      validator(groupRules(), live, calls),
+      dataManager(makeServiceDataManager()),
+      observer(*dataManager)
+{
+  dataManager->setup(&context, &observer, "CommsService", &validator);
+  registerCallbacks();
+}
+
+CommsService::~CommsService()
+{
+  dataManager->deleteSetters();
+  dataManager->deleteGetters();
+}
+
+bool CommsService::start(const std::string& itemMap)
+{
+  const Turn turn(*this);
+  const bool known = dataManager->ready();
+  dataManager->initialise(itemMap);
+  return known;
+}
+
+void CommsService::restart(const std::string& itemMap)
+{
+  const Turn turn(*this);
+  dataManager->setStartup(false);
+  dataManager->initialise(itemMap);
+}
+
+bool CommsService::set(ManageableData& data)
+{
+  const Turn turn(*this);
+  return dataManager->setData(data);
+}
+
+bool CommsService::get(ManageableData& data)
+{
+  return dataManager->getData(data);
+}
+
+bool CommsService::resetUserData()
+{
+  const Turn turn(*this);
+  return dataManager->setDefaultUserData();
+}
+
+void CommsService::reloadUserData()
+{
+  const Turn turn(*this);
+  dataManager->reloadUserData();
+}
+
+ServiceDataManagerIfc& CommsService::manager()
+{
+  return *dataManager;
+}
+
+MgmtAgentIfc& CommsService::agent()
+{
+  return observer;
+}
+
+std::string CommsService::liveValue(const std::string& setting, const std::string& row) const
+{
+  return live.get(setting, row);
+}
+
+CallReport CommsService::takeReport()
+{
+  return calls.take();
+}
+
+// The manager owns what it is given, and copies the names.
+void CommsService::registerCallbacks()
+{
+  for (const Setting& setting : settings())
+  {
+    const std::string setterName = "set" + setting.name;
+    const std::string getterName = "get" + setting.name;
+    if (!setting.readOnly)
+      dataManager->addSetter({setterName.c_str(), makeSetter(setting, live, calls, validator).release()});
+    if (!setting.secret)
+      dataManager->addGetter({getterName.c_str(), std::make_unique<SettingGetter>(setting, live).release()});
+  }
+}
+
+void CommsService::Agent::observedDataChanged(ManageableData& data)
+{
+  dataManager.manageableDataChanged(data);
+}
+
+} // namespace commsservice

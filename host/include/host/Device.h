@@ -1,0 +1,54 @@
+// A whole host device in one folder, brought up in order.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+
+#include "host/DataAccessServiceIfc.h"
+#include "host/HostExport.h"
+#include "host/LocalMgmtIfc.h"
+#include "host/SecurityLogServiceIfc.h"
+#include "host/SvcRTEContext.h"
+#include "host/Traffic.h"
+
+namespace host
+{
+struct SDM_HOST_EXPORT DeviceSettings
+{
+  /// Made, parents included, when it is not there.
+  std::filesystem::path folder;
+  std::uint32_t interfaceCount = 1;
+  /// The gate of the log.
+  int logLevel = 2;
+  /// What of it reaches standard error as well; 0 for nothing.
+  int consoleLevel = 2;
+};
+
+/// The services of the device in `folder`: das.db, ocms.db, das.key, security.log and log/device.log, each made when it
+/// is not there. The folder belongs to one process at a time; log and key are the process's, so there is one device at
+/// a time in a process.
+class SDM_HOST_EXPORT Device
+{
+public:
+  /// Throws `Error` naming the file or folder and the reason, such as a folder that another process uses.
+  explicit Device(const DeviceSettings& settings);
+
+  /// Takes the services down; nobody may use them any more.
+  ~Device();
+  Device(const Device&) = delete;
+  Device& operator=(const Device&) = delete;
+
+  /// Offers the four services under the names of their interfaces; the Data Access Service with `traffic` in front.
+  RuntimeContext& context();
+
+  DataAccessService& das();
+  TrafficRecorder& traffic();
+  LocalMgmtStore& store();
+  SecurityLogService& securityLog();
+
+private:
+  struct Content;
+  std::unique_ptr<Content> content;
+};
+} // namespace host

@@ -1,0 +1,23 @@
+// What the host can read out of a management record beyond the contract.
+#pragma once
+
+#include <ManageableData.h>
+
+#include <string>
+#include <vector>
+
+#include "host/HostExport.h"
+
+namespace host
+{
+/// One refusal, as it was handed to `ManageableData::addRejectReason`.
+struct SDM_HOST_EXPORT RejectReason
+{
+  std::string rootId;
+  std::string name;
+  std::string reason;
+};
+
+/// The record's refusals in the order they came in.
+SDM_HOST_EXPORT std::vector<RejectReason> rejectReasons(const ManageableData& data);
+} // namespace host

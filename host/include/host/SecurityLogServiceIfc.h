@@ -1,0 +1,46 @@
+// The security log in a text file that only grows.
+#pragma once
+
+#include <SecurityLogServiceIfc.h>
+
+#include <cstddef>
+#include <ctime>
+#include <filesystem>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "host/HostExport.h"
+
+namespace host
+{
+/// One line a record, its fields separated by tabs: time (ISO 8601, UTC), the four codes, "failed" or "ok", record,
+/// user, origin; an empty text stands as "-". Control characters, bytes that are no UTF-8 and backslashes are escaped
+/// in the manner of C, so a record is always one line and cannot pass for two. Every operation may be called from any
+/// thread.
+class SDM_HOST_EXPORT SecurityLogService : public ::SecurityLogServiceIfc
+{
+public:
+  /// Opens the file for appending, made with mode 0600 when it is not there. Throws `Error` naming the file and the
+  /// reason.
+  explicit SecurityLogService(const std::filesystem::path& file);
+  ~SecurityLogService() override;
+  SecurityLogService(const SecurityLogService&) = delete;
+  SecurityLogService& operator=(const SecurityLogService&) = delete;
+
+  /// Returns when the record is on the disk; throws `Error` when it could not be written. A line left unfinished by an
+  /// earlier failure is ended first.
+  void logSecurityEvent(time_t when, int facility, int severity, int eventType, int eventClass, bool failed,
+                        std::string record, std::string user, std::string origin) override;
+
+  /// The last `count` lines, oldest first, without line ends. Throws `Error` when the file cannot be read.
+  std::vector<std::string> lastLines(std::size_t count);
+
+private:
+  bool endsInsideLine() const;
+
+  std::filesystem::path file;
+  std::mutex mutex;
+  int descriptor;
+};
+} // namespace host

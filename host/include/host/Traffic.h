@@ -1,0 +1,54 @@
+// A Data Access Service that remembers what passed through it.
+#pragma once
+
+#include <DataAccessServiceIfc.h>
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "host/HostExport.h"
+
+namespace host
+{
+/// One request and what became of it.
+struct SDM_HOST_EXPORT Exchange
+{
+  /// Counts all exchanges since the recorder was made, from 1.
+  std::uint64_t number = 0;
+  std::string request;
+  /// Empty when the service threw.
+  std::string reply;
+  /// What the service threw, as text; empty when it answered.
+  std::string failure;
+  std::chrono::microseconds duration{0};
+};
+
+/// Passes every request on and remembers the last ones. Requests may come from any thread, and it holds no lock while
+/// the real service works on one.
+class SDM_HOST_EXPORT TrafficRecorder : public ::DataAccessServiceIfc
+{
+public:
+  /// Borrows `real`. Remembers the last `keep` exchanges, none at all when it is 0.
+  TrafficRecorder(::DataAccessServiceIfc& real, std::size_t keep);
+
+  /// The real service's answer; what it throws passes on and is remembered as a failure.
+  std::string sendRequest(const char* request, std::size_t length) override;
+
+  /// The remembered exchanges in the order in which they ended, the oldest first. Texts are as sent, unmasked.
+  std::vector<Exchange> exchanges() const;
+
+private:
+  void remember(Exchange exchange);
+
+  ::DataAccessServiceIfc& real;
+  const std::size_t keep;
+  mutable std::mutex mutex;
+  std::uint64_t count = 0;
+  std::deque<Exchange> kept;
+};
+} // namespace host

@@ -1,0 +1,41 @@
+// Where the device's log goes.
+#pragma once
+
+#include <logAppUni.h>
+
+#include <filesystem>
+#include <string>
+
+#include "host/HostExport.h"
+
+namespace host
+{
+/// A line reaches a sink when its level is at most the sink's. Both sinks come after the gate: they never open it.
+struct SDM_HOST_EXPORT LogSettings
+{
+  /// Rotates at 5 MiB, two older files are kept as NAME.1.EXT and NAME.2.EXT; empty for no file.
+  std::filesystem::path file;
+  /// For standard error; 0 keeps it silent.
+  int consoleLevel = 2;
+  int fileLevel = 6;
+};
+
+/// Opens the log, in place of an open one. Until then every line goes to standard error. Throws `Error` naming the file
+/// when it cannot be written; the log stays as it was. This and all that follow may be called from any thread.
+SDM_HOST_EXPORT void openLog(const LogSettings& settings);
+
+/// Closes the file; lines go to standard error again.
+SDM_HOST_EXPORT void closeLog();
+
+/// Opens the gate of `loggingOnAppUni` up to this level for all modules without a level of their own; 2 at first.
+SDM_HOST_EXPORT void setLogLevel(int level);
+
+/// The same for one module alone.
+SDM_HOST_EXPORT void setLogLevel(const std::string& module, int level);
+
+/// Takes the level of its own away from a module.
+SDM_HOST_EXPORT void clearLogLevel(const std::string& module);
+
+/// How far the gate is open for modules without a level of their own.
+SDM_HOST_EXPORT int logLevel();
+} // namespace host

@@ -1,0 +1,13 @@
+#include <CriticalSection.h>
+
+#include "SemaphoreContent.h"
+
+CriticalSection::CriticalSection(Semaphore& taken) : semaphore(taken)
+{
+  semaphore.content->take();
+}
+
+CriticalSection::~CriticalSection()
+{
+  semaphore.content->giveBack();
+}

@@ -1,0 +1,212 @@
+#include "DasCatalog.h"
+
+#include "DasRequest.h"
+#include "XmlText.h"
+#include "host/Error.h"
+
+namespace host
+{
+const char* const rowOrderColumn = "~row";
+
+namespace
+{
+std::string lowered(std::string text)
+{
+  // SQLite, too, folds the case of ASCII letters only.
+  for (char& character : text)
+    if (character >= 'A' && character <= 'Z')
+      character = static_cast<char>(character - 'A' + 'a');
+  return text;
+}
+
+/// A name like `wanted` that is not taken yet; takes it.
+std::string takeIdentifier(const std::string& wanted, std::unordered_set<std::string>& taken)
+{
+  const bool reserved = lowered(wanted).rfind("sqlite_", 0) == 0;
+  const std::string base = reserved ? "~" + wanted : wanted;
+  std::string candidate = base;
+  for (int number = 2; !taken.insert(lowered(candidate)).second; ++number)
+    candidate = base + "~" + std::to_string(number);
+  return candidate;
+}
+
+std::unordered_set<std::string> takenColumns(const DasTable& table)
+{
+  std::unordered_set<std::string> taken = {rowOrderColumn};
+  for (const DasColumn& column : table.columns)
+    taken.insert(lowered(column.identifier));
+  return taken;
+}
+
+void requireName(const std::string& name, const std::string& what)
+{
+  if (name.empty())
+    throw Error(what + " has an empty name");
+  if (!isXmlText(name))
+    throw Error(what + " has a name that XML cannot carry");
+}
+
+void requireColumnName(const std::string& name, const std::string& schema)
+{
+  requireName(name, "a column of schema '" + schema + "'");
+  if (isMessageElement(name))
+    throw Error("schema '" + schema + "': column '" + name + "' is named like an element of the messages");
+}
+
+void requireSound(const SchemaDefinition& schema)
+{
+  requireName(schema.name, "a schema");
+  if (!schema.indexColumn.empty())
+    requireColumnName(schema.indexColumn, schema.name);
+  for (const std::string& column : schema.columns)
+    requireColumnName(column, schema.name);
+  if (schema.indexColumn.empty() && !schema.indexValues.empty())
+    throw Error("schema '" + schema.name + "' has index values but no index column");
+  for (const std::string& value : schema.indexValues)
+    if (!isXmlText(value))
+      throw Error("schema '" + schema.name + "' has an index value that XML cannot carry");
+}
+
+void requireSameIndex(const DasTable& table, const SchemaDefinition& schema)
+{
+  const std::string present = table.indexed ? table.columns.front().name : std::string();
+  if (present != schema.indexColumn)
+    throw Error("schema '" + schema.name + "' is indexed by '" + present + "' and cannot be by '" + schema.indexColumn +
+                "'");
+}
+
+void recordColumn(Database& database, const DasTable& table, const DasColumn& column)
+{
+  database.execute("INSERT INTO \"~columns\" (schema, position, name, identifier) VALUES (:s, :p, :n, :i)",
+                   {table.schema, std::to_string(table.columns.size()), column.name, column.identifier});
+}
+
+void addMissingColumns(Database& database, DasTable& table, const std::vector<std::string>& columns)
+{
+  std::unordered_set<std::string> taken = takenColumns(table);
+  for (const std::string& name : columns)
+  {
+    if (table.find(name) != nullptr)
+      continue;
+    const DasColumn column{name, takeIdentifier(name, taken), isElementName(name)};
+    database.execute("ALTER TABLE " + table.sqlName() + " ADD COLUMN " + quoted(column.identifier) + " TEXT");
+    recordColumn(database, table, column);
+    table.add(column);
+  }
+}
+
+void addMissingRows(Database& database, const DasTable& table, const std::vector<std::string>& indexValues)
+{
+  if (indexValues.empty())
+    return;
+  const std::string sql =
+      "INSERT OR IGNORE INTO " + table.sqlName() + " (" + quoted(table.columns.front().identifier) + ") VALUES (:v)";
+  for (const std::string& value : indexValues)
+    database.execute(sql, {value});
+}
+} // namespace
+
+const DasColumn* DasTable::find(const std::string& column) const
+{
+  const auto found = columnsByName.find(column);
+  return found == columnsByName.end() ? nullptr : &columns[found->second];
+}
+
+void DasTable::add(DasColumn column)
+{
+  columnsByName.emplace(column.name, columns.size());
+  columns.push_back(std::move(column));
+}
+
+std::string DasTable::sqlName() const
+{
+  return quoted(identifier);
+}
+
+std::string DasTable::sqlName(const DasColumn& column) const
+{
+  return sqlName() + "." + quoted(column.identifier);
+}
+
+std::vector<std::string> DasCatalog::layout()
+{
+  return {"CREATE TABLE \"~schemas\" (number INTEGER PRIMARY KEY, name TEXT NOT NULL UNIQUE, identifier TEXT NOT NULL, "
+          "indexed INTEGER NOT NULL)",
+          "CREATE TABLE \"~columns\" (schema TEXT NOT NULL, position INTEGER NOT NULL, name TEXT NOT NULL, "
+          "identifier TEXT NOT NULL, PRIMARY KEY (schema, name))"};
+}
+
+void DasCatalog::load(Database& database)
+{
+  for (const Database::Row& row : database.select("SELECT lower(name) FROM sqlite_master", 1))
+    taken.insert(row.at(0).value_or(""));
+  for (const Database::Row& row :
+       database.select("SELECT name, identifier, CAST(indexed AS TEXT) FROM \"~schemas\" ORDER BY number", 3))
+  {
+    DasTable table;
+    table.schema = row.at(0).value_or("");
+    table.identifier = row.at(1).value_or("");
+    table.indexed = row.at(2) == "1";
+    insert(std::move(table));
+  }
+  for (const Database::Row& row :
+       database.select("SELECT schema, name, identifier FROM \"~columns\" ORDER BY schema, position", 3))
+  {
+    const auto table = tablesByName.find(row.at(0).value_or(""));
+    if (table == tablesByName.end())
+      throw Error("the database's catalog names a column of an unknown schema");
+    const std::string name = row.at(1).value_or("");
+    all[table->second].add({name, row.at(2).value_or(""), isElementName(name)});
+  }
+}
+
+const DasTable* DasCatalog::find(const std::string& schema) const
+{
+  const auto found = tablesByName.find(schema);
+  return found == tablesByName.end() ? nullptr : &all[found->second];
+}
+
+const std::vector<DasTable>& DasCatalog::tables() const
+{
+  return all;
+}
+
+void DasCatalog::provision(Database& database, const SchemaDefinition& schema)
+{
+  requireSound(schema);
+  const auto found = tablesByName.find(schema.name);
+  DasTable& table = found == tablesByName.end() ? makeTable(database, schema) : all[found->second];
+  requireSameIndex(table, schema);
+  addMissingColumns(database, table, schema.columns);
+  addMissingRows(database, table, schema.indexValues);
+}
+
+DasTable& DasCatalog::makeTable(Database& database, const SchemaDefinition& schema)
+{
+  DasTable table;
+  table.schema = schema.name;
+  table.identifier = takeIdentifier(schema.name, taken);
+  table.indexed = !schema.indexColumn.empty();
+  std::string columns = quoted(rowOrderColumn) + " INTEGER PRIMARY KEY";
+  database.execute("INSERT INTO \"~schemas\" (name, identifier, indexed) VALUES (:n, :i, :x)",
+                   {table.schema, table.identifier, table.indexed ? "1" : "0"});
+  if (table.indexed)
+  {
+    std::unordered_set<std::string> takenHere = takenColumns(table);
+    const DasColumn index{schema.indexColumn, takeIdentifier(schema.indexColumn, takenHere),
+                          isElementName(schema.indexColumn)};
+    columns += ", " + quoted(index.identifier) + " TEXT NOT NULL UNIQUE";
+    recordColumn(database, table, index);
+    table.add(index);
+  }
+  database.execute("CREATE TABLE " + table.sqlName() + " (" + columns + ")");
+  insert(std::move(table));
+  return all.back();
+}
+
+void DasCatalog::insert(DasTable table)
+{
+  tablesByName.emplace(table.schema, all.size());
+  all.push_back(std::move(table));
+}
+} // namespace host

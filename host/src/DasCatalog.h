@@ -1,0 +1,79 @@
+// Which schemas there are and under which names SQLite keeps them.
+//
+// SQLite takes names that differ only in case for the same and has a few of its own, so a schema's table and a column
+// may bear another name than the schema and the column; mostly it is the same one, for the sake of whoever looks into
+// the file. The names stand in two tables of the catalog's own.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "Database.h"
+#include "host/DataAccessServiceIfc.h"
+
+namespace host
+{
+struct DasColumn
+{
+  std::string name;
+  /// The column's name in its table, unquoted.
+  std::string identifier;
+  /// Whether `name` can be written as an element of a reply.
+  bool isElementName = true;
+};
+
+struct DasTable
+{
+  std::string schema;
+  /// The table's name, unquoted.
+  std::string identifier;
+  /// Whether the first of the columns is the index column.
+  bool indexed = false;
+  std::vector<DasColumn> columns;
+  std::unordered_map<std::string, std::size_t> columnsByName;
+
+  /// Null when there is no such column.
+  const DasColumn* find(const std::string& column) const;
+  void add(DasColumn column);
+
+  /// The name of the table, quoted, and of one of its columns, quoted and qualified: SQLite takes a quoted name that it
+  /// does not know for a text, but not a qualified one.
+  std::string sqlName() const;
+  std::string sqlName(const DasColumn& column) const;
+};
+
+/// The schemas of a database. A copy can be thrown away when the transaction that changed it fails.
+class DasCatalog
+{
+public:
+  /// The statements that make the catalog's tables in a new database.
+  static std::vector<std::string> layout();
+
+  /// Reads all there is.
+  void load(Database& database);
+
+  /// Null when there is no such schema.
+  const DasTable* find(const std::string& schema) const;
+
+  /// In the order they were made.
+  const std::vector<DasTable>& tables() const;
+
+  /// Makes what is missing of a schema, rows included. Within a transaction of the caller.
+  void provision(Database& database, const SchemaDefinition& schema);
+
+private:
+  DasTable& makeTable(Database& database, const SchemaDefinition& schema);
+  void insert(DasTable table);
+
+  std::vector<DasTable> all;
+  std::unordered_map<std::string, std::size_t> tablesByName;
+  /// Table names in use, in lower case.
+  std::unordered_set<std::string> taken;
+};
+
+/// The column that holds the order of the rows; no column of a schema gets this name.
+extern const char* const rowOrderColumn;
+} // namespace host

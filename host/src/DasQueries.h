@@ -1,0 +1,26 @@
+// Requests as statements on a schema's table.
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "DasCatalog.h"
+#include "DasRequest.h"
+#include "Database.h"
+
+namespace host
+{
+/// Carries out a read and returns its reply. Throws `Refusal` when the request does not fit the table.
+std::string readTable(Database& database, const DasTable& table, const DasRequest& request);
+
+/// Carries out an update, all of it or nothing, and returns its reply. Throws `Refusal` when the request does not fit
+/// the table.
+std::string updateTable(Database& database, const DasTable& table, const DasRequest& request);
+
+/// One cell as stored; nullopt when there is none. `row` is empty twice for a table without index.
+std::optional<std::string> readCell(Database& database, const DasTable& table, const std::string& column,
+                                    const DasCell& row);
+
+/// What the table was provisioned with, and all its rows.
+SchemaDefinition definitionOf(Database& database, const DasTable& table);
+} // namespace host

@@ -1,0 +1,58 @@
+#include "DasReply.h"
+
+#include "Refusal.h"
+#include "XmlText.h"
+
+namespace host
+{
+namespace
+{
+constexpr const char* closing = "</Schema>";
+
+std::string opening(const std::string& schema, const char* reason)
+{
+  return R"(<?xml version="1.0" encoding="utf-8"?><Schema name=")" + escapedAttributeText(schema) +
+         "\"><ReasonForMessage>" + reason + "</ReasonForMessage>";
+}
+} // namespace
+
+DasReadReply::DasReadReply(const std::string& schema) : text(opening(schema, "read_response"))
+{
+}
+
+void DasReadReply::beginEntry()
+{
+  text += "<Entry>";
+}
+
+void DasReadReply::endEntry()
+{
+  text += "</Entry>";
+}
+
+void DasReadReply::column(const std::string& name, bool isElementName, const std::string& value)
+{
+  if (!isElementName)
+    throw Refusal("the name of column '" + name + "' cannot be written as an element");
+  if (!isXmlText(value))
+    throw Refusal("the database holds a value of column '" + name + "' that XML cannot carry");
+  text += '<' + name + '>' + escapedElementText(value) + "</" + name + '>';
+}
+
+std::string DasReadReply::finished()
+{
+  text += closing;
+  return std::move(text);
+}
+
+std::string dasUpdateReply(const std::string& schema)
+{
+  return opening(schema, "update_response") + closing;
+}
+
+std::string dasErrorReply(const std::string& schema, const std::string& why)
+{
+  return opening(schema, "error_response") + "<Error>" +
+         escapedElementText(isXmlText(why) ? why : "unreadable reason") + "</Error>" + closing;
+}
+} // namespace host

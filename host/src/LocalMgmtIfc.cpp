@@ -1,0 +1,240 @@
+#include "host/LocalMgmtIfc.h"
+
+#include <ManageableData.h>
+#include <logAppUni.h>
+
+#include <mutex>
+
+#include "Database.h"
+#include "Deliveries.h"
+
+namespace host
+{
+namespace
+{
+/// "ocm" in ASCII and a layout number: tells this file from other databases.
+constexpr int databaseKind = 0x6F636D01;
+
+std::vector<std::string> layout()
+{
+  return {"CREATE TABLE item_values (root_id TEXT PRIMARY KEY, value TEXT NOT NULL) WITHOUT ROWID",
+          "CREATE TABLE dictionaries (name TEXT PRIMARY KEY) WITHOUT ROWID",
+          "CREATE TABLE dictionary_entries (dictionary TEXT NOT NULL, key TEXT NOT NULL, value TEXT NOT NULL, "
+          "PRIMARY KEY (dictionary, key)) WITHOUT ROWID",
+          "CREATE TABLE locked_items (root_id TEXT PRIMARY KEY) WITHOUT ROWID"};
+}
+
+void logFailure(int line, const char* operation, const std::exception& error)
+{
+  logAppUni("HostPlatform", "host/src/LocalMgmtIfc", 2, line, "%s failed: %s", operation, error.what());
+}
+
+std::vector<std::string> rootIdsOf(ManageableData& data)
+{
+  std::vector<std::string> rootIds;
+  data.getRootIds(rootIds);
+  return rootIds;
+}
+} // namespace
+
+/// The operations that need the lock. Those that change values add the reports while they hold it, so that reports come
+/// in the order of the changes.
+struct LocalMgmtStore::Content
+{
+  explicit Content(const std::filesystem::path& file) : database(file, databaseKind, layout())
+  {
+  }
+
+  std::optional<std::string> value(const std::string& rootId)
+  {
+    const auto rows = database.select("SELECT value FROM item_values WHERE root_id = :r", 1, {rootId});
+    return rows.empty() ? std::nullopt : rows.front().front();
+  }
+
+  void store(const std::string& rootId, const std::string& newValue)
+  {
+    database.execute("INSERT OR REPLACE INTO item_values (root_id, value) VALUES (:r, :v)", {rootId, newValue});
+  }
+
+  bool isLocked(const std::string& rootId)
+  {
+    return !database.select("SELECT root_id FROM locked_items WHERE root_id = :r", 1, {rootId}).empty();
+  }
+
+  bool lookupDictionary(const std::string& name, ManageableData& data)
+  {
+    if (database.select("SELECT name FROM dictionaries WHERE name = :n", 1, {name}).empty())
+    {
+      logAppUni("HostPlatform", "host/src/LocalMgmtIfc", 2, __LINE__, "there is no dictionary \"%s\"", name.c_str());
+      return false;
+    }
+    for (const Database::Row& row :
+         database.select("SELECT key, value FROM dictionary_entries WHERE dictionary = :d", 2, {name}))
+      data.populate(name, row.at(0).value_or(""), row.at(1).value_or(""));
+    return true;
+  }
+
+  void lookupValues(ManageableData& data)
+  {
+    for (const std::string& rootId : rootIdsOf(data))
+      if (const std::optional<std::string> found = value(rootId))
+        data.populate(rootId, rootId, *found);
+  }
+
+  bool publish(ManageableData& data)
+  {
+    Deliveries::Values changes;
+    Database::Transaction transaction(database);
+    for (const std::string& rootId : rootIdsOf(data))
+    {
+      std::string newValue;
+      if (!data.interogate(rootId, rootId, newValue))
+      {
+        logAppUni("HostPlatform", "host/src/LocalMgmtIfc", 2, __LINE__, "publication of \"%s\" without a value",
+                  rootId.c_str());
+        return false;
+      }
+      if (value(rootId) == newValue)
+        continue;
+      store(rootId, newValue);
+      changes.emplace_back(rootId, newValue);
+    }
+    transaction.commit();
+    deliveries.add(changes);
+    return true;
+  }
+
+  std::mutex mutex;
+  Database database;
+  Deliveries deliveries;
+};
+
+LocalMgmtStore::LocalMgmtStore(const std::filesystem::path& database) : content(std::make_unique<Content>(database))
+{
+}
+
+LocalMgmtStore::~LocalMgmtStore() = default;
+
+bool LocalMgmtStore::registerService(const std::string&, MgmtAgentIfc*, int version)
+{
+  // Nothing is asked of a registered service: agents hear of what they subscribed to.
+  return version == 1;
+}
+
+bool LocalMgmtStore::lookupData(ManageableData& data)
+{
+  try
+  {
+    const std::lock_guard<std::mutex> lock(content->mutex);
+    const std::string dictionary = data.getRootId();
+    if (!dictionary.empty())
+      return content->lookupDictionary(dictionary, data);
+    content->lookupValues(data);
+    return true;
+  }
+  catch (const std::exception& error)
+  {
+    logFailure(__LINE__, "lookup", error);
+    return false;
+  }
+}
+
+bool LocalMgmtStore::subscribe(std::list<std::string>& rootIds, MgmtAgentIfc* agent)
+{
+  content->deliveries.subscribe(rootIds, agent);
+  return true;
+}
+
+bool LocalMgmtStore::publishData(ManageableData& data)
+{
+  try
+  {
+    const std::lock_guard<std::mutex> lock(content->mutex);
+    if (!content->publish(data))
+      return false;
+  }
+  catch (const std::exception& error)
+  {
+    logFailure(__LINE__, "publication", error);
+    return false;
+  }
+  content->deliveries.deliver();
+  return true;
+}
+
+bool LocalMgmtStore::checkData(ManageableData& data, void*)
+{
+  const std::vector<std::string> rootIds = rootIdsOf(data);
+  std::string objection;
+  try
+  {
+    const std::lock_guard<std::mutex> lock(content->mutex);
+    for (auto rootId = rootIds.begin(); rootId != rootIds.end() && objection.empty(); ++rootId)
+      if (content->isLocked(*rootId))
+        objection = *rootId;
+  }
+  catch (const std::exception& error)
+  {
+    logFailure(__LINE__, "check for locks", error);
+    objection = rootIds.front();
+  }
+  data.setRootId(objection, this);
+  return objection.empty();
+}
+
+std::optional<std::string> LocalMgmtStore::value(const std::string& rootId)
+{
+  const std::lock_guard<std::mutex> lock(content->mutex);
+  return content->value(rootId);
+}
+
+void LocalMgmtStore::change(const std::string& rootId, const std::string& value)
+{
+  {
+    const std::lock_guard<std::mutex> lock(content->mutex);
+    content->store(rootId, value);
+    content->deliveries.add({{rootId, value}});
+  }
+  content->deliveries.deliver();
+}
+
+void LocalMgmtStore::defineDictionary(const std::string& name,
+                                      const std::vector<std::pair<std::string, std::string>>& entries)
+{
+  const std::lock_guard<std::mutex> lock(content->mutex);
+  Database& database = content->database;
+  Database::Transaction transaction(database);
+  database.execute("INSERT OR IGNORE INTO dictionaries (name) VALUES (:n)", {name});
+  database.execute("DELETE FROM dictionary_entries WHERE dictionary = :d", {name});
+  for (const auto& [key, value] : entries)
+    database.execute("INSERT OR REPLACE INTO dictionary_entries (dictionary, key, value) VALUES (:d, :k, :v)",
+                     {name, key, value});
+  transaction.commit();
+}
+
+void LocalMgmtStore::lockItem(const std::string& rootId)
+{
+  const std::lock_guard<std::mutex> lock(content->mutex);
+  content->database.execute("INSERT OR IGNORE INTO locked_items (root_id) VALUES (:r)", {rootId});
+}
+
+void LocalMgmtStore::unlockItem(const std::string& rootId)
+{
+  const std::lock_guard<std::mutex> lock(content->mutex);
+  content->database.execute("DELETE FROM locked_items WHERE root_id = :r", {rootId});
+}
+
+std::vector<std::string> LocalMgmtStore::lockedItems()
+{
+  const std::lock_guard<std::mutex> lock(content->mutex);
+  std::vector<std::string> rootIds;
+  for (const Database::Row& row : content->database.select("SELECT root_id FROM locked_items ORDER BY root_id", 1))
+    rootIds.push_back(row.at(0).value_or(""));
+  return rootIds;
+}
+
+void LocalMgmtStore::forgetAgent(MgmtAgentIfc* agent)
+{
+  content->deliveries.forget(agent);
+}
+} // namespace host

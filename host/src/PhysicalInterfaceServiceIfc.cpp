@@ -1,0 +1,13 @@
+#include "host/PhysicalInterfaceServiceIfc.h"
+
+namespace host
+{
+PhysicalInterfaceService::PhysicalInterfaceService(std::uint32_t interfaceCount) : count(interfaceCount)
+{
+}
+
+std::uint32_t PhysicalInterfaceService::getInterfaceCount()
+{
+  return count;
+}
+} // namespace host

@@ -1,0 +1,117 @@
+#include "host/SecurityLogServiceIfc.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <string_view>
+
+#include "Files.h"
+#include "PlainLine.h"
+#include "host/Error.h"
+
+namespace host
+{
+namespace
+{
+std::string isoTime(time_t when)
+{
+  std::tm parts = {};
+  std::array<char, 64> text{};
+  if (::gmtime_r(&when, &parts) == nullptr ||
+      std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ", &parts) == 0)
+    return "@" + std::to_string(when);
+  return text.data();
+}
+
+std::string field(const std::string& text)
+{
+  return "\t" + (text.empty() ? "-" : oneLine(text, true));
+}
+
+int opened(const std::filesystem::path& file)
+{
+  FileDescriptor log(::open(file.c_str(), O_RDWR | O_APPEND | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR));
+  if (!log.isOpen())
+    throwSystemError(file, "the security log cannot be opened", errno);
+  syncFolderOf(file);
+  return log.release();
+}
+
+/// The last bytes of the file that hold at least `count` whole lines, or all of it.
+std::string tailOf(int descriptor, std::size_t count, const std::filesystem::path& file)
+{
+  const off_t end = ::lseek(descriptor, 0, SEEK_END);
+  for (off_t span = 16384;; span *= 2)
+  {
+    const off_t start = std::max<off_t>(0, end - span);
+    std::string tail(static_cast<std::size_t>(end - start), '\0');
+    if (::pread(descriptor, tail.data(), tail.size(), start) != end - start)
+      throwSystemError(file, "cannot be read", errno);
+    if (start == 0 || static_cast<std::size_t>(std::count(tail.begin(), tail.end(), '\n')) > count)
+      return tail;
+  }
+}
+
+std::vector<std::string> linesOf(std::string_view text)
+{
+  std::vector<std::string> lines;
+  while (!text.empty())
+  {
+    const std::size_t end = std::min(text.find('\n'), text.size());
+    lines.emplace_back(text.substr(0, end));
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  return lines;
+}
+} // namespace
+
+SecurityLogService::SecurityLogService(const std::filesystem::path& logFile) : file(logFile), descriptor(opened(file))
+{
+}
+
+SecurityLogService::~SecurityLogService()
+{
+  ::close(descriptor);
+}
+
+bool SecurityLogService::endsInsideLine() const
+{
+  struct stat status = {};
+  if (::fstat(descriptor, &status) != 0)
+    throwSystemError(file, "cannot be examined", errno);
+  char last = '\n';
+  if (status.st_size > 0 && ::pread(descriptor, &last, 1, status.st_size - 1) != 1)
+    throwSystemError(file, "cannot be read", errno);
+  return last != '\n';
+}
+
+void SecurityLogService::logSecurityEvent(time_t when, int facility, int severity, int eventType, int eventClass,
+                                          bool failed, std::string record, std::string user, std::string origin)
+{
+  std::string line = isoTime(when);
+  for (const int code : {facility, severity, eventType, eventClass})
+    line += "\t" + std::to_string(code);
+  line += failed ? "\tfailed" : "\tok";
+  line += field(record) + field(user) + field(origin) + "\n";
+
+  const std::lock_guard<std::mutex> lock(mutex);
+  if (endsInsideLine())
+    line.insert(0, "\n");
+  writeAll(descriptor, line, file);
+  if (::fdatasync(descriptor) != 0)
+    throwSystemError(file, "cannot be made to last", errno);
+}
+
+std::vector<std::string> SecurityLogService::lastLines(std::size_t count)
+{
+  const std::lock_guard<std::mutex> lock(mutex);
+  std::vector<std::string> lines = linesOf(tailOf(descriptor, count, file));
+  if (lines.size() > count)
+    lines.erase(lines.begin(), lines.end() - static_cast<std::ptrdiff_t>(count));
+  return lines;
+}
+} // namespace host

@@ -1,0 +1,186 @@
+#include "host/logAppUni.h"
+
+#include <spdlog/logger.h>
+#include <spdlog/sinks/ansicolor_sink.h>
+#include <spdlog/sinks/rotating_file_sink.h>
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <cstdarg>
+#include <cstdio>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <shared_mutex>
+#include <string_view>
+#include <vector>
+
+#include "PlainLine.h"
+#include "host/Error.h"
+
+namespace host
+{
+namespace
+{
+constexpr std::size_t fileSize = 5UL * 1024 * 1024;
+constexpr std::size_t olderFiles = 2;
+constexpr int everything = 6;
+
+/// Ours count up with detail, the logging library's count down.
+spdlog::level::level_enum libraryLevel(int level)
+{
+  static constexpr std::array<spdlog::level::level_enum, 7> levels = {
+      spdlog::level::off,  spdlog::level::critical, spdlog::level::err,  spdlog::level::warn,
+      spdlog::level::info, spdlog::level::debug,    spdlog::level::trace};
+  return levels[static_cast<std::size_t>(std::clamp(level, 0, everything))];
+}
+
+spdlog::sink_ptr consoleSink(int level)
+{
+  // Looks by itself whether standard error is a terminal that knows colours.
+  auto sink = std::make_shared<spdlog::sinks::ansicolor_stderr_sink_mt>(spdlog::color_mode::automatic);
+  for (const auto plain : {spdlog::level::info, spdlog::level::debug, spdlog::level::trace})
+    sink->set_color(plain, sink->reset);
+  sink->set_level(libraryLevel(level));
+  return sink;
+}
+
+std::shared_ptr<spdlog::logger> makeLogger(const LogSettings& settings)
+{
+  std::vector<spdlog::sink_ptr> sinks = {consoleSink(settings.consoleLevel)};
+  if (!settings.file.empty())
+  {
+    sinks.push_back(
+        std::make_shared<spdlog::sinks::rotating_file_sink_mt>(settings.file.string(), fileSize, olderFiles));
+    sinks.back()->set_level(libraryLevel(settings.fileLevel));
+  }
+  auto logger = std::make_shared<spdlog::logger>("device", sinks.begin(), sinks.end());
+  logger->set_level(spdlog::level::trace);
+  logger->flush_on(spdlog::level::trace);
+  logger->set_pattern("%^%Y-%m-%dT%H:%M:%S.%e%z %v%$");
+  return logger;
+}
+
+struct Log
+{
+  std::mutex mutex;
+  std::shared_ptr<spdlog::logger> logger = makeLogger({{}, everything, everything});
+
+  std::atomic<int> level{2};
+  std::atomic<bool> modulesDiffer{false};
+  std::shared_mutex modulesMutex;
+  std::map<std::string, int, std::less<>> modules;
+};
+
+Log& theLog()
+{
+  static Log log;
+  return log;
+}
+
+std::shared_ptr<spdlog::logger> currentLogger()
+{
+  Log& log = theLog();
+  const std::lock_guard<std::mutex> lock(log.mutex);
+  return log.logger;
+}
+
+void replaceLogger(std::shared_ptr<spdlog::logger> logger)
+{
+  Log& log = theLog();
+  const std::lock_guard<std::mutex> lock(log.mutex);
+  log.logger = std::move(logger);
+}
+
+/// The text that printf would write.
+__attribute__((format(printf, 1, 0))) std::string formatted(const char* format, va_list arguments)
+{
+  va_list again;
+  va_copy(again, arguments);
+  const int length = std::vsnprintf(nullptr, 0, format, again);
+  va_end(again);
+  if (length < 0)
+    return format;
+  std::string text(static_cast<std::size_t>(length) + 1, '\0');
+  std::vsnprintf(text.data(), text.size(), format, arguments);
+  text.pop_back();
+  return text;
+}
+
+/// One line feed at the end belongs to the line, not to the text.
+std::string_view withoutLineEnd(std::string_view text)
+{
+  if (!text.empty() && text.back() == '\n')
+    text.remove_suffix(1);
+  return text;
+}
+} // namespace
+
+void openLog(const LogSettings& settings)
+{
+  try
+  {
+    replaceLogger(makeLogger(settings));
+  }
+  catch (const spdlog::spdlog_ex& error)
+  {
+    throw Error(settings.file.string() + ": the log cannot be opened: " + error.what());
+  }
+}
+
+void closeLog()
+{
+  replaceLogger(makeLogger({{}, everything, everything}));
+}
+
+void setLogLevel(int level)
+{
+  theLog().level = level;
+}
+
+void setLogLevel(const std::string& module, int level)
+{
+  Log& log = theLog();
+  const std::unique_lock<std::shared_mutex> lock(log.modulesMutex);
+  log.modules[module] = level;
+  log.modulesDiffer = true;
+}
+
+void clearLogLevel(const std::string& module)
+{
+  Log& log = theLog();
+  const std::unique_lock<std::shared_mutex> lock(log.modulesMutex);
+  log.modules.erase(module);
+  log.modulesDiffer = !log.modules.empty();
+}
+
+int logLevel()
+{
+  return theLog().level;
+}
+} // namespace host
+
+void logAppUni(const char* module, const char* sourceFile, int level, int line, const char* format, ...)
+{
+  va_list arguments;
+  va_start(arguments, format);
+  const std::string text = host::formatted(format, arguments);
+  va_end(arguments);
+  const std::string place = std::to_string(level) + " " + module + " " + sourceFile + ":" + std::to_string(line) + " ";
+  host::currentLogger()->log(host::libraryLevel(level),
+                             spdlog::string_view_t(place + host::oneLine(host::withoutLineEnd(text), false)));
+}
+
+bool loggingOnAppUni(const char* module, int level)
+{
+  host::Log& log = host::theLog();
+  if (log.modulesDiffer)
+  {
+    const std::shared_lock<std::shared_mutex> lock(log.modulesMutex);
+    const auto own = log.modules.find(std::string_view(module));
+    if (own != log.modules.end())
+      return level <= own->second;
+  }
+  return level <= log.level;
+}

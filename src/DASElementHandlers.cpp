@@ -1,0 +1,21 @@
+#include "DASElementHandlers.h"
+
+#include "ServiceDataManager/HandleElement.h"
+
+void DASStartElementHandler(void* userData, const char* name, const char** atts)
+{
+  auto* manager = static_cast<ServiceDataManager*>(userData);
+  manager->handleElement([&] { manager->startElementHandler(name, atts); });
+}
+
+void DASCharacterDataHandler(void* userData, const char* s, int len)
+{
+  auto* manager = static_cast<ServiceDataManager*>(userData);
+  manager->handleElement([&] { manager->characterDataHandler(s, len); });
+}
+
+void DASEndElementHandler(void* userData, const char* name)
+{
+  auto* manager = static_cast<ServiceDataManager*>(userData);
+  manager->handleElement([&] { manager->endElementHandler(name); });
+}

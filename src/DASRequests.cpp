@@ -1,0 +1,63 @@
+#include "DASRequests.h"
+
+#include "ServiceDataManagerIfc.h"
+#include "createXmlElement.h"
+
+namespace sdm
+{
+
+const char* const schemaEnd = "</Schema>";
+
+namespace
+{
+
+std::string beginRequest(const std::string& schema, const char* reason)
+{
+  return R"(<?xml version="1.0" encoding="utf-8"?><Schema name=")" + schema + R"(">)" +
+         createXmlElement("ReasonForMessage", reason);
+}
+
+std::string beginColumnRequest(const ManagedDataItem& item)
+{
+  return beginRequest(item.dasSchema, "read_request") + createXmlElement("ResultCols", item.dasItem);
+}
+
+} // namespace
+
+std::string readSchemaRequest(const std::string& schema)
+{
+  return beginRequest(schema, "read_request") + schemaEnd;
+}
+
+std::string readColumnRequest(const ManagedDataItem& item)
+{
+  return beginColumnRequest(item) + schemaEnd;
+}
+
+std::string readCellRequest(const ManagedDataItem& item)
+{
+  std::string request = beginColumnRequest(item);
+  if (!item.dasIndexName.empty())
+    request += createXmlElement("Entry", createXmlElement(item.dasIndexName, item.dasIndexValue));
+  return request + schemaEnd;
+}
+
+std::string beginUpdateRequest(const std::string& schema)
+{
+  return beginRequest(schema, "update_request");
+}
+
+std::string updateCellGroup(const ManagedDataItem& item, const std::string& cell)
+{
+  std::string group = createXmlElement(item.dasItem, cell);
+  if (!item.dasIndexName.empty())
+    group = createXmlElement("Entry", createXmlElement(item.dasIndexName, item.dasIndexValue) + group);
+  return group;
+}
+
+std::string updateCellRequest(const ManagedDataItem& item, const std::string& cell)
+{
+  return beginUpdateRequest(item.dasSchema) + updateCellGroup(item, cell) + schemaEnd;
+}
+
+} // namespace sdm

@@ -1,0 +1,91 @@
+// Reads an item map file: one item a line, twelve columns separated by commas, no quoting.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdio>
+#include <memory>
+
+namespace sdm
+{
+
+/// The columns of a line, in file order.
+enum class ItemMapColumn : std::size_t
+{
+  rootId,
+  dasSchema,
+  dasItem,
+  dasIndexName,
+  dasIndexValue,
+  defaultValue,
+  setter,
+  getter,
+  userData,
+  isGroupItem,
+  alternativeDefault,
+  dasEncrypted,
+  count
+};
+
+/// A forward reader over the lines of one file.
+///
+/// A line holds at most 500 characters; what is beyond them is read as a line of its own. A line ends at its
+/// first NUL byte. Lines of nine characters or fewer are passed over in silence, whatever they hold.
+class ItemMapFile
+{
+public:
+  enum class Line
+  {
+    item,          ///< `column` tells the twelve columns
+    tooFewColumns, ///< no item: the line lacks a comma
+    readError,     ///< nothing more can be read; errno tells why
+    end
+  };
+
+  /// Opens the file for reading. Whether it opened is `isOpen`.
+  explicit ItemMapFile(const char* path);
+
+  bool isOpen() const
+  {
+    return file != nullptr;
+  }
+
+  /// Goes to the next line that is not passed over. The file has to be open.
+  Line next();
+
+  /// The text of one column of the current item; valid until `next`. A line's text behind its twelfth comma
+  /// belongs to no column.
+  const char* column(ItemMapColumn which) const
+  {
+    return columns[static_cast<std::size_t>(which)];
+  }
+
+  /// Where the current line stands in the file, counted from 1; too high behind a line of more than 500
+  /// characters with a NUL byte in it.
+  unsigned long lineNumber() const
+  {
+    return number;
+  }
+
+private:
+  bool split();
+
+  struct Close
+  {
+    void operator()(std::FILE* open) const
+    {
+      std::fclose(open);
+    }
+  };
+
+  static constexpr std::size_t longestLine = 500;
+  static constexpr std::size_t shortestLine = 10;
+
+  std::unique_ptr<std::FILE, Close> file;
+  std::array<char, longestLine + 1> buffer{};
+  std::array<const char*, static_cast<std::size_t>(ItemMapColumn::count)> columns{};
+  unsigned long number = 0;
+  bool lineContinues = false;
+};
+
+} // namespace sdm

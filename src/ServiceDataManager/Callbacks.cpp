@@ -1,0 +1,77 @@
+// The owning service's callbacks, by the names that item maps use.
+#include <set>
+#include <string>
+#include <utility>
+
+#include "Log.h"
+#include "Retire.h"
+#include "ServiceDataManager.h"
+
+namespace
+{
+
+template <typename Callback>
+Callback* findCallback(const std::map<std::string, Callback*>& callbacks, const std::string& name)
+{
+  const auto found = callbacks.find(name);
+  return found == callbacks.end() ? nullptr : found->second;
+}
+
+/// The callback objects in the order of their names, each once: one may be registered under several names.
+template <typename Callback>
+std::vector<std::unique_ptr<Callback>> distinctCallbacks(const std::map<std::string, Callback*>& callbacks)
+{
+  std::set<const Callback*> seen;
+  std::vector<std::unique_ptr<Callback>> objects;
+  for (const auto& [name, callback] : callbacks)
+  {
+    if (callback != nullptr && seen.insert(callback).second)
+      objects.emplace_back(callback);
+  }
+  return objects;
+}
+
+} // namespace
+
+void ServiceDataManager::addGetter(const Getter& getter)
+{
+  CriticalSection lock(semaphore);
+  if (getter.name == nullptr)
+    SDM_LOG(2, "addGetter getter without a name");
+  else
+    getters.emplace(getter.name, getter.getter);
+}
+
+void ServiceDataManager::addSetter(const Setter& setter)
+{
+  CriticalSection lock(semaphore);
+  if (setter.name == nullptr)
+    SDM_LOG(2, "addSetter setter without a name");
+  else
+    setters.emplace(setter.name, setter.setter);
+}
+
+ManagedItemGetter* ServiceDataManager::findGetterFunc(const std::string& name) const
+{
+  return findCallback(getters, name);
+}
+
+ManagedItemSetter* ServiceDataManager::findSetterFunc(const std::string& name) const
+{
+  return findCallback(setters, name);
+}
+
+void ServiceDataManager::deleteGetters()
+{
+  CriticalSection lock(semaphore);
+  // Taken out first, so that a callback's destructor finds the registry empty and usable.
+  for (auto& getter : distinctCallbacks(std::exchange(getters, {})))
+    retire(std::move(getter));
+}
+
+void ServiceDataManager::deleteSetters()
+{
+  CriticalSection lock(semaphore);
+  for (auto& setter : distinctCallbacks(std::exchange(setters, {})))
+    retire(std::move(setter));
+}

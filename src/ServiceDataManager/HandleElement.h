@@ -1,0 +1,32 @@
+// Keeping exceptions out of the C parser.
+#pragma once
+
+#include <exception>
+
+#include <expat.h>
+
+#include "ServiceDataManager.h"
+
+/// Runs one of the element handlers. What it throws during a parse is kept for the parse's caller and stops the
+/// parser, which may still report an element or two: those are ignored.
+template <typename Handler>
+void ServiceDataManager::handleElement(Handler handler)
+{
+  sdm::DASReplyState& state = *reply;
+  if (state.failure != nullptr)
+    return;
+  if (state.parser == nullptr)
+  {
+    handler();
+    return;
+  }
+  try
+  {
+    handler();
+  }
+  catch (...)
+  {
+    state.failure = std::current_exception();
+    XML_StopParser(state.parser, XML_FALSE);
+  }
+}

@@ -1,0 +1,188 @@
+// Filling the item table from a file or from a dictionary of the local management store.
+#include <cerrno>
+#include <cstring>
+
+#include <LocalMgmtIfc.h>
+#include <ManageableData.h>
+#include <PhysicalInterfaceServiceIfc.h>
+
+#include "DASImportMap.h"
+#include "ItemMapFile.h"
+#include "Log.h"
+#include "OCMSImportMap.h"
+#include "OCMSPublishMap.h"
+#include "OCMSSubscribeMap.h"
+#include "Retire.h"
+#include "ServiceDataManager.h"
+
+namespace
+{
+
+const char* const itemMapFileName = "CommsSettings.csv";
+
+/// Units with 2, 3 or 4 interfaces take the alternative defaults; smaller counts wrap around to huge ones.
+bool takesAlternativeDefaults(std::uint32_t interfaceCount)
+{
+  return interfaceCount - 2U <= 2U;
+}
+
+/// The entries of one item of a dictionary.
+class DictionaryItem
+{
+public:
+  DictionaryItem(ManageableData& dictionary, const std::string& dictionaryName, int number)
+      : record(dictionary), name(dictionaryName), prefix("/item[" + std::to_string(number))
+  {
+  }
+
+  std::string read(const char* key)
+  {
+    std::string value;
+    record.interogate(name, prefix + key, value);
+    return value;
+  }
+
+private:
+  ManageableData& record;
+  const std::string& name;
+  const std::string prefix;
+};
+
+} // namespace
+
+void ServiceDataManager::setAllManagedData(const std::string& mapName)
+{
+  SDM_TRACE(5, "setAllManagedData %s", mapName.c_str());
+  std::vector<std::string> userDataIdsBefore;
+  userDataIdsBefore.swap(userDataIds);
+  const std::size_t itemsBefore = items.size();
+  try
+  {
+    loadItemMap(mapName);
+  }
+  catch (...)
+  {
+    // Half a map would stand in the way of loading it again; the table is as it was. An inner load may have
+    // built the indexes over what goes.
+    userDataIds.swap(userDataIdsBefore);
+    if (items.size() > itemsBefore)
+    {
+      discardItemsFrom(itemsBefore);
+      buildIndexes();
+    }
+    throw;
+  }
+  buildIndexes();
+}
+
+void ServiceDataManager::loadItemMap(const std::string& mapName)
+{
+  sdm::ItemMapFile file(itemMapFileName);
+  if (mapName == "CommsItemMap" && file.isOpen())
+    loadItemMapFile(file);
+  else
+    loadItemMapDictionary(mapName);
+}
+
+void ServiceDataManager::loadItemMapFile(sdm::ItemMapFile& file)
+{
+  using Column = sdm::ItemMapColumn;
+  using Line = sdm::ItemMapFile::Line;
+
+  PhysicalInterfaceServiceIfc* interfaces = physicalInterfaceIfc();
+  interfaceCount = interfaces != nullptr ? interfaces->getInterfaceCount() : 0;
+  for (Line line = file.next(); line != Line::end; line = file.next())
+  {
+    if (line == Line::readError)
+    {
+      SDM_LOG(2, "setAllManagedData Can't read \"%s\": %s", itemMapFileName, std::strerror(errno));
+      return;
+    }
+    if (line == Line::tooFewColumns)
+    {
+      SDM_LOG(2, "setAllManagedData line %lu of \"%s\" has fewer than 12 columns", file.lineNumber(), itemMapFileName);
+      continue;
+    }
+    if (*file.column(Column::userData) != '\0')
+      userDataIds.emplace_back(file.column(Column::rootId));
+    const char* alternative = file.column(Column::alternativeDefault);
+    const bool useAlternative = takesAlternativeDefaults(interfaceCount) && *alternative != '\0';
+    addDataItem(file.column(Column::rootId), file.column(Column::dasSchema), file.column(Column::dasItem),
+                file.column(Column::dasIndexName), file.column(Column::dasIndexValue),
+                useAlternative ? alternative : file.column(Column::defaultValue), file.column(Column::setter),
+                file.column(Column::getter), file.column(Column::isGroupItem), file.column(Column::dasEncrypted));
+  }
+}
+
+void ServiceDataManager::loadItemMapDictionary(const std::string& mapName)
+{
+  LocalMgmtIfc* store = ocmsIfc();
+  if (store == nullptr)
+  {
+    SDM_LOG(2, "setAllManagedData Can't find OCMS");
+    return;
+  }
+  ManageableData dictionary;
+  dictionary.setRootId(mapName, store);
+  if (!store->lookupData(dictionary))
+  {
+    SDM_LOG(2, "setAllManagedData OCMS lookup failed for \"%s\"", mapName.c_str());
+    return;
+  }
+  for (int number = 1;; ++number)
+  {
+    DictionaryItem item(dictionary, mapName, number);
+    const std::string rootId = item.read("]/rootId");
+    if (rootId.empty())
+      return;
+    const std::string dasSchema = item.read("]/dasSchema");
+    const std::string dasItem = item.read("]/dasItem");
+    const std::string dasIndexName = item.read("]/dasIndexName");
+    const std::string dasIndexValue = item.read("]/dasIndexValue");
+    const std::string setter = item.read("]/setter");
+    const std::string getter = item.read("]/getter");
+    const std::string defaultValue = item.read("]/default");
+    const std::string userData = item.read("]/userData");
+    const std::string isGroupItem = item.read("]/isGroupItem");
+    const std::string dasEncrypted = item.read("]/dasEncrypted");
+    SDM_TRACE(5, "setAllManagedData id=\"%s\"\tget=\"%s\"\tset=\"%s\"\tgrp=\"%s\"\tenc=\"%s\"\tusr=\"%s\"",
+              rootId.c_str(), getter.c_str(), setter.c_str(), isGroupItem.c_str(), dasEncrypted.c_str(),
+              userData.c_str());
+    if (!userData.empty())
+    {
+      userDataIds.push_back(rootId);
+      SDM_TRACE(5, "setAllManagedData id=\"%s\" added to list of userData", rootId.c_str());
+    }
+    addDataItem(rootId, dasSchema, dasItem, dasIndexName, dasIndexValue, defaultValue, setter, getter, isGroupItem,
+                dasEncrypted);
+  }
+}
+
+void ServiceDataManager::addDataItem(const std::string& rootId, const std::string& dasSchema,
+                                     const std::string& dasItem, const std::string& dasIndexName,
+                                     const std::string& dasIndexValue, const std::string& defaultValue,
+                                     const std::string& setterName, const std::string& getterName,
+                                     const std::string& isGroupItem, const std::string& dasEncrypted)
+{
+  auto item = std::make_unique<ManagedDataItem>();
+  item->rootId = rootId;
+  item->dasSchema = dasSchema;
+  item->dasItem = dasItem;
+  item->dasIndexName = dasIndexName;
+  item->dasIndexValue = dasIndexValue;
+  item->setter = findSetterFunc(setterName);
+  item->getter = findGetterFunc(getterName);
+  item->defaultValue = defaultValue;
+  item->isGroupItem = isGroupItem;
+  item->dasEncrypted = dasEncrypted;
+  items.push_back(nullptr);
+  items.back() = item.release();
+}
+
+void ServiceDataManager::buildIndexes()
+{
+  retire(std::exchange(dasImportMap, std::make_unique<DASImportMap>(items)));
+  retire(std::exchange(ocmsImportMap, std::make_unique<OCMSImportMap>(items)));
+  retire(std::exchange(ocmsPublishMap, std::make_unique<OCMSPublishMap>(items)));
+  retire(std::exchange(ocmsSubscribeMap, std::make_unique<OCMSSubscribeMap>(items)));
+}

@@ -1,0 +1,108 @@
+#include "Operation.h"
+
+#include <exception>
+#include <iterator>
+#include <set>
+#include <utility>
+
+ServiceDataManager::Operation::Operation(ServiceDataManager& owner)
+    : lock(owner.semaphore),
+      manager(owner),
+      exceptionsBefore(std::uncaught_exceptions()),
+      inner(owner.runningOperations > 0),
+      outerReply(owner.reply),
+      outerRecordsToKeep(owner.recordsToKeep)
+{
+  if (inner)
+  {
+    outerGroups.swap(manager.groupsNeedingValidation);
+    outerRecords.swap(manager.pendingSecurityLogRecords);
+  }
+  if (outerReply->parser != nullptr)
+    manager.reply = &innerReply;
+  manager.recordsToKeep = manager.pendingSecurityLogRecords.size();
+  ++manager.runningOperations;
+}
+
+ServiceDataManager::Operation::~Operation()
+{
+  if (std::uncaught_exceptions() > exceptionsBefore)
+    dropGatheredState();
+  manager.reply = outerReply;
+  manager.recordsToKeep = outerRecordsToKeep;
+  if (inner)
+    restoreOuterState();
+  else
+    freeRetired();
+  --manager.runningOperations;
+}
+
+void ServiceDataManager::Operation::dropPendingRecords()
+{
+  manager.pendingSecurityLogRecords.clear();
+  manager.recordsToKeep = 0;
+}
+
+void ServiceDataManager::Operation::dropGatheredState()
+{
+  for (const auto& group : std::exchange(manager.groupsNeedingValidation, {}))
+    forgetGroup(group.first);
+  // What is left by the validator's own calls of the manager.
+  manager.groupsNeedingValidation.clear();
+  if (manager.pendingSecurityLogRecords.size() > manager.recordsToKeep)
+    manager.pendingSecurityLogRecords.resize(manager.recordsToKeep);
+}
+
+void ServiceDataManager::Operation::forgetGroup(const std::string& group)
+{
+  try
+  {
+    manager.clearGroupedData(group);
+  }
+  catch (...)
+  {
+    // The exception on its way to the caller is the one that tells.
+  }
+}
+
+void ServiceDataManager::Operation::restoreOuterState()
+{
+  outerGroups.merge(manager.groupsNeedingValidation);
+  manager.groupsNeedingValidation.swap(outerGroups);
+  manager.pendingSecurityLogRecords.swap(outerRecords);
+  manager.pendingSecurityLogRecords.insert(manager.pendingSecurityLogRecords.end(),
+                                           std::make_move_iterator(outerRecords.begin()),
+                                           std::make_move_iterator(outerRecords.end()));
+}
+
+void ServiceDataManager::Operation::freeRetired()
+{
+  // A callback's destructor may call the manager and get rid of more.
+  while (!manager.retired.empty())
+  {
+    // The operation may have noted a change of an item that is about to be freed.
+    const std::set<const ManagedDataItem*> kept(manager.items.begin(), manager.items.end());
+    for (ManagedDataItem*& changed : manager.changedItems)
+    {
+      if (kept.count(changed) == 0)
+        changed = nullptr;
+    }
+    std::vector<std::shared_ptr<void>>().swap(manager.retired);
+  }
+}
+
+ServiceDataManager::TriedValues::TriedValues(ServiceDataManager& owner, const std::vector<SetDataBlob>& triedBlobs)
+    : manager(owner), blobs(triedBlobs), exceptionsBefore(std::uncaught_exceptions())
+{
+}
+
+ServiceDataManager::TriedValues::~TriedValues()
+{
+  if (std::uncaught_exceptions() == exceptionsBefore)
+    return;
+  for (const SetDataBlob& blob : blobs)
+  {
+    if (blob.item != nullptr && !blob.item->isGroupItem.empty())
+      manager.groupsNeedingValidation.emplace(blob.item->isGroupItem, true);
+  }
+}

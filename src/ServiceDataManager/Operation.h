@@ -1,0 +1,59 @@
+// The frame of every interface operation that runs callbacks.
+#pragma once
+
+#include "ServiceDataManager.h"
+
+/// Holds the lock and keeps operations apart.
+///
+/// A callback may call the manager again on the same thread. Such an inner operation starts with no flagged
+/// groups and no pending security-log records, and with a parser state of its own while a parse is running;
+/// when it ends the outer operation finds its own as they were, together with what the inner one left behind.
+/// Items, indexes and callbacks that an inner operation gets rid of stay alive until the outermost one ends.
+///
+/// When an exception leaves the operation, so that the next one starts clean, no group stays flagged; the
+/// validator is told to forget all that were flagged or tried; and security-log records of requests that were
+/// never sent are dropped.
+class ServiceDataManager::Operation
+{
+public:
+  explicit Operation(ServiceDataManager& owner);
+  ~Operation();
+  Operation(const Operation&) = delete;
+  Operation& operator=(const Operation&) = delete;
+
+  /// Drops the records of earlier operations that could not be handed over.
+  void dropPendingRecords();
+
+private:
+  void dropGatheredState();
+  void forgetGroup(const std::string& group);
+  void restoreOuterState();
+  void freeRetired();
+
+  CriticalSection lock;
+  ServiceDataManager& manager;
+  const int exceptionsBefore;
+  const bool inner;
+  sdm::DASReplyState innerReply;
+  sdm::DASReplyState* outerReply;
+  std::map<std::string, bool> outerGroups;
+  std::vector<std::string> outerRecords;
+  const std::size_t outerRecordsToKeep;
+};
+
+/// Values that an operation tries, whose groups are flagged only when all of them were: when an exception comes
+/// before that, the validator may hold some of the values, so their groups count as flagged.
+class ServiceDataManager::TriedValues
+{
+public:
+  /// Borrows both. Made within an `Operation`.
+  TriedValues(ServiceDataManager& owner, const std::vector<SetDataBlob>& triedBlobs);
+  ~TriedValues();
+  TriedValues(const TriedValues&) = delete;
+  TriedValues& operator=(const TriedValues&) = delete;
+
+private:
+  ServiceDataManager& manager;
+  const std::vector<SetDataBlob>& blobs;
+  const int exceptionsBefore;
+};

@@ -1,0 +1,14 @@
+// Freeing what a running operation may still point at.
+#pragma once
+
+#include <utility>
+
+#include "ServiceDataManager.h"
+
+/// Frees the object at once, or at the end of the outermost operation when one is running.
+template <typename Object>
+void ServiceDataManager::retire(std::unique_ptr<Object> object)
+{
+  if (object != nullptr && runningOperations > 0)
+    retired.push_back(std::shared_ptr<Object>(std::move(object)));
+}

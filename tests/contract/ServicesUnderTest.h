@@ -1,0 +1,34 @@
+// What a platform gives to the tests of its services so that they can run on it.
+#pragma once
+
+#include <DataAccessServiceIfc.h>
+#include <LocalMgmtIfc.h>
+#include <SecurityLogServiceIfc.h>
+#include <SvcRTEContext.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace contract
+{
+/// A device with nothing stored, except for the schemas "Plain" (columns "A" and "B") and "Rows" (index column "Idx",
+/// columns "A" and "B", no rows).
+class Services
+{
+public:
+  virtual ~Services() = default;
+  virtual SvcRTEContext& context() = 0;
+  virtual DataAccessServiceIfc& das() = 0;
+  virtual LocalMgmtIfc& store() = 0;
+
+  /// Changes a value of the store from outside.
+  virtual void change(const std::string& rootId, const std::string& value) = 0;
+  /// Defines a dictionary of one item, whose root id is `rootId`.
+  virtual void defineDictionary(const std::string& name, const std::string& rootId) = 0;
+  /// Makes `checkData` object to an item.
+  virtual void lockItem(const std::string& rootId) = 0;
+};
+
+std::unique_ptr<Services> makeServices();
+} // namespace contract

@@ -1,0 +1,165 @@
+// A whole device in its folder.
+#include <DasCrypt.h>
+#include <PhysicalInterfaceServiceIfc.h>
+#include <logAppUni.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "HostTesting.h"
+#include "host/Device.h"
+#include "host/logAppUni.h"
+
+namespace
+{
+using hosttest::errorOf;
+using hosttest::holds;
+
+class DeviceFolder : public testing::Test
+{
+protected:
+  void TearDown() override
+  {
+    host::setLogLevel(2);
+  }
+  host::DeviceSettings settings(std::uint32_t interfaces = 1) const
+  {
+    return {path, interfaces, 2, 0};
+  }
+  std::string bringUpError() const
+  {
+    return errorOf([this] { host::Device device(settings()); });
+  }
+
+  hosttest::TemporaryFolder folder;
+  const std::filesystem::path path = folder / "new" / "device";
+};
+} // namespace
+
+TEST_F(DeviceFolder, IsMadeWithAllItsFiles)
+{
+  const host::Device device(settings());
+  for (const char* name : {"das.db", "ocms.db", "das.key", "security.log", "log/device.log"})
+    EXPECT_TRUE(std::filesystem::is_regular_file(path / name)) << name;
+}
+
+TEST_F(DeviceFolder, IsForItsOwnerAloneWhenItIsNew)
+{
+  bringUpError();
+  EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms::owner_all);
+  std::filesystem::permissions(path, std::filesystem::perms::all);
+  bringUpError();
+  EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms::all) << "left as the operator set it";
+}
+
+TEST_F(DeviceFolder, OffersItsServicesWithTheTrafficInFront)
+{
+  host::Device device(settings(4));
+  host::RuntimeContext& context = device.context();
+  EXPECT_EQ(context.findService("DataAccessServiceIfc"), &device.traffic());
+  EXPECT_EQ(context.findService("LocalMgmtIfc"), static_cast<::LocalMgmtIfc*>(&device.store()));
+  EXPECT_EQ(context.findService("SecurityLogServiceIfc"), &device.securityLog());
+  auto* interfaces = dynamic_cast<::PhysicalInterfaceServiceIfc*>(context.findService("PhysicalInterfaceServiceIfc"));
+  ASSERT_NE(interfaces, nullptr);
+  EXPECT_EQ(interfaces->getInterfaceCount(), 4U);
+}
+
+TEST_F(DeviceFolder, LastsBetweenDevices)
+{
+  std::string text;
+  {
+    host::Device device(settings());
+    device.das().provision({{"Plain", "", {"A"}, {}}});
+    hosttest::send(device.traffic(), hosttest::updateRequest("Plain", "<A>1</A>"));
+    device.store().change("item", "value");
+    ASSERT_TRUE(DasCrypt::toEncryptedText("secret", text));
+  }
+  host::Device device(settings());
+  EXPECT_EQ(device.das().storedCell("Plain", "A", "", ""), "1");
+  EXPECT_EQ(device.store().value("item"), "value");
+  std::string plain;
+  EXPECT_TRUE(DasCrypt::fromEncryptedText(text, plain));
+  EXPECT_EQ(plain, "secret");
+}
+
+TEST_F(DeviceFolder, BelongsToOneProcessAtATime)
+{
+  const auto device = std::make_unique<host::Device>(settings());
+  const pid_t other = ::fork();
+  if (other == 0)
+    ::_exit(holds(bringUpError(), path.string() + ": the device folder is in use already") ? 0 : 1);
+  int status = -1;
+  ::waitpid(other, &status, 0);
+  EXPECT_EQ(status, 0);
+}
+
+TEST_F(DeviceFolder, IsFreeAgainWhenItsProcessWasKilled)
+{
+  int ends[2];
+  ASSERT_EQ(::pipe(ends), 0);
+  const pid_t other = ::fork();
+  if (other == 0)
+  {
+    const host::Device device(settings());
+    ::_exit(::write(ends[1], "x", 1) == 1 && ::pause() == 0 ? 0 : 1);
+  }
+  char byte = 0;
+  EXPECT_EQ(::read(ends[0], &byte, 1), 1);
+  EXPECT_TRUE(holds(bringUpError(), "in use already"));
+  ::kill(other, SIGKILL);
+  ::waitpid(other, nullptr, 0);
+  EXPECT_EQ(bringUpError(), "");
+}
+
+TEST_F(DeviceFolder, SecondDeviceInAProcessIsRefused)
+{
+  auto device = std::make_unique<host::Device>(settings());
+  const host::DeviceSettings elsewhere = {folder / "elsewhere", 1, 2, 0};
+  EXPECT_EQ(errorOf([&] { host::Device second(elsewhere); }), "there is another device in this process");
+  EXPECT_TRUE(holds(bringUpError(), "in use already"));
+  device.reset();
+  EXPECT_EQ(errorOf([&] { host::Device second(elsewhere); }), "");
+}
+
+TEST_F(DeviceFolder, ErrorNamesTheFileThatIsWrong)
+{
+  std::filesystem::create_directories(path);
+  hosttest::writeFile(path / "das.key", "too short");
+  ::chmod((path / "das.key").c_str(), 0600);
+  EXPECT_EQ(bringUpError(), (path / "das.key").string() + ": a key has 32 bytes, not 9");
+  std::filesystem::remove(path / "das.key");
+  hosttest::writeFile(path / "ocms.db", std::string(4096, 'x'));
+  EXPECT_EQ(bringUpError(), (path / "ocms.db").string() + ": file is not a database");
+  std::filesystem::remove(path / "ocms.db");
+  EXPECT_EQ(bringUpError(), "");
+}
+
+TEST_F(DeviceFolder, ThatIsAFileIsAnError)
+{
+  const auto file = folder / "file";
+  hosttest::writeFile(file, "");
+  EXPECT_TRUE(holds(errorOf([&] { host::Device device({file, 1, 2, 0}); }), file.string() + ": the device folder"));
+  EXPECT_TRUE(holds(errorOf([&] { host::Device device({file / "x", 1, 2, 0}); }), "the device folder cannot be made"));
+}
+
+TEST_F(DeviceFolder, LogsIntoItsFolderUpToItsLevel)
+{
+  const host::Device device({path, 1, 4, 0});
+  EXPECT_TRUE(loggingOnAppUni("Module", 4));
+  EXPECT_FALSE(loggingOnAppUni("Module", 5));
+  logAppUni("Module", "source", 4, 1, "for the folder");
+  EXPECT_TRUE(holds(hosttest::contentOf(path / "log" / "device.log"), "for the folder\n"));
+}
+
+TEST_F(DeviceFolder, TakesItsKeyAwayWithIt)
+{
+  {
+    const host::Device device(settings());
+  }
+  std::string text;
+  EXPECT_FALSE(DasCrypt::toEncryptedText("secret", text));
+}

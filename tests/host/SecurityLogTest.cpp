@@ -1,0 +1,191 @@
+// The security log's lines.
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+#include "HostTesting.h"
+#include "SyncCounter.h"
+#include "host/SecurityLogServiceIfc.h"
+
+namespace
+{
+using hosttest::contentOf;
+using hosttest::errorOf;
+using hosttest::linesOf;
+using Texts = std::vector<std::string>;
+
+constexpr time_t someTime = 1700000000;
+const std::string someTimeText = "2023-11-14T22:13:20Z";
+
+class SecurityLog : public testing::Test
+{
+protected:
+  static void log(host::SecurityLogService& service, const std::string& record)
+  {
+    service.logSecurityEvent(someTime, 4, 1, 5, 3, false, record, "", "");
+  }
+  static std::string lineOf(const std::string& record)
+  {
+    return someTimeText + "\t4\t1\t5\t3\tok\t" + record + "\t-\t-";
+  }
+
+  hosttest::TemporaryFolder folder;
+  const std::filesystem::path file = folder / "security.log";
+};
+} // namespace
+
+TEST_F(SecurityLog, WritesOneLineWithAllFields)
+{
+  host::SecurityLogService service(file);
+  service.logSecurityEvent(someTime, 4, 1, 5, 3, false, "Sch set Col(val)", "admin", "10.0.0.1");
+  service.logSecurityEvent(someTime + 1, -4, 10, 0, 3, true, "Sch set Col(***)", "", "");
+  EXPECT_EQ(contentOf(file), "2023-11-14T22:13:20Z\t4\t1\t5\t3\tok\tSch set Col(val)\tadmin\t10.0.0.1\n"
+                             "2023-11-14T22:13:21Z\t-4\t10\t0\t3\tfailed\tSch set Col(***)\t-\t-\n");
+}
+
+TEST_F(SecurityLog, RecordIsAlwaysOneLine)
+{
+  const std::vector<std::pair<std::string, std::string>> table = {
+      {"a\nb", "a\\nb"},
+      {"a\r\nb", "a\\r\\nb"},
+      {"a\tb", "a\\tb"},
+      {std::string("a\0b", 3), "a\\x00b"},
+      {"\x1B[31m\x7F", "\\x1b[31m\\x7f"},
+      {"\xC2\x85\xC2\x9B", "\\u0085\\u009b"},
+      {"\xE2\x80\xA8\xE2\x80\xA9", "\\u2028\\u2029"},
+      {"\xFF\xC3(", "\\xff\\xc3("},
+      {"C:\\n", "C:\\\\n"},
+      {"\xC3\xA4 \xF0\x9F\x98\x80", "\xC3\xA4 \xF0\x9F\x98\x80"},
+      {"", "-"},
+  };
+  host::SecurityLogService service(file);
+  for (const auto& [record, written] : table)
+  {
+    log(service, record);
+    EXPECT_EQ(linesOf(file).back(), lineOf(written));
+  }
+  EXPECT_EQ(linesOf(file).size(), table.size());
+}
+
+TEST_F(SecurityLog, UserAndOriginCannotBreakLinesEither)
+{
+  host::SecurityLogService service(file);
+  service.logSecurityEvent(someTime, 4, 1, 5, 3, false, "r", "a\nb", "c\td");
+  EXPECT_EQ(contentOf(file), someTimeText + "\t4\t1\t5\t3\tok\tr\ta\\nb\tc\\td\n");
+}
+
+TEST_F(SecurityLog, KeepsWhatIsThere)
+{
+  {
+    host::SecurityLogService service(file);
+    log(service, "first");
+  }
+  host::SecurityLogService service(file);
+  log(service, "second");
+  EXPECT_EQ(linesOf(file), (Texts{lineOf("first"), lineOf("second")}));
+}
+
+TEST_F(SecurityLog, EndsALineThatWasCutOff)
+{
+  hosttest::writeFile(file, "whole\ncut o");
+  host::SecurityLogService service(file);
+  log(service, "next");
+  log(service, "after");
+  EXPECT_EQ(linesOf(file), (Texts{"whole", "cut o", lineOf("next"), lineOf("after")}));
+}
+
+TEST_F(SecurityLog, GoesOnAtTheEndWhenAnotherWroteThere)
+{
+  host::SecurityLogService service(file);
+  log(service, "first");
+  hosttest::writeFile(file, "rewritten by somebody\n");
+  log(service, "second");
+  EXPECT_EQ(linesOf(file), (Texts{"rewritten by somebody", lineOf("second")}));
+}
+
+TEST_F(SecurityLog, EveryRecordReachesTheDisk)
+{
+  host::SecurityLogService service(file);
+  for (int i = 0; i < 3; ++i)
+  {
+    const int before = hosttest::syncCount();
+    log(service, "record");
+    EXPECT_EQ(hosttest::syncCount(), before + 1);
+  }
+}
+
+TEST_F(SecurityLog, RecordThatCannotReachTheDiskIsAnError)
+{
+  host::SecurityLogService service(file);
+  const hosttest::FailingSync broken;
+  EXPECT_EQ(errorOf([&] { log(service, "record"); }), file.string() + ": cannot be made to last: Input/output error");
+}
+
+TEST_F(SecurityLog, RecordThatCannotBeWrittenIsAnError)
+{
+  host::SecurityLogService service("/dev/full");
+  EXPECT_EQ(errorOf([&] { log(service, "record"); }), "/dev/full: cannot be written: No space left on device");
+}
+
+TEST_F(SecurityLog, FileThatCannotBeOpenedIsAnError)
+{
+  EXPECT_EQ(errorOf([&] { host::SecurityLogService service(folder / "missing" / "log"); }),
+            (folder / "missing" / "log").string() + ": the security log cannot be opened: No such file or directory");
+  EXPECT_TRUE(hosttest::holds(errorOf([&] { host::SecurityLogService service(folder.path()); }), "Is a directory"));
+}
+
+TEST_F(SecurityLog, IsForItsOwnerAlone)
+{
+  const mode_t before = ::umask(0);
+  const host::SecurityLogService service(file);
+  ::umask(before);
+  struct stat status = {};
+  ASSERT_EQ(::stat(file.c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777, 0600U);
+}
+
+TEST_F(SecurityLog, TellsItsLastLines)
+{
+  host::SecurityLogService service(file);
+  EXPECT_EQ(service.lastLines(5), Texts());
+  for (const char* record : {"a", "b", "c"})
+    log(service, record);
+  EXPECT_EQ(service.lastLines(0), Texts());
+  EXPECT_EQ(service.lastLines(2), (Texts{lineOf("b"), lineOf("c")}));
+  EXPECT_EQ(service.lastLines(99), (Texts{lineOf("a"), lineOf("b"), lineOf("c")}));
+}
+
+TEST_F(SecurityLog, TellsLastLinesOfALongFile)
+{
+  std::string content;
+  for (int i = 0; i < 20000; ++i)
+    content += "line " + std::to_string(i) + "\n";
+  hosttest::writeFile(file, content + std::string(50000, 'x') + "\nlast");
+  host::SecurityLogService service(file);
+  EXPECT_EQ(service.lastLines(1), Texts{"last"});
+  EXPECT_EQ(service.lastLines(3), (Texts{"line 19999", std::string(50000, 'x'), "last"}));
+  EXPECT_EQ(service.lastLines(20001).front(), "line 1");
+  EXPECT_EQ(service.lastLines(30000).size(), 20002U);
+}
+
+TEST_F(SecurityLog, ThreadsDoNotMixTheirLines)
+{
+  host::SecurityLogService service(file);
+  std::vector<std::thread> threads;
+  for (int t = 0; t < 4; ++t)
+    threads.emplace_back(
+        [&]
+        {
+          for (int i = 0; i < 25; ++i)
+            log(service, std::string(3000, 'x'));
+        });
+  for (std::thread& thread : threads)
+    thread.join();
+  const Texts lines = linesOf(file);
+  ASSERT_EQ(lines.size(), 100U);
+  for (const std::string& line : lines)
+    EXPECT_EQ(line, lineOf(std::string(3000, 'x')));
+}

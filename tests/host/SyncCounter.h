@@ -1,0 +1,18 @@
+// Counts how often the process asked for its files to reach the disk, and can make the disk fail.
+#pragma once
+
+namespace hosttest
+{
+/// Calls of fsync and fdatasync since the start, by whatever library.
+int syncCount();
+
+/// While it lives every fsync and fdatasync fails.
+class FailingSync
+{
+public:
+  FailingSync();
+  ~FailingSync();
+  FailingSync(const FailingSync&) = delete;
+  FailingSync& operator=(const FailingSync&) = delete;
+};
+} // namespace hosttest

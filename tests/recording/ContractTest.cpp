@@ -1,0 +1,6 @@
+// The recording platform under the tests of the contract.
+#include "PlatformUnderTest.h"
+
+void contract::prepareEncryption()
+{
+}

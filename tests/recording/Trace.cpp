@@ -1,0 +1,73 @@
+#include "Trace.h"
+
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+
+#include <logAppUni.h>
+
+namespace recording
+{
+
+std::vector<std::string>& trace()
+{
+  static std::vector<std::string> entries;
+  return entries;
+}
+
+std::vector<std::string> traceOf(const std::string& prefix)
+{
+  std::vector<std::string> found;
+  for (const std::string& entry : trace())
+  {
+    if (entry.compare(0, prefix.size(), prefix) == 0)
+      found.push_back(entry);
+  }
+  return found;
+}
+
+void note(std::string entry)
+{
+  trace().push_back(std::move(entry));
+}
+
+std::string quoted(const std::string& text)
+{
+  return '"' + text + '"';
+}
+
+Behaviour& behaviour()
+{
+  static Behaviour current;
+  return current;
+}
+
+void reset()
+{
+  trace().clear();
+  behaviour() = Behaviour();
+}
+
+} // namespace recording
+
+void logAppUni(const char* module, const char* sourceFile, int level, int line, const char* format, ...)
+{
+  va_list arguments;
+  va_start(arguments, format);
+  char* formatted = nullptr;
+  const int length = vasprintf(&formatted, format, arguments);
+  va_end(arguments);
+  const std::string text = length < 0 ? "" : formatted;
+  std::free(formatted);
+
+  const bool ours =
+      std::string(module) == "ServiceDataManager" && std::string(sourceFile) == "./src/ServiceDataManager" && line > 0;
+  recording::note((ours ? "log " : "foreign log ") + std::to_string(level) + " " + text);
+  if (recording::behaviour().logHook)
+    recording::behaviour().logHook(level, text);
+}
+
+bool loggingOnAppUni(const char* module, int level)
+{
+  return std::string(module) == "ServiceDataManager" && level <= recording::behaviour().openLevel;
+}

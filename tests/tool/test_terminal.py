@@ -1,0 +1,141 @@
+"""The program on a terminal: editing, completion, history, interrupts."""
+import os
+import pty
+import select
+import signal
+import time
+import unittest
+
+from program import SDM, ProgramTest
+
+
+class Terminal(ProgramTest):
+    def setUp(self):
+        super().setUp()
+        self.seen = ""
+        self.open_terminal()
+
+    def open_terminal(self, **environment):
+        self.unread = ""
+        self.pid, self.terminal = pty.fork()
+        if self.pid == 0:
+            os.environ.pop("NO_COLOR", None)
+            os.environ.update({"TERM": "xterm", "LC_ALL": "C.UTF-8", **environment})
+            os.execv(SDM, ["sdm", "run", "--device", self.device])
+        self.addCleanup(self.close_terminal, self.pid, self.terminal)
+        self.screen = self.read_until("sdm> ")
+
+    def close_terminal(self, pid, terminal):
+        try:
+            os.kill(pid, signal.SIGKILL)
+            os.waitpid(pid, 0)
+        except (ProcessLookupError, ChildProcessError):
+            pass
+        os.close(terminal)
+
+    def read_until(self, text, seconds=20):
+        """Everything up to and with the text; what came behind it is for the next reader."""
+        found, self.unread = self.unread, ""
+        end = time.monotonic() + seconds
+        while text not in found:
+            ready, _, _ = select.select([self.terminal], [], [], max(0, end - time.monotonic()))
+            if not ready:
+                raise AssertionError("waited for %r, saw %r" % (text, found))
+            try:
+                piece = os.read(self.terminal, 65536)
+            except OSError:
+                piece = b""
+            if not piece:
+                raise AssertionError("waited for %r until the end, saw %r" % (text, found))
+            self.seen += piece.decode(errors="replace")
+            found += piece.decode(errors="replace")
+        place = found.index(text) + len(text)
+        self.unread = found[place:]
+        return found[:place]
+
+    def type(self, keys, until):
+        os.write(self.terminal, keys.encode())
+        return self.read_until(until)
+
+    def exit_code(self):
+        _, status = os.waitpid(self.pid, 0)
+        return os.waitstatus_to_exitcode(status)
+
+    def test_shows_a_prompt_and_colours(self):
+        self.assertIn("\x1b[1m", self.screen)
+        self.assertIn("Tab completes", self.screen)
+
+    def test_shows_no_colours_when_they_are_not_wanted(self):
+        self.close_terminal(self.pid, os.dup(self.terminal))
+        self.open_terminal(NO_COLOR="1")
+        self.assertNotRegex(self.screen, r"\x1b\[\d*m")
+
+    def test_completes_commands_and_root_ids_by_tab(self):
+        self.type("sh\t", "ow ")
+        self.type("time.z\t", "one ")
+        self.assertIn("time.zone", self.type("\r", "  value"))
+
+    def test_offers_what_may_follow(self):
+        self.type("get time.\t\t", "time.pollMinutes")
+        self.type("\x03", "sdm> ")
+
+    def test_completes_only_what_the_command_takes(self):
+        self.type("changed p\t", "hone.")
+        self.type("r\t", "oom ")
+        self.type("\x03", "sdm> ")
+        os.write(self.terminal, b"changed time.z\t")
+        time.sleep(0.3)
+        self.assertNotIn("time.zone", self.type("\r", "refused:"))
+
+    def test_brings_back_earlier_lines(self):
+        self.type("get time.zone\r", "time.zone = UTC")
+        self.read_until("sdm> ")
+        self.type("\x1b[A", "get time.zone")
+        self.type("\r", "time.zone = UTC")
+
+    def test_suggests_and_goes_on(self):
+        self.type("lsit\r", "did you mean list?")
+        self.read_until("sdm> ")
+        self.type("get time.zone\r", "time.zone = UTC")
+
+    def test_takes_letters_of_every_language(self):
+        self.type("set snmp.location Zürich\r", "snmp.location = Zürich")
+
+    def test_an_interrupt_takes_the_line_back_and_nothing_else(self):
+        self.type("set time.zone Europe/Rome", "Rome")
+        self.type("\x03", "sdm> ")
+        self.type("get time.zone\r", "time.zone = UTC")
+        self.read_until("sdm> ")
+        self.type("\x03", "sdm> ")
+        self.type("\x04", "\n")
+        self.assertEqual(self.exit_code(), 0)
+
+    def test_ends_at_the_end_of_input_with_success_whatever_was_refused(self):
+        self.type("nonsense\r", "there is no command")
+        self.read_until("sdm> ")
+        self.type("\x04", "\n")
+        self.assertEqual(self.exit_code(), 0)
+
+    def test_asks_for_a_secret_without_showing_it(self):
+        self.type("set sip.userName anna sip.password\r", "not shown")
+        self.type("opensesame42\r", "sip.password = *****")
+        self.read_until("sdm> ")
+        self.type("get sip.userName sip.password\r", "sip.password = *****")
+        self.read_until("sdm> ")
+        self.type("quit\r", "\n")
+        self.assertEqual(self.exit_code(), 0)
+        self.assertNotIn("opensesame42", self.seen)
+        self.assertFalse([path for path, content in self.files().items() if b"opensesame42" in content])
+
+    def test_keeps_lines_with_secrets_out_of_the_history(self):
+        self.type("get time.zone\r", "time.zone = UTC")
+        self.read_until("sdm> ")
+        self.type("set snmp.readCommunity hidden77\r", "snmp.readCommunity = *****")
+        self.read_until("sdm> ")
+        again = self.type("\x1b[A", "get time.zone")
+        self.assertNotIn("hidden77", again)
+        self.type("\r", "time.zone = UTC")
+
+
+if __name__ == "__main__":
+    unittest.main()

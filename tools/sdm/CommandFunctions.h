@@ -1,0 +1,31 @@
+// What the commands do; the table in Commands.cpp says how they are called.
+#pragma once
+
+#include "Commands.h"
+
+namespace cli
+{
+
+// Reading.
+Outcome listItems(Session& session, const Arguments& arguments);
+Outcome showItem(Session& session, const Arguments& arguments);
+Outcome getItems(Session& session, const Arguments& arguments);
+Outcome importItem(Session& session, const Arguments& arguments);
+
+// Changing.
+Outcome setItems(Session& session, const Arguments& arguments);
+Outcome changeLocally(Session& session, const Arguments& arguments);
+
+// User data and the device as a whole.
+Outcome resetUserData(Session& session, const Arguments& arguments);
+Outcome reloadUserData(Session& session, const Arguments& arguments);
+Outcome restartService(Session& session, const Arguments& arguments);
+Outcome lockItem(Session& session, const Arguments& arguments);
+Outcome unlockItem(Session& session, const Arguments& arguments);
+
+// Looking behind.
+Outcome showTraffic(Session& session, const Arguments& arguments);
+Outcome showSecurityLog(Session& session, const Arguments& arguments);
+Outcome changeLogLevel(Session& session, const Arguments& arguments);
+
+} // namespace cli

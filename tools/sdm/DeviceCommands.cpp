@@ -1,0 +1,177 @@
+// Commands about user data and the device as a whole.
+#include <algorithm>
+
+#include "CommandFunctions.h"
+#include "Shown.h"
+
+namespace cli
+{
+namespace
+{
+
+std::vector<const MapItem*> userData(const Session& session)
+{
+  std::vector<const MapItem*> items;
+  for (const MapItem& item : session.running.items().items())
+  {
+    if (item.userData)
+      items.push_back(&item);
+  }
+  return items;
+}
+
+/// Prints "id = now (was before)" for every value that is another one than before, and counts them.
+std::size_t printChanges(Session& session, const std::vector<const MapItem*>& items,
+                         const std::map<std::string, std::string>& before, const std::string& origin)
+{
+  std::size_t changes = 0;
+  for (const auto& [rootId, now] : session.values(items))
+  {
+    const auto was = before.find(rootId);
+    if (was == before.end() || was->second == now)
+      continue;
+    ++changes;
+    session.noteOrigin(rootId, origin);
+    session.out << "  " << shown(rootId) << " = " << shownValue(now) << " (was " << shownValue(was->second) << ")\n";
+  }
+  return changes;
+}
+
+std::string lockedAmong(Session& session, const std::vector<const MapItem*>& items,
+                        const std::map<std::string, std::string>& values)
+{
+  const auto locked = session.running.device().store().lockedItems();
+  for (const MapItem* item : items)
+  {
+    const auto value = values.find(item->rootId);
+    const bool wouldReset = value != values.end() && value->second != session.running.defaultOf(*item);
+    if (wouldReset && std::find(locked.begin(), locked.end(), item->rootId) != locked.end())
+      return item->rootId;
+  }
+  return "";
+}
+
+bool allAtDefault(Session& session, const std::vector<const MapItem*>& items,
+                  const std::map<std::string, std::string>& values)
+{
+  return std::all_of(items.begin(), items.end(),
+                     [&](const MapItem* item)
+                     {
+                       const auto value = values.find(item->rootId);
+                       return value == values.end() || value->second == session.running.defaultOf(*item);
+                     });
+}
+
+std::map<std::string, std::string> storedLocally(Session& session)
+{
+  std::map<std::string, std::string> values;
+  for (const std::string& rootId : session.running.items().rootIds())
+  {
+    if (const auto value = session.running.device().store().value(rootId))
+      values[rootId] = *value;
+  }
+  return values;
+}
+
+} // namespace
+
+Outcome resetUserData(Session& session, const Arguments&)
+{
+  const auto items = userData(session);
+  const auto before = session.values(items);
+  const bool success = session.running.service().resetUserData();
+  const std::size_t changes = printChanges(session, items, before, "reset");
+  if (success)
+  {
+    session.out << changes << " of " << items.size() << " user data items are back at their defaults\n";
+    return Outcome::done;
+  }
+  const std::string locked = lockedAmong(session, items, before);
+  if (!locked.empty())
+    return session.refuse(shown(locked) + " is locked, so nothing was reset; `unlock " + shown(locked) + "` allows it");
+  if (!allAtDefault(session, items, before))
+    return session.refuse("the local store did not take the reset");
+  session.out << "nothing to reset: all " << items.size() << " user data items are at their defaults\n";
+  return Outcome::done;
+}
+
+Outcome reloadUserData(Session& session, const Arguments&)
+{
+  const auto items = userData(session);
+  const auto before = session.values(items);
+  session.running.service().takeReport();
+  session.running.service().reloadUserData();
+  commsservice::CallReport report = session.running.service().takeReport();
+  // What was never stored is read as an empty text, which those settings refuse: nothing to worry about.
+  const std::size_t all = report.refusals.size();
+  auto& refusals = report.refusals;
+  refusals.erase(std::remove_if(refusals.begin(), refusals.end(),
+                                [&](const commsservice::SetterRefusal& refusal)
+                                {
+                                  const MapItem* item = session.refusedItem(refusal);
+                                  return item != nullptr && !session.isStored(*item);
+                                }),
+                 refusals.end());
+  const std::size_t changes = printChanges(session, items, before, "reload");
+  session.out << items.size() << " user data items read again: " << changes << " changed, " << refusals.size()
+              << " refused, " << all - refusals.size() << " not in the database\n";
+  session.printRefusals(report);
+  return report.refusals.empty() && report.groupRefusals.empty() ? Outcome::done : Outcome::refused;
+}
+
+Outcome restartService(Session& session, const Arguments&)
+{
+  const auto before = storedLocally(session);
+  const StartSummary summary = session.running.restart();
+  session.forgetOrigins();
+  std::size_t published = 0;
+  for (const auto& [rootId, value] : storedLocally(session))
+  {
+    const auto was = before.find(rootId);
+    if (was == before.end() || was->second != value)
+      ++published;
+  }
+  printStart(session, summary, "restarted");
+  session.out << "  published " << published << " new values in the local store\n";
+  return Outcome::done;
+}
+
+Outcome lockItem(Session& session, const Arguments& arguments)
+{
+  host::LocalMgmtStore& store = session.running.device().store();
+  if (arguments.empty())
+  {
+    const auto locked = store.lockedItems();
+    session.out << (locked.empty() ? "nothing is locked\n" : "");
+    for (const std::string& rootId : locked)
+      session.out << shown(rootId) << "\n";
+    return Outcome::done;
+  }
+  const MapItem* item = session.known(arguments.front());
+  if (item == nullptr)
+    return Outcome::refused;
+  store.lockItem(item->rootId);
+  session.out << shown(item->rootId) << " is locked\n";
+  if (!item->userData)
+    session.out << "  it is no user data, so no reset asks for it\n";
+  return Outcome::done;
+}
+
+Outcome unlockItem(Session& session, const Arguments& arguments)
+{
+  host::LocalMgmtStore& store = session.running.device().store();
+  const auto locked = store.lockedItems();
+  // A lock outlives the map, so its item may be one that the map does not have any more.
+  if (std::find(locked.begin(), locked.end(), arguments.front()) == locked.end())
+  {
+    if (session.known(arguments.front()) == nullptr)
+      return Outcome::refused;
+    session.out << shown(arguments.front()) << " was not locked\n";
+    return Outcome::done;
+  }
+  store.unlockItem(arguments.front());
+  session.out << shown(arguments.front()) << " is unlocked\n";
+  return Outcome::done;
+}
+
+} // namespace cli

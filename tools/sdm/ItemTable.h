@@ -1,0 +1,67 @@
+// The items of a map file, as the operator sees them.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace cli
+{
+
+/// One line of the map.
+struct MapItem
+{
+  std::string rootId;
+  std::string schema;
+  std::string column;
+  std::string indexName;
+  std::string indexValue;
+  std::string defaultValue;
+  std::string alternativeDefault;
+  std::string setter;
+  std::string getter;
+  std::string group;
+  bool userData = false;
+  bool encrypted = false;
+
+  /// Kept in the local management store only.
+  bool isLocal() const
+  {
+    return schema.empty();
+  }
+};
+
+/// Why the program cannot start: what, which file, why, and what to do about it.
+class StartError : public std::runtime_error
+{
+public:
+  using std::runtime_error::runtime_error;
+};
+
+class ItemTable
+{
+public:
+  /// Throws `StartError` for a file that cannot be read or holds no item.
+  explicit ItemTable(const std::filesystem::path& file);
+
+  const std::vector<MapItem>& items() const;
+
+  /// Null when there is none. Of several items with one root id the last, as the manager does it.
+  const MapItem* find(const std::string& rootId) const;
+
+  /// Each once, in the order of the file.
+  const std::vector<std::string>& rootIds() const;
+
+private:
+  std::vector<MapItem> all;
+  std::map<std::string, std::size_t> places;
+  std::vector<std::string> ids;
+};
+
+/// Whether a unit with so many interfaces takes the alternative default of an item that has one.
+bool takesAlternative(const MapItem& item, std::uint32_t interfaces);
+
+} // namespace cli

@@ -1,0 +1,43 @@
+// Where command lines come from: a terminal with line editing, or a pipe.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace cli
+{
+
+/// The words that may stand where the last word of `line` is; `line` ends at the cursor. The last word is empty
+/// behind a blank.
+using Completer = std::function<std::vector<std::string>(const std::string& line)>;
+
+class LineReader
+{
+public:
+  virtual ~LineReader() = default;
+
+  /// The next line without its end; false when there are no more.
+  virtual bool next(std::string& line) = 0;
+
+  /// Keeps the last line for the arrow keys, where there are any. Lines with secrets are not for keeping.
+  virtual void keep(const std::string&)
+  {
+  }
+
+  /// Asks for a text without showing it; false when nobody can be asked.
+  virtual bool askHidden(const std::string&, std::string&)
+  {
+    return false;
+  }
+};
+
+/// Reads standard input as it comes.
+std::unique_ptr<LineReader> makePlainReader();
+
+/// Reads a terminal, with prompt, history and completion; one at a time in a process. Ctrl-C takes the line back,
+/// Ctrl-D on an empty one ends.
+std::unique_ptr<LineReader> makeTerminalReader(const std::string& prompt, Completer completer);
+
+} // namespace cli

@@ -1,0 +1,103 @@
+#include "MapCopy.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <fstream>
+#include <iterator>
+#include <optional>
+#include <string>
+#include <system_error>
+#include <unistd.h>
+#include <vector>
+
+#include "ItemTable.h"
+
+namespace cli
+{
+namespace
+{
+
+constexpr const char* mapName = "CommsSettings.csv";
+
+std::optional<std::string> contentOf(const std::filesystem::path& path)
+{
+  std::ifstream file(path, std::ios::binary);
+  if (!file)
+    return std::nullopt;
+  std::string content{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  return file.bad() ? std::nullopt : std::optional<std::string>(std::move(content));
+}
+
+[[noreturn]] void notWritten(const std::filesystem::path& path)
+{
+  throw StartError("the device's item map " + path.string() + " cannot be written: " + std::strerror(errno) +
+                   "; make room or choose another folder with --device");
+}
+
+/// A file that is closed, whatever happens.
+class Descriptor
+{
+public:
+  explicit Descriptor(int opened) : number(opened)
+  {
+  }
+  ~Descriptor()
+  {
+    if (number >= 0)
+      ::close(number);
+  }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+
+  const int number;
+};
+
+bool writeAndSync(const std::filesystem::path& path, const std::string& content)
+{
+  const Descriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644));
+  if (file.number < 0)
+    return false;
+  for (std::size_t done = 0; done < content.size();)
+  {
+    const ssize_t written = ::write(file.number, content.data() + done, content.size() - done);
+    if (written < 0 && errno != EINTR)
+      return false;
+    done += written < 0 ? 0 : static_cast<std::size_t>(written);
+  }
+  return ::fsync(file.number) == 0;
+}
+
+} // namespace
+
+std::filesystem::path sampleMap()
+{
+  std::error_code unknown;
+  const std::filesystem::path folder = std::filesystem::read_symlink("/proc/self/exe", unknown).parent_path();
+  const std::vector<std::filesystem::path> places = {folder / mapName, folder / "../share/ServiceDataManager" / mapName,
+                                                     SDM_SAMPLE_MAP};
+  for (const std::filesystem::path& place : places)
+  {
+    if (std::filesystem::exists(place, unknown))
+      return place;
+  }
+  return places.back();
+}
+
+void copyMap(const std::filesystem::path& source, const std::filesystem::path& target)
+{
+  const std::optional<std::string> content = contentOf(source);
+  if (!content)
+    throw StartError("the item map " + source.string() + " cannot be read; name another one with --map");
+  if (contentOf(target) == content)
+    return;
+  std::filesystem::path half = target;
+  half += ".new";
+  if (!writeAndSync(half, *content) || ::rename(half.c_str(), target.c_str()) != 0)
+    notWritten(target);
+  const Descriptor folder(::open(target.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (folder.number < 0 || ::fsync(folder.number) != 0)
+    notWritten(target);
+}
+
+} // namespace cli

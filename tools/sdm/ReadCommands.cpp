@@ -1,0 +1,131 @@
+// Commands that read items.
+#include <algorithm>
+
+#include "CommandFunctions.h"
+#include "Shown.h"
+
+namespace cli
+{
+namespace
+{
+
+void field(Session& session, const std::string& name, const std::string& value)
+{
+  session.out << "  " << padded(name, 13) << value << "\n";
+}
+
+std::string place(const MapItem& item)
+{
+  if (item.isLocal())
+    return "the local store";
+  const std::string row = item.indexName.empty() ? "" : ", row " + shown(item.indexName) + " " + shown(item.indexValue);
+  return "the database, schema " + shown(item.schema) + ", column " + shown(item.column) + row;
+}
+
+std::string members(Session& session, const std::string& group)
+{
+  std::string list;
+  for (const MapItem& item : session.running.items().items())
+  {
+    if (item.group == group)
+      list += (list.empty() ? "" : ", ") + shown(item.rootId);
+  }
+  return shown(group) + ": " + list;
+}
+
+std::string callback(const std::string& name, bool known)
+{
+  if (name.empty())
+    return "none";
+  return shown(name) + (known ? "" : " (unknown to the service)");
+}
+
+std::string kinds(Session& session, const MapItem& item)
+{
+  const auto locked = session.running.device().store().lockedItems();
+  std::string list;
+  const auto add = [&](bool holds, const char* text)
+  { list += holds ? std::string(list.empty() ? "" : ", ") + text : ""; };
+  add(item.encrypted, "encrypted");
+  add(item.userData, "user data");
+  add(item.isLocal(), "on the device only");
+  add(std::find(locked.begin(), locked.end(), item.rootId) != locked.end(), "locked");
+  return list.empty() ? "plain" : list;
+}
+
+} // namespace
+
+Outcome showItem(Session& session, const Arguments& arguments)
+{
+  const MapItem* item = session.known(arguments.front());
+  if (item == nullptr)
+    return Outcome::refused;
+  const auto values = session.values({item});
+  const auto found = values.find(item->rootId);
+  const std::string value = found == values.end() ? "" : found->second;
+  const Masking& masking = session.running.masking();
+  session.out << session.style.strong(shown(item->rootId)) << "\n";
+  field(session, "value", masking.value(*item, value));
+  field(session, "from", session.origin(*item, value));
+  field(session, "default", masking.value(*item, item->defaultValue));
+  if (!item->alternativeDefault.empty())
+    field(session, "alternative",
+          masking.value(*item, item->alternativeDefault) +
+              (session.running.usesAlternative(*item) ? " (applies)" : ""));
+  field(session, "kept in", place(*item));
+  field(session, "kind", kinds(session, *item));
+  if (!item->group.empty())
+    field(session, "group", members(session, item->group));
+  field(session, "setter", callback(item->setter, session.running.hasSetter(*item)));
+  field(session, "getter", callback(item->getter, session.running.hasGetter(*item)));
+  if (session.differsFromDatabase(*item, value))
+    field(session, "note", session.style.notable("the database holds another value, which the service refused"));
+  return Outcome::done;
+}
+
+Outcome getItems(Session& session, const Arguments& arguments)
+{
+  Outcome outcome = Outcome::done;
+  std::vector<const MapItem*> items;
+  for (const std::string& rootId : arguments)
+  {
+    if (const MapItem* item = session.known(rootId))
+      items.push_back(item);
+    else
+      outcome = Outcome::refused;
+  }
+  const auto values = session.values(items);
+  for (const MapItem* item : items)
+  {
+    const auto found = values.find(item->rootId);
+    if (found == values.end() && !session.running.masking().isSecret(*item))
+      outcome = session.refuse("nothing answers for " + shown(item->rootId));
+    else
+      session.out << shown(item->rootId) << " = "
+                  << session.running.masking().value(*item, found == values.end() ? "" : found->second) << "\n";
+  }
+  return outcome;
+}
+
+Outcome importItem(Session& session, const Arguments& arguments)
+{
+  const MapItem* item = session.known(arguments.front());
+  if (item == nullptr)
+    return Outcome::refused;
+  if (item->isLocal())
+    return session.refuse(shown(item->rootId) + " is not in the database; `get` reads it");
+  std::string value;
+  session.running.service().manager().importItemFromDAS(item->rootId, value);
+  if (value.empty())
+  {
+    session.out << shown(item->rootId) << ": the database holds nothing, or an empty text\n";
+    return Outcome::done;
+  }
+  const std::string text = item->encrypted ? std::string(Masking::mask) + " (stored encrypted)"
+                                           : session.running.masking().value(*item, value);
+  session.out << shown(item->rootId) << " is stored as " << text
+              << (item->indexName.empty() ? "" : " in the first row of its schema") << "\n";
+  return Outcome::done;
+}
+
+} // namespace cli

@@ -1,0 +1,190 @@
+#include "RunningDevice.h"
+
+#include <algorithm>
+#include <map>
+#include <set>
+#include <utility>
+
+#include "MapCopy.h"
+#include "host/Error.h"
+
+namespace cli
+{
+namespace
+{
+
+constexpr const char* itemMap = "CommsItemMap";
+
+/// What the gate lets through reaches standard error; `log` moves the gate.
+constexpr int everything = 6;
+
+std::unique_ptr<host::Device> bringUp(const std::filesystem::path& folder, const RunSettings& settings)
+{
+  host::DeviceSettings device;
+  device.folder = folder;
+  device.interfaceCount = settings.interfaces;
+  device.logLevel = settings.logLevel;
+  device.consoleLevel = everything;
+  return std::make_unique<host::Device>(device);
+}
+
+/// The tables of the map's items, in the order of the map.
+std::vector<host::SchemaDefinition> schemasOf(const ItemTable& items)
+{
+  std::vector<host::SchemaDefinition> schemas;
+  std::map<std::string, std::size_t> places;
+  for (const MapItem& item : items.items())
+  {
+    if (item.isLocal())
+      continue;
+    const auto [place, isNew] = places.emplace(item.schema, schemas.size());
+    if (isNew)
+      schemas.push_back({item.schema, item.indexName, {}, {}});
+    host::SchemaDefinition& schema = schemas[place->second];
+    if (schema.indexColumn != item.indexName)
+      throw host::Error("schema '" + item.schema + "' has items with different index columns");
+    const auto addOnce = [](std::vector<std::string>& list, const std::string& name)
+    {
+      if (!name.empty() && std::find(list.begin(), list.end(), name) == list.end())
+        list.push_back(name);
+    };
+    addOnce(schema.columns, item.column);
+    if (!schema.indexColumn.empty())
+      addOnce(schema.indexValues, item.indexValue);
+  }
+  return schemas;
+}
+
+} // namespace
+
+RunningDevice::RunningDevice(const RunSettings& settings)
+try : map(std::filesystem::absolute(settings.map.value_or(sampleMap()))),
+    path(std::filesystem::absolute(settings.device).lexically_normal()), interfaces(settings.interfaces), table(map),
+    masks(table), platform(bringUp(path, settings))
+{
+  copyMap(map, path / "CommsSettings.csv");
+  std::filesystem::current_path(path);
+  provision();
+  const auto began = std::chrono::steady_clock::now();
+  comms = std::make_unique<commsservice::CommsService>(platform->context());
+  started.registered = comms->start(itemMap);
+  const bool registered = started.registered;
+  started = summarise(began, true);
+  started.registered = registered;
+}
+catch (const host::Error& error)
+{
+  throw StartError(std::string(error.what()) + "; mend that, or choose another folder with --device");
+}
+catch (const std::filesystem::filesystem_error& error)
+{
+  throw StartError(std::string(error.what()) + "; mend that, or choose another folder with --device");
+}
+
+RunningDevice::~RunningDevice()
+{
+  if (comms && platform)
+    platform->store().forgetAgent(&comms->agent());
+}
+
+void RunningDevice::provision()
+{
+  try
+  {
+    platform->das().provision(schemasOf(table));
+  }
+  catch (const host::Error& error)
+  {
+    throw StartError("the item map " + map.string() + " does not fit the database " + (path / "das.db").string() +
+                     ": " + error.what() + "; mend the map, or choose another folder with --device");
+  }
+}
+
+StartSummary RunningDevice::restart()
+{
+  comms->takeReport();
+  const auto began = std::chrono::steady_clock::now();
+  comms->restart(itemMap);
+  return summarise(began, false);
+}
+
+// A start calls every setter of the database's items with the default, then those that have something to
+// import; a first start then calls every setter of the local items.
+StartSummary RunningDevice::summarise(std::chrono::steady_clock::time_point began, bool first)
+{
+  StartSummary summary;
+  const auto now = std::chrono::steady_clock::now();
+  summary.duration = std::chrono::duration_cast<std::chrono::milliseconds>(now - began);
+  summary.calls = comms->takeReport();
+  std::size_t expected = 0;
+  std::set<std::string> local;
+  for (const MapItem& item : table.items())
+  {
+    if (hasSetter(item) && item.isLocal())
+      local.insert(item.rootId);
+    else if (hasSetter(item))
+      ++expected;
+  }
+  expected += first ? local.size() : 0;
+  summary.imported = summary.calls.setterCalls - std::min(expected, summary.calls.setterCalls);
+  summary.localValues = summary.calls.localValues;
+  return summary;
+}
+
+const StartSummary& RunningDevice::summary() const
+{
+  return started;
+}
+
+const ItemTable& RunningDevice::items() const
+{
+  return table;
+}
+
+const Masking& RunningDevice::masking() const
+{
+  return masks;
+}
+
+host::Device& RunningDevice::device()
+{
+  return *platform;
+}
+
+commsservice::CommsService& RunningDevice::service()
+{
+  return *comms;
+}
+
+const std::filesystem::path& RunningDevice::folder() const
+{
+  return path;
+}
+
+const std::string& RunningDevice::defaultOf(const MapItem& item) const
+{
+  return usesAlternative(item) ? item.alternativeDefault : item.defaultValue;
+}
+
+bool RunningDevice::usesAlternative(const MapItem& item) const
+{
+  return takesAlternative(item, interfaces);
+}
+
+bool RunningDevice::hasSetter(const MapItem& item) const
+{
+  const auto& known = commsservice::settings();
+  return std::any_of(known.begin(), known.end(),
+                     [&](const commsservice::Setting& setting)
+                     { return !setting.readOnly && item.setter == "set" + setting.name; });
+}
+
+bool RunningDevice::hasGetter(const MapItem& item) const
+{
+  const auto& known = commsservice::settings();
+  return std::any_of(known.begin(), known.end(),
+                     [&](const commsservice::Setting& setting)
+                     { return !setting.secret && item.getter == "get" + setting.name; });
+}
+
+} // namespace cli

@@ -1,0 +1,73 @@
+// A device folder with the sample service running on it.
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <string>
+
+#include "Arguments.h"
+#include "CommsService.h"
+#include "ItemTable.h"
+#include "Masking.h"
+#include "host/Device.h"
+
+namespace cli
+{
+
+/// What a start of the service did.
+struct StartSummary
+{
+  /// Values that setters got from the database and from the local store, after the defaults.
+  std::size_t imported = 0;
+  std::size_t localValues = 0;
+  bool registered = true;
+  commsservice::CallReport calls;
+  std::chrono::milliseconds duration{0};
+};
+
+/// Brings everything up in its constructor and down in its destructor. The working folder becomes the device's,
+/// since that is where the library looks for the map.
+class RunningDevice
+{
+public:
+  /// Throws `StartError` with a line for the operator.
+  explicit RunningDevice(const RunSettings& settings);
+  ~RunningDevice();
+  RunningDevice(const RunningDevice&) = delete;
+  RunningDevice& operator=(const RunningDevice&) = delete;
+
+  /// Defaults, the database's values, publication.
+  StartSummary restart();
+
+  /// Of the start in the constructor.
+  const StartSummary& summary() const;
+
+  const ItemTable& items() const;
+  const Masking& masking() const;
+  host::Device& device();
+  commsservice::CommsService& service();
+  const std::filesystem::path& folder() const;
+
+  /// The default that applies to this unit.
+  const std::string& defaultOf(const MapItem& item) const;
+  bool usesAlternative(const MapItem& item) const;
+
+  /// Whether the service has a callback for it.
+  bool hasSetter(const MapItem& item) const;
+  bool hasGetter(const MapItem& item) const;
+
+private:
+  void provision();
+  StartSummary summarise(std::chrono::steady_clock::time_point began, bool first);
+
+  std::filesystem::path map;
+  std::filesystem::path path;
+  std::uint32_t interfaces;
+  ItemTable table;
+  Masking masks;
+  std::unique_ptr<host::Device> platform;
+  std::unique_ptr<commsservice::CommsService> comms;
+  StartSummary started;
+};
+
+} // namespace cli

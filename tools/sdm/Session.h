@@ -1,0 +1,75 @@
+// What commands work with: the device, the output, and what was done since the start.
+#pragma once
+
+#include <map>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "RunningDevice.h"
+#include "Style.h"
+
+namespace cli
+{
+
+/// How a command ended, for the exit code of a script.
+enum class Outcome
+{
+  done,
+  refused
+};
+
+class Session
+{
+public:
+  /// Borrows all of it.
+  Session(RunningDevice& runningDevice, std::ostream& output, const Style& itsStyle);
+
+  RunningDevice& running;
+  std::ostream& out;
+  const Style style;
+  bool quit = false;
+
+  /// The item of this root id; when there is none, says so with a suggestion and answers null.
+  const MapItem* known(const std::string& rootId);
+
+  /// The values the service works with, by root id; an item whose value nobody answers is missing. Secrets are
+  /// not read.
+  std::map<std::string, std::string> values(const std::vector<const MapItem*>& items);
+
+  /// "database", "default" and so on.
+  std::string origin(const MapItem& item, const std::string& value);
+
+  /// Whether the database holds another value than the service works with, since the service refused it.
+  bool differsFromDatabase(const MapItem& item, const std::string& value);
+
+  /// Whether the database holds a value of it at all.
+  bool isStored(const MapItem& item);
+
+  /// Remembers what gave the item its value; `forgetOrigins` goes back to what the databases tell.
+  void noteOrigin(const std::string& rootId, const std::string& origin);
+  void forgetOrigins();
+
+  /// "refused: " and a text, on a line of its own.
+  Outcome refuse(const std::string& why);
+
+  /// Prints the values that the service refused, one a line.
+  void printRefusals(const commsservice::CallReport& report);
+
+  /// The item of the map that a refusal of the service is about, or null.
+  const MapItem* refusedItem(const commsservice::SetterRefusal& refusal) const;
+
+private:
+  std::optional<std::string> stored(const MapItem& item);
+
+  std::map<std::string, std::string> origins;
+};
+
+/// Prints what a start did.
+void printStart(Session& session, const StartSummary& summary, const std::string& headline);
+
+/// The name of the service's setting behind an item's setter; empty when the item has none.
+std::string settingOf(const MapItem& item);
+
+} // namespace cli

@@ -1,0 +1,171 @@
+// Commands that change values: in one request of the management agent, or in the local store.
+#include <ManageableData.h>
+#include <RejectReasonsStrings.h>
+
+#include <algorithm>
+#include <set>
+
+#include "CommandFunctions.h"
+#include "Shown.h"
+#include "Suggestion.h"
+#include "TrafficText.h"
+#include "host/ManageableData.h"
+
+namespace cli
+{
+namespace
+{
+
+bool begins(const std::string& text, const std::string& with)
+{
+  return text.compare(0, with.size(), with) == 0;
+}
+
+/// One `set`: the request, and what came back.
+class SetRequest
+{
+public:
+  SetRequest(Session& itsSession, const Arguments& arguments) : session(itsSession)
+  {
+    for (std::size_t i = 0; i + 1 < arguments.size(); i += 2)
+    {
+      data.populate(arguments[i], arguments[i], arguments[i + 1]);
+      withSecret = withSecret || session.running.masking().isSecret(arguments[i]);
+    }
+    data.getRootIds(rootIds);
+  }
+
+  Outcome carryOut()
+  {
+    const std::uint64_t before = lastExchange();
+    const bool success = session.running.service().set(data);
+    for (const std::string& rootId : rootIds)
+      report(rootId);
+    for (const host::RejectReason& reject : host::rejectReasons(data))
+    {
+      if (reject.rootId.empty())
+        session.refuse("group " + shown(reject.reason));
+    }
+    reportDatabase(before);
+    return success && !heldBack ? Outcome::done : Outcome::refused;
+  }
+
+private:
+  std::uint64_t lastExchange() const
+  {
+    const auto exchanges = session.running.device().traffic().exchanges();
+    return exchanges.empty() ? 0 : exchanges.back().number;
+  }
+
+  std::string reasonFor(const std::string& rootId) const
+  {
+    for (const host::RejectReason& reject : host::rejectReasons(data))
+    {
+      if (reject.rootId == rootId)
+        return reject.reason;
+    }
+    return "";
+  }
+
+  void report(const std::string& rootId)
+  {
+    const MapItem* item = session.running.items().find(rootId);
+    const std::string reason = reasonFor(rootId);
+    // Somebody who forgot the quotes around a secret has its second word here.
+    const std::string name = item == nullptr && withSecret ? Masking::mask : shownValue(rootId);
+    std::string value;
+    data.interogate(rootId, rootId, value);
+    if (item == nullptr || item->isLocal())
+      session.refuse(name + ": " + shown(reason) + hint(rootId, item));
+    else if (begins(reason, RejectReasonsStrings::not_changed))
+      session.out << name << " " << session.style.notable("not taken again") << ": it is so already, and taking it "
+                  << "would interrupt the service; the database keeps it\n";
+    else if (!reason.empty() && !begins(reason, RejectReasonsStrings::unchanged_data))
+      session.refuse(name + ": " + shown(reason));
+    else if (!isLive(*item, value))
+      holdBack(*item);
+    else
+      accepted(*item, value, !reason.empty());
+  }
+
+  void accepted(const MapItem& item, const std::string& value, bool unchanged)
+  {
+    session.noteOrigin(item.rootId, "set");
+    session.out << shown(item.rootId) << " = " << session.running.masking().value(item, value)
+                << (unchanged ? "  (unchanged)" : "") << "\n";
+  }
+
+  void holdBack(const MapItem& item)
+  {
+    heldBack = true;
+    session.out << shown(item.rootId) << " " << session.style.notable("keeps its value")
+                << ", because its group was not accepted\n";
+  }
+
+  /// Members of a group are live only when the group was accepted.
+  bool isLive(const MapItem& item, const std::string& value) const
+  {
+    return item.group.empty() || session.running.service().liveValue(settingOf(item), item.indexValue) == value;
+  }
+
+  std::string hint(const std::string& rootId, const MapItem* item) const
+  {
+    if (item != nullptr)
+      return "; it is on the device only, use: changed " + shown(rootId) + " VALUE";
+    const std::string meant = withSecret ? "" : didYouMean(rootId, session.running.items().rootIds());
+    return meant.empty() ? "" : "; " + meant;
+  }
+
+  void reportDatabase(std::uint64_t before)
+  {
+    for (const host::Exchange& exchange : session.running.device().traffic().exchanges())
+    {
+      if (exchange.number > before && replyKind(exchange.reply) != "update_response")
+        session.refuse("the database did not take the change, so it is gone after a restart: " +
+                       (exchange.failure.empty() ? replyError(exchange.reply) : shown(exchange.failure)));
+    }
+  }
+
+  Session& session;
+  ManageableData data;
+  std::vector<std::string> rootIds;
+  bool withSecret = false;
+  bool heldBack = false;
+};
+
+} // namespace
+
+Outcome setItems(Session& session, const Arguments& arguments)
+{
+  if (arguments.size() % 2 != 0)
+    return session.refuse("usage: set ID VALUE [ID VALUE...]; a value with blanks stands in \"quotes\"");
+  std::set<std::string> named;
+  for (std::size_t i = 0; i < arguments.size(); i += 2)
+  {
+    if (!named.insert(arguments[i]).second)
+      return session.refuse("one item is named twice; a request has one value for each");
+  }
+  return SetRequest(session, arguments).carryOut();
+}
+
+Outcome changeLocally(Session& session, const Arguments& arguments)
+{
+  const MapItem* item = session.known(arguments[0]);
+  if (item == nullptr)
+    return Outcome::refused;
+  if (!item->isLocal())
+    return session.refuse(shown(item->rootId) + " is in the database; use: set " + shown(item->rootId) + " VALUE");
+  session.running.service().takeReport();
+  session.running.device().store().change(item->rootId, arguments[1]);
+  const commsservice::CallReport report = session.running.service().takeReport();
+  session.out << shown(item->rootId) << " = " << session.running.masking().value(*item, arguments[1])
+              << " in the local store\n";
+  session.noteOrigin(item->rootId, "changed");
+  if (!report.refusals.empty())
+    return session.refuse("the service goes on with what it has: " + shown(report.refusals.front().reason));
+  if (report.setterCalls == 0)
+    session.out << "  nobody in the service takes it\n";
+  return Outcome::done;
+}
+
+} // namespace cli

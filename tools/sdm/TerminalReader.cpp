@@ -1,0 +1,221 @@
+// Lines from a terminal, by libedit. Its interface is global, and so is the little state around it here.
+#include "LineReader.h"
+
+#include <editline/readline.h>
+
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <cwchar>
+#include <iostream>
+#include <poll.h>
+#include <termios.h>
+#include <unistd.h>
+#include <utility>
+
+namespace cli
+{
+namespace
+{
+
+constexpr int endOfInput = 4;
+
+volatile std::sig_atomic_t interrupted = 0;
+bool lineCancelled = false;
+Completer currentCompleter;
+std::vector<std::string> candidates;
+
+void noteInterrupt(int)
+{
+  interrupted = 1;
+}
+
+/// Waits until there is something to read; false when an interrupt came first. Interrupts are blocked everywhere
+/// else, so that none gets lost between a look at the flag and the wait.
+bool waitForInput()
+{
+  sigset_t none;
+  ::sigemptyset(&none);
+  pollfd input = {STDIN_FILENO, POLLIN, 0};
+  for (;;)
+  {
+    const int ready = ::ppoll(&input, 1, nullptr, &none);
+    if (interrupted != 0)
+    {
+      interrupted = 0;
+      return false;
+    }
+    if (ready > 0 || errno != EINTR)
+      return true;
+  }
+}
+
+/// A terminal throws away what it has not shown yet when an interrupt is typed; the new prompt would be part of
+/// that. The editor takes the terminal over anew for every line, so this is looked at for every character.
+void keepOutputAtInterrupts()
+{
+  termios mode{};
+  if (::tcgetattr(STDIN_FILENO, &mode) != 0 || (mode.c_lflag & NOFLSH) != 0)
+    return;
+  mode.c_lflag |= NOFLSH;
+  ::tcsetattr(STDIN_FILENO, TCSANOW, &mode);
+}
+
+/// One character from the terminal, decoded: the editor works with characters, not bytes. An interrupt reads as
+/// the end of a line that `next` then throws away.
+int readCharacter(FILE*)
+{
+  keepOutputAtInterrupts();
+  std::mbstate_t state{};
+  for (;;)
+  {
+    if (!waitForInput())
+    {
+      lineCancelled = true;
+      return '\n';
+    }
+    char byte = 0;
+    if (::read(STDIN_FILENO, &byte, 1) <= 0)
+      return -1;
+    // A Ctrl-D that was typed between prompt and editing, when the terminal was not the editor's yet.
+    if (byte == '\0')
+      return endOfInput;
+    wchar_t code = 0;
+    const std::size_t used = std::mbrtowc(&code, &byte, 1, &state);
+    if (used <= 1)
+      return static_cast<int>(code);
+    if (used == static_cast<std::size_t>(-1))
+      state = std::mbstate_t{};
+  }
+}
+
+/// Hands out the candidates one by one; the editor frees them.
+char* nextCandidate(const char*, int state)
+{
+  static std::size_t place = 0;
+  if (state == 0)
+    place = 0;
+  return place < candidates.size() ? ::strdup(candidates[place++].c_str()) : nullptr;
+}
+
+char** complete(const char* word, int, int end)
+{
+  // Without this the editor offers the files of the working folder when there is no candidate.
+  rl_attempted_completion_over = 1;
+  const std::string line = std::string(rl_line_buffer).substr(0, static_cast<std::size_t>(end));
+  candidates = currentCompleter(line);
+  return candidates.empty() ? nullptr : rl_completion_matches(word, nextCandidate);
+}
+
+/// Turns the echo off and on again.
+class NoEcho
+{
+public:
+  NoEcho()
+  {
+    known = ::tcgetattr(STDIN_FILENO, &before) == 0;
+    termios hidden = before;
+    hidden.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+    hidden.c_lflag |= ICANON | ECHONL;
+    if (known)
+      ::tcsetattr(STDIN_FILENO, TCSADRAIN, &hidden);
+  }
+  ~NoEcho()
+  {
+    if (known)
+      ::tcsetattr(STDIN_FILENO, TCSADRAIN, &before);
+  }
+  NoEcho(const NoEcho&) = delete;
+  NoEcho& operator=(const NoEcho&) = delete;
+
+private:
+  termios before{};
+  bool known = false;
+};
+
+class TerminalReader : public LineReader
+{
+public:
+  TerminalReader(std::string itsPrompt, Completer completer) : prompt(std::move(itsPrompt))
+  {
+    currentCompleter = std::move(completer);
+    catchInterrupts();
+    rl_readline_name = programName.data();
+    rl_getc_function = readCharacter;
+    rl_attempted_completion_function = complete;
+    rl_completer_word_break_characters = blanks.data();
+    rl_initialize();
+    using_history();
+  }
+
+  bool next(std::string& line) override
+  {
+    std::cout.flush();
+    for (;;)
+    {
+      lineCancelled = false;
+      char* typed = readline(prompt.c_str());
+      if (typed == nullptr)
+      {
+        std::cout << "\n";
+        return false;
+      }
+      line = typed;
+      std::free(typed);
+      if (!lineCancelled)
+        return true;
+    }
+  }
+
+  void keep(const std::string& line) override
+  {
+    if (line != last)
+      add_history(line.c_str());
+    last = line;
+  }
+
+  bool askHidden(const std::string& question, std::string& answer) override
+  {
+    // The echo goes first: who types quickly answers as soon as the question stands there.
+    const NoEcho noEcho;
+    std::cout << question << std::flush;
+    answer.clear();
+    for (char byte = 0; waitForInput() && ::read(STDIN_FILENO, &byte, 1) == 1;)
+    {
+      if (byte == '\n')
+        return true;
+      answer += byte;
+    }
+    std::cout << "\n";
+    return false;
+  }
+
+private:
+  static void catchInterrupts()
+  {
+    struct sigaction action = {};
+    action.sa_handler = noteInterrupt;
+    ::sigaction(SIGINT, &action, nullptr);
+    sigset_t interrupt;
+    ::sigemptyset(&interrupt);
+    ::sigaddset(&interrupt, SIGINT);
+    ::pthread_sigmask(SIG_BLOCK, &interrupt, nullptr);
+  }
+
+  std::string prompt;
+  std::string last;
+  std::array<char, 4> programName = {'s', 'd', 'm', '\0'};
+  std::array<char, 3> blanks = {' ', '\t', '\0'};
+};
+
+} // namespace
+
+std::unique_ptr<LineReader> makeTerminalReader(const std::string& prompt, Completer completer)
+{
+  return std::make_unique<TerminalReader>(prompt, std::move(completer));
+}
+
+} // namespace cli

@@ -1,0 +1,74 @@
+#include "TrafficText.h"
+
+#include <pugixml.hpp>
+
+#include "Shown.h"
+
+namespace cli
+{
+namespace
+{
+
+bool holdsElements(const pugi::xml_node& node)
+{
+  return node.first_child().type() == pugi::node_element;
+}
+
+std::string opening(const pugi::xml_node& node)
+{
+  std::string text = node.name();
+  for (const pugi::xml_attribute& attribute : node.attributes())
+    text += std::string(" ") + attribute.name() + "=\"" + shown(attribute.value()) + "\"";
+  return text;
+}
+
+std::string content(const pugi::xml_node& node, const Masking& masking)
+{
+  return masking.isSecretElement(node.name()) ? Masking::mask : shown(node.child_value());
+}
+
+void layOut(const pugi::xml_node& node, const Masking& masking, const std::string& margin, std::string& text)
+{
+  const std::string name = node.name();
+  if (node.type() != pugi::node_element)
+    return;
+  if (!holdsElements(node))
+  {
+    text += margin + "<" + opening(node) + ">" + content(node, masking) + "</" + name + ">\n";
+    return;
+  }
+  text += margin + "<" + opening(node) + ">\n";
+  for (const pugi::xml_node& child : node.children())
+    layOut(child, masking, margin + "  ", text);
+  text += margin + "</" + name + ">\n";
+}
+
+} // namespace
+
+std::string indented(const std::string& xml, const Masking& masking, const std::string& margin)
+{
+  pugi::xml_document document;
+  if (!document.load_buffer(xml.data(), xml.size(), pugi::parse_default | pugi::parse_ws_pcdata_single))
+    return margin + "(" + std::to_string(xml.size()) + " bytes that are no XML)\n";
+  std::string text;
+  for (const pugi::xml_node& node : document.children())
+    layOut(node, masking, margin, text);
+  return text;
+}
+
+std::string replyKind(const std::string& reply)
+{
+  pugi::xml_document document;
+  document.load_buffer(reply.data(), reply.size());
+  return document.child("Schema").child_value("ReasonForMessage");
+}
+
+std::string replyError(const std::string& reply)
+{
+  pugi::xml_document document;
+  document.load_buffer(reply.data(), reply.size());
+  const std::string reason = document.child("Schema").child_value("Error");
+  return reason.empty() ? "no reason given" : shown(reason);
+}
+
+} // namespace cli

@@ -1,0 +1,21 @@
+// Requests and replies of the database, laid out to be read.
+#pragma once
+
+#include <string>
+
+#include "Masking.h"
+
+namespace cli
+{
+
+/// The XML text with an element a line and secrets masked, each line after `margin`. A text that is no XML is
+/// not shown, only described: nobody knows what is in it.
+std::string indented(const std::string& xml, const Masking& masking, const std::string& margin);
+
+/// The kind of a reply, such as "update_response"; empty when it has none.
+std::string replyKind(const std::string& reply);
+
+/// The reason in a reply of a failing kind, made safe to print; a stand-in when there is none.
+std::string replyError(const std::string& reply);
+
+} // namespace cli
