@@ -89,7 +89,7 @@ bool Store::lookupData(ManageableData& data)
       return false;
     for (const auto& entry : found->second)
       data.populate(dictionary, entry.first, entry.second);
-    return true;
+    return looksUp;
   }
   std::vector<std::string> rootIds;
   data.getRootIds(rootIds);
@@ -99,7 +99,7 @@ bool Store::lookupData(ManageableData& data)
     if (found != values.end())
       data.populate(rootId, rootId, found->second);
   }
-  return true;
+  return looksUp;
 }
 
 bool Store::subscribe(std::list<std::string>& rootIds, MgmtAgentIfc* agent)

@@ -57,6 +57,7 @@ public:
   std::map<std::string, std::string> values;
   std::map<std::string, std::map<std::string, std::string>> dictionaries;
   bool registers = true;
+  /// A lookup that fails has filled the record all the same: nobody may use what is in it.
   bool looksUp = true;
   bool subscribes = true;
   bool publishes = true;

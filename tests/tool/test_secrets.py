@@ -13,7 +13,7 @@ class Secrets(ProgramTest):
             "log 6", "set sip.userName anna sip.password opensesame42",
             "set feature.unlockPin 73591246 line.pin-2 73591246 snmp.readCommunity communityXY",
             "set snmp.authenticationKey authXkeyXauthX", "set sip.password short", "set sip.password opensesame42",
-            'set sip.userName "" sip.password opensesame42', "set line.pin-3 735912468", "set sip.password open sesame42 communityXY",
+            'set sip.userName "" sip.password opensesame42', "set line.pin-3 735912468", "set sip.password open opensesame42 now",
             "get sip.password line.pin-2", "show sip.password", "list", "import sip.password", "import line.pin-2",
             "traffic 100", "securitylog 100", "reset", "reload", "restart", "list", "traffic 100")
 

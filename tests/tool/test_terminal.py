@@ -87,6 +87,11 @@ class Terminal(ProgramTest):
         time.sleep(0.3)
         self.assertNotIn("time.zone", self.type("\r", "refused:"))
 
+    def test_does_not_offer_files(self):
+        os.write(self.terminal, b"set snmp.location ocm\t")
+        time.sleep(0.3)
+        self.assertNotIn("ocms.db", self.type("\r", "snmp.location = ocm\r"))
+
     def test_brings_back_earlier_lines(self):
         self.type("get time.zone\r", "time.zone = UTC")
         self.read_until("sdm> ")

@@ -1,7 +1,10 @@
 """User data: back to its defaults, locked, and read again."""
+import os
+import sqlite3
+import subprocess
 import unittest
 
-from program import ProgramTest
+from program import SDM, ProgramTest
 
 
 class UserData(ProgramTest):
@@ -33,11 +36,32 @@ class UserData(ProgramTest):
         self.assertEqual(self.run_script("unlock audio.ringVolume", "reset").code, 0)
         self.assertEqual(self.get("audio.ringVolume"), "6")
 
-    def test_reload_reads_what_somebody_else_wrote(self):
-        self.run_script("set display.brightness 33")
-        run = self.run_script("set display.brightness 34", "reload")
-        self.assertIn("10 user data items read again: 0 changed, 0 refused, 9 not in the database", run.out)
-        self.assertEqual(run.code, 0)
+    def reload_after(self, statement):
+        """The output of a reload after somebody else wrote to the database of the running device."""
+        program = subprocess.Popen([SDM, "run", "--device", self.device], stdin=subprocess.PIPE,
+                                   stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+        program.stdin.write(b"set display.brightness 33\n")
+        program.stdin.flush()
+        for line in program.stdout:
+            if line.startswith(b"display.brightness"):
+                break
+        database = sqlite3.connect(os.path.join(self.device, "das.db"))
+        with database:
+            database.execute(statement)
+        database.close()
+        out, _ = program.communicate(b"reload\nget display.brightness\n", timeout=60)
+        return out.decode(), program.returncode
+
+    def test_reload_takes_what_somebody_else_wrote(self):
+        out, code = self.reload_after('UPDATE "UserPreferences" SET "Brightness" = 44')
+        self.assertIn("display.brightness = 44 (was 33)", out)
+        self.assertIn("10 user data items read again: 1 changed, 0 refused, 9 not in the database", out)
+        self.assertEqual((code, out.splitlines()[-1]), (0, "display.brightness = 44"))
+
+    def test_reload_refuses_what_does_not_fit(self):
+        out, code = self.reload_after('UPDATE "UserPreferences" SET "Brightness" = 444')
+        self.assertIn("refused display.brightness: must be a whole number from 0 to 100", out)
+        self.assertEqual((code, out.splitlines()[-1]), (1, "display.brightness = 33"))
 
     def test_reload_keeps_what_was_never_stored(self):
         run = self.run_script("reload", "get display.banner")

@@ -160,6 +160,19 @@ TEST_F(CallbackRegistryTest, KeepsANullCallbackAsANameWithoutOne)
   EXPECT_THAT(traced([&] { manager.deleteGetters(); }), IsEmpty());
 }
 
+TEST_F(CallbackRegistryTest, DeletesACallbackOnceThatHasSeveralNames)
+{
+  auto* sharedSetter = new recording::Setter("shared");
+  auto* sharedGetter = new recording::Getter("shared");
+  for (const char* name : {"a", "b"})
+  {
+    manager.addSetter({name, sharedSetter});
+    manager.addGetter({name, sharedGetter});
+  }
+  EXPECT_THAT(traced([&] { manager.deleteSetters(); }), ElementsAre("delete setter shared"));
+  EXPECT_THAT(traced([&] { manager.deleteGetters(); }), ElementsAre("delete getter shared"));
+}
+
 TEST_F(CallbackRegistryTest, RefusesACallbackWithoutAName)
 {
   recording::Setter namelessSetter("nameless");

@@ -1,5 +1,6 @@
 // Callbacks that call the manager again on the same thread.
 #include "ManagerTest.h"
+#include "NotingItem.h"
 
 namespace
 {
@@ -126,6 +127,20 @@ TEST_F(CallingBack, ClearingEverythingInsideASetter)
   EXPECT_EQ(manager.getPublishedItem("a"), nullptr);
 }
 
+TEST_F(CallingBack, ItemsClearedInsideACallbackLiveUntilTheOperationEnds)
+{
+  load({ItemLine("a").das("S", "A").set("a")});
+  access.items.push_back(new unit::NotingItem("noting"));
+  setter("a").hook = [&]
+  {
+    manager.clearAllManagedData();
+    EXPECT_THAT(access.items, IsEmpty());
+    EXPECT_THAT(recording::traceOf("delete"), IsEmpty());
+  };
+  manager.setData(*request({{"a", "1"}}));
+  EXPECT_THAT(recording::traceOf("delete"), ::testing::SizeIs(1));
+}
+
 TEST_F(CallingBack, ClearingEverythingInsideAnImport)
 {
   load({ItemLine("a").das("S", "A").both("a").group("g"), ItemLine("b").das("S", "B").both("b")});
@@ -157,6 +172,18 @@ TEST_F(CallingBack, DeletingCallbacksInsideACallback)
   EXPECT_TRUE(manager.setData(*request({{"a", "1"}, {"b", "2"}})));
   EXPECT_THAT(recording::traceOf("delete"), ElementsAre("delete setter a", "delete setter b"));
   EXPECT_EQ(access.findSetterFunc("a"), nullptr);
+}
+
+TEST_F(CallingBack, DeletingGettersInsideAGetter)
+{
+  load({ItemLine("a").das("S", "A").get("a"), ItemLine("b").das("S", "B").get("b")});
+  getter("a").hook = [&]
+  {
+    manager.deleteGetters();
+    EXPECT_THAT(recording::traceOf("delete"), IsEmpty()) << "still running";
+  };
+  EXPECT_TRUE(manager.getData(*request({{"a", ""}, {"b", ""}})));
+  EXPECT_THAT(recording::traceOf("delete"), ElementsAre("delete getter a", "delete getter b"));
 }
 
 TEST_F(CallingBack, TakingTheValidatorAwayInsideIt)

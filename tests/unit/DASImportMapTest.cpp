@@ -176,6 +176,13 @@ TEST_F(DASImportMapTest, ReplacesItemAndIndexNameOfAPlaceThatIsTaken)
   EXPECT_EQ(map.getDasIndexName("S"), "renamed");
 }
 
+TEST_F(DASImportMapTest, EntersNothingForAMissingItem)
+{
+  DASImportMap map(items);
+  map.setItem("S", "column", "1", nullptr);
+  EXPECT_THAT(map.getSchemaMap(), IsEmpty());
+}
+
 TEST_F(DASImportMapTest, PassesOverMissingEntries)
 {
   items.push_back(nullptr);

@@ -197,6 +197,16 @@ TEST_F(ItemMapFileTest, CountsALineOfFiveHundredCharactersOnce)
   EXPECT_EQ(file.lineNumber(), 2U);
 }
 
+TEST_F(ItemMapFileTest, CountsALineThatANulByteEndsAsOneLine)
+{
+  using namespace std::string_literals;
+  writeItemMap("a" + elevenCommas + "\0behind\nb"s + elevenCommas + "\n");
+  ItemMapFile file("CommsSettings.csv");
+  ASSERT_EQ(file.next(), Line::item);
+  ASSERT_EQ(file.next(), Line::item);
+  EXPECT_EQ(file.lineNumber(), 2U);
+}
+
 TEST_F(ItemMapFileTest, TellsWhenTheFileCanNotBeRead)
 {
   std::filesystem::create_directory("CommsSettings.csv");

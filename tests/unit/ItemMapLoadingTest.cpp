@@ -281,6 +281,7 @@ TEST_F(ItemMapLoadingTest, LeavesThingsAsTheyWereWhenTheInterfaceServiceThrows)
   interfaces.hook = [] { throw std::runtime_error("interfaces"); };
   EXPECT_THROW(loadFile({ItemLine("a")}), std::runtime_error);
   interfaces.hook = nullptr;
+  EXPECT_THAT(access.userDataIds, ElementsAre("before"));
   EXPECT_EQ(access.items.size(), 1U);
   EXPECT_EQ(manager.getItem("before"), &item("before"));
   loadFile({ItemLine("a")});

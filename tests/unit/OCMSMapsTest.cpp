@@ -1,5 +1,6 @@
 // The three indexes by root id: who is in them, and how they are searched.
 #include <memory>
+#include <type_traits>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -53,7 +54,18 @@ protected:
 };
 
 using Maps = ::testing::Types<OCMSSubscribeMap, OCMSImportMap, OCMSPublishMap>;
-TYPED_TEST_SUITE(OCMSMapsTest, Maps);
+struct MapNames
+{
+  template <typename Map>
+  static std::string GetName(int)
+  {
+    return std::is_same_v<Map, OCMSSubscribeMap> ? "Subscribe"
+           : std::is_same_v<Map, OCMSImportMap>  ? "Import"
+                                                 : "Publish";
+  }
+};
+
+TYPED_TEST_SUITE(OCMSMapsTest, Maps, MapNames);
 
 TYPED_TEST(OCMSMapsTest, IsEmptyOverNoItems)
 {

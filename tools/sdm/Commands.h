@@ -19,7 +19,6 @@ enum class Expects
   nothing,
   rootIds,
   databaseIds,  ///< root ids of items in the database
-  localIds,     ///< root ids of items on the device only
   idsAndValues, ///< a root id of the database, a value, and so on
   localIdAndValue,
   prefix, ///< the beginning of a root id

@@ -18,7 +18,6 @@ bool fits(Expects expects, const MapItem& item)
   case Expects::databaseIds:
   case Expects::idsAndValues:
     return !item.isLocal();
-  case Expects::localIds:
   case Expects::localIdAndValue:
     return item.isLocal();
   default:

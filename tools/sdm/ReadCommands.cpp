@@ -94,15 +94,14 @@ Outcome getItems(Session& session, const Arguments& arguments)
     else
       outcome = Outcome::refused;
   }
-  const auto values = session.values(items);
+  const auto values = session.values(items, true);
   for (const MapItem* item : items)
   {
     const auto found = values.find(item->rootId);
-    if (found == values.end() && !session.running.masking().isSecret(*item))
+    if (found == values.end())
       outcome = session.refuse("nothing answers for " + shown(item->rootId));
     else
-      session.out << shown(item->rootId) << " = "
-                  << session.running.masking().value(*item, found == values.end() ? "" : found->second) << "\n";
+      session.out << shown(item->rootId) << " = " << session.running.masking().value(*item, found->second) << "\n";
   }
   return outcome;
 }

@@ -28,13 +28,13 @@ const MapItem* Session::known(const std::string& rootId)
   return item;
 }
 
-std::map<std::string, std::string> Session::values(const std::vector<const MapItem*>& items)
+std::map<std::string, std::string> Session::values(const std::vector<const MapItem*>& items, bool withSecrets)
 {
   std::map<std::string, std::string> found;
   ManageableData data;
   for (const MapItem* item : items)
   {
-    if (running.masking().isSecret(*item))
+    if (!withSecrets && running.masking().isSecret(*item))
       continue;
     if (!item->isLocal())
       data.addRootId(item->rootId, nullptr);

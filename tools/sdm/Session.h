@@ -35,8 +35,8 @@ public:
   const MapItem* known(const std::string& rootId);
 
   /// The values the service works with, by root id; an item whose value nobody answers is missing. Secrets are
-  /// not read.
-  std::map<std::string, std::string> values(const std::vector<const MapItem*>& items);
+  /// read only when asked for, and are to be masked then: each is a request to the database of its own.
+  std::map<std::string, std::string> values(const std::vector<const MapItem*>& items, bool withSecrets = false);
 
   /// "database", "default" and so on.
   std::string origin(const MapItem& item, const std::string& value);
