@@ -37,10 +37,13 @@ std::vector<const DasColumn*> shownColumns(const DasTable& table, const DasReque
       shown.push_back(&column);
     return shown;
   }
-  const DasColumn& wanted = requireColumn(table, *request.resultColumn);
-  if (table.indexed && &wanted != &table.columns.front())
+  // Not named, unlike in an update: readers that look for the column's name in a reply have to find nothing.
+  const DasColumn* wanted = table.find(*request.resultColumn);
+  if (wanted == nullptr)
+    throw Refusal("schema '" + table.schema + "' has no such column");
+  if (table.indexed && wanted != &table.columns.front())
     shown.push_back(&table.columns.front());
-  shown.push_back(&wanted);
+  shown.push_back(wanted);
   return shown;
 }
 

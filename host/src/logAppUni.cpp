@@ -9,6 +9,7 @@
 #include <atomic>
 #include <cstdarg>
 #include <cstdio>
+#include <cstdlib>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -96,16 +97,12 @@ void replaceLogger(std::shared_ptr<spdlog::logger> logger)
 /// The text that printf would write.
 __attribute__((format(printf, 1, 0))) std::string formatted(const char* format, va_list arguments)
 {
-  va_list again;
-  va_copy(again, arguments);
-  const int length = std::vsnprintf(nullptr, 0, format, again);
-  va_end(again);
+  char* allocated = nullptr;
+  const int length = vasprintf(&allocated, format, arguments);
   if (length < 0)
     return format;
-  std::string text(static_cast<std::size_t>(length) + 1, '\0');
-  std::vsnprintf(text.data(), text.size(), format, arguments);
-  text.pop_back();
-  return text;
+  const std::unique_ptr<char, decltype(&std::free)> text(allocated, &std::free);
+  return {text.get(), static_cast<std::size_t>(length)};
 }
 
 /// One line feed at the end belongs to the line, not to the text.

@@ -30,7 +30,6 @@ public:
   RunningParse(sdm::DASReplyState& replyState, XML_Parser parser) : state(replyState)
   {
     state.parser = parser;
-    state.failure = nullptr;
   }
 
   ~RunningParse()

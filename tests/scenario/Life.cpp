@@ -56,9 +56,9 @@ public:
       error = "must be a digit";
       return false;
     }
-    std::string& live = phone.live[keyOf(setting, indexValue)];
-    error = live == value && setting == "label" ? RejectReasonsStrings::unchanged_data : "";
-    live = value;
+    std::string& current = phone.live[keyOf(setting, indexValue)];
+    error = current == value && setting == "label" ? RejectReasonsStrings::unchanged_data : "";
+    current = value;
     return true;
   }
 

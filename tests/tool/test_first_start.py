@@ -14,7 +14,7 @@ class FirstStart(ProgramTest):
         self.assertEqual(run.after("  imported"), "0 from the database, 0 from the local store")
         self.assertEqual(run.after("  refused"), "0")
         self.assertEqual(run.after("  groups"), "0 failed, 3 judged")
-        self.assertRegex(run.after("  time"), r"^\d+ ms$")
+        self.assertRegex(run.after("  time"), r"^\d+\.\d ms$")
 
     def test_lists_every_item_with_its_default(self):
         run = self.run_script("list")

@@ -47,6 +47,9 @@ class Secrets(ProgramTest):
         self.assertIn("refused: sip.password: must have 6 to 64 characters, or empty", self.everything.out)
         self.assertIn("refused: line.pin-3: must be 4 to 8 digits, or empty", self.everything.out)
 
+    def test_are_not_sent_in_pieces_when_the_quotes_are_forgotten(self):
+        self.assertIn("a secret with blanks stands in", self.everything.out)
+
     def test_work_after_a_restart_of_the_program(self):
         run = self.run_script("set sip.password opensesame42", "show sip.password")
         self.assertIn("sip.password = *****  (unchanged)", run.out)

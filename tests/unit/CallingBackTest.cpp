@@ -104,6 +104,25 @@ TEST_F(CallingBack, ASetInsideTheValidatorKeepsGroupsAndRecordsApart)
                           "logSecurityEvent(4, 1, 5, 3, done, \"Snmp set A(1)\", \"\", \"\")"));
 }
 
+TEST_F(CallingBack, RecordsThatAnInnerOperationLeavesBehindComeAfterTheOuterOnes)
+{
+  withdraw("SecurityLogServiceIfc");
+  load({ItemLine("a").das("Snmp", "A").set("a"), ItemLine("g").das("S", "G").set("g").group("one"),
+        ItemLine("in").das("Snmp", "In").set("in")});
+  validator.hook = once([&] { manager.setData(*request({{"in", "inner"}})); });
+  manager.setData(*request({{"a", "1"}, {"g", "2"}}));
+  EXPECT_THAT(access.pendingRecords, ElementsAre("Snmp set A(1)", "Snmp set In(inner)"));
+}
+
+TEST_F(CallingBack, AfterAnOperationEverythingIsFreedAtOnceAgain)
+{
+  load({ItemLine("a").das("S", "A").set("a")});
+  access.items.push_back(new unit::NotingItem("noting"));
+  manager.setData(*request({{"a", "1"}}));
+  EXPECT_THAT(traced([&] { manager.clearAllManagedData(); }), ElementsAre("delete item noting"));
+  EXPECT_THAT(traced([&] { manager.deleteSetters(); }), ElementsAre("delete setter a"));
+}
+
 TEST_F(CallingBack, WhatAnInnerOperationLeavesBehindIsNotLost)
 {
   load({ItemLine("u").das("S", "U").standard("d").both("u").user(), ItemLine("g").das("S", "G").set("g").group("grp"),

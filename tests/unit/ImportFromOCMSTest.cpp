@@ -189,6 +189,13 @@ TEST_F(ImportFromOCMSTest, GivesTheConfiguredIndexToARootIdOfDigitsOnly)
   EXPECT_THAT(recording::traceOf("set"), ElementsAre("set s(\"\", \"9\")"));
 }
 
+TEST_F(ImportFromOCMSTest, TakesNoLetterForADigit)
+{
+  load({ItemLine("port-X3").index("row", "9").set("s")});
+  importing();
+  EXPECT_THAT(recording::traceOf("set"), ElementsAre("set s(\"\", \"9\")"));
+}
+
 TEST_F(ImportFromOCMSTest, GivesAnEmptyIndexWhenTheRootIdEndsInAHyphen)
 {
   load({ItemLine("port-").index("row", "9").set("s")});

@@ -113,6 +113,19 @@ TEST_F(ReplyParser, EmptiesTheKindWhenItsElementStarts)
   EXPECT_FALSE(collect("<Schema><ReasonForMessage/></Schema>"));
 }
 
+TEST_F(ReplyParser, ForgetsTheKindOfTheReplyBeforeWhenAReplyBreaksOffInsideItsOwn)
+{
+  EXPECT_TRUE(collect(updateReply()));
+  EXPECT_FALSE(collect("<Schema><ReasonForMessage>update_resp"));
+  EXPECT_FALSE(collect("<Schema></Schema>"));
+}
+
+TEST_F(ReplyParser, AppliesNoValueToAnItemOfTheIndexColumnItself)
+{
+  load({ItemLine("i").das("S", "Idx").index("Idx", "1").set("i")});
+  EXPECT_THAT(import(readReply("S", "<Entry><Idx>1</Idx></Entry>")), IsEmpty());
+}
+
 TEST_F(ReplyParser, ReportsMalformedXmlWithMessageAndLineWhateverTheGateSays)
 {
   const auto lines = traced([&] { EXPECT_FALSE(collect("<Schema>\n</Schemo>")); });

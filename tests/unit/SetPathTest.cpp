@@ -162,6 +162,15 @@ TEST_F(SetPath, HandsEverySetterAnEmptyErrorText)
   EXPECT_EQ(setter("a").errorOnEntry, "");
 }
 
+TEST_F(SetPath, ForgetsAnErrorTextOfBefore)
+{
+  load({ItemLine("a").das("S", "A").set("a")});
+  std::string error = "before";
+  EXPECT_TRUE(access.setData(&item("a"), "1", error));
+  EXPECT_EQ(setter("a").errorOnEntry, "");
+  EXPECT_EQ(error, "");
+}
+
 TEST_F(SetPath, WritesARefusedUnchangedValueAndReportsIt)
 {
   load({ItemLine("a").das("S", "A").set("a")});

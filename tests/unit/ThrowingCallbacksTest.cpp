@@ -248,6 +248,20 @@ TEST_F(ThrowingCallbacks, AValidatorThatThrowsAgainIsAskedForEveryGroupAllTheSam
   EXPECT_THAT(lines, Contains(R"(clearGroup("other"))"));
 }
 
+TEST_F(ThrowingCallbacks, ASetRequestDropsItsOwnRecordsAndThoseItFound)
+{
+  access.pendingRecords = {"earlier", "and more"};
+  setter("g").hook = nullptr;
+  validator.hook = throwIt;
+  expectClean([&] { set(); });
+}
+
+TEST_F(ThrowingCallbacks, ALaterSetterOfARequestThatNamesAnUnknownItem)
+{
+  setter("g").hook = throwIt;
+  expectClean([&] { manager.setData(*request({{"nobody", "1"}, {"a", "2"}, {"g", "3"}})); });
+}
+
 TEST_F(ThrowingCallbacks, ASecurityLogThatCanNotBeFoundKeepsTheRecordsOfWhatWasSent)
 {
   das.hook = [&] { context.hook = throwIt; };

@@ -45,7 +45,7 @@ class ItemTable
 {
 public:
   /// Throws `StartError` for a file that cannot be read or holds no item.
-  explicit ItemTable(const std::filesystem::path& file);
+  explicit ItemTable(const std::filesystem::path& path);
 
   const std::vector<MapItem>& items() const;
 

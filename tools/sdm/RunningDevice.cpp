@@ -114,7 +114,7 @@ StartSummary RunningDevice::summarise(std::chrono::steady_clock::time_point bega
 {
   StartSummary summary;
   const auto now = std::chrono::steady_clock::now();
-  summary.duration = std::chrono::duration_cast<std::chrono::milliseconds>(now - began);
+  summary.duration = now - began;
   summary.calls = comms->takeReport();
   std::size_t expected = 0;
   std::set<std::string> local;

@@ -22,7 +22,7 @@ struct StartSummary
   std::size_t localValues = 0;
   bool registered = true;
   commsservice::CallReport calls;
-  std::chrono::milliseconds duration{0};
+  std::chrono::duration<double, std::milli> duration{0};
 };
 
 /// Brings everything up in its constructor and down in its destructor. The working folder becomes the device's,

@@ -3,6 +3,7 @@
 #include <ManageableData.h>
 
 #include <algorithm>
+#include <iomanip>
 #include <set>
 
 #include "Shown.h"
@@ -38,7 +39,8 @@ std::map<std::string, std::string> Session::values(const std::vector<const MapIt
       continue;
     if (!item->isLocal())
       data.addRootId(item->rootId, nullptr);
-    else if (ManagedDataItem* managed = running.service().manager().getItem(item->rootId); managed && managed->getter)
+    else if (ManagedDataItem* managed = running.service().manager().getItem(item->rootId);
+             managed != nullptr && managed->getter != nullptr)
       found[item->rootId] = managed->getter->getValue(managed->dasIndexValue);
   }
   running.service().get(data);
@@ -117,7 +119,7 @@ void Session::printRefusals(const commsservice::CallReport& report)
   for (const commsservice::SetterRefusal& refusal : report.refusals)
   {
     const MapItem* item = refusedItem(refusal);
-    out << "  " << style.bad("refused") << " " << (item ? shown(item->rootId) : refusal.setting) << ": "
+    out << "  " << style.bad("refused") << " " << (item != nullptr ? shown(item->rootId) : refusal.setting) << ": "
         << shown(refusal.reason) << "\n";
   }
   for (const commsservice::GroupRefusal& refusal : report.groupRefusals)
@@ -143,7 +145,7 @@ void printStart(Session& session, const StartSummary& summary, const std::string
               << "  refused   " << values << "\n"
               << "  groups    " << summary.calls.groupRefusals.size() << " failed, " << summary.calls.groupsJudged
               << " judged\n"
-              << "  time      " << summary.duration.count() << " ms\n";
+              << "  time      " << std::fixed << std::setprecision(1) << summary.duration.count() << " ms\n";
   session.printRefusals(summary.calls);
   const auto unserved = std::count_if(items.begin(), items.end(),
                                       [&](const MapItem& item)

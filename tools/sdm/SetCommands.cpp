@@ -30,7 +30,6 @@ public:
     for (std::size_t i = 0; i + 1 < arguments.size(); i += 2)
     {
       data.populate(arguments[i], arguments[i], arguments[i + 1]);
-      withSecret = withSecret || session.running.masking().isSecret(arguments[i]);
     }
     data.getRootIds(rootIds);
   }
@@ -71,8 +70,7 @@ private:
   {
     const MapItem* item = session.running.items().find(rootId);
     const std::string reason = reasonFor(rootId);
-    // Somebody who forgot the quotes around a secret has its second word here.
-    const std::string name = item == nullptr && withSecret ? Masking::mask : shownValue(rootId);
+    const std::string name = shownValue(rootId);
     std::string value;
     data.interogate(rootId, rootId, value);
     if (item == nullptr || item->isLocal())
@@ -112,7 +110,7 @@ private:
   {
     if (item != nullptr)
       return "; it is on the device only, use: changed " + shown(rootId) + " VALUE";
-    const std::string meant = withSecret ? "" : didYouMean(rootId, session.running.items().rootIds());
+    const std::string meant = didYouMean(rootId, session.running.items().rootIds());
     return meant.empty() ? "" : "; " + meant;
   }
 
@@ -129,9 +127,21 @@ private:
   Session& session;
   ManageableData data;
   std::vector<std::string> rootIds;
-  bool withSecret = false;
   bool heldBack = false;
 };
+
+/// Who forgot the quotes around a secret has its second word where a root id belongs, and root ids are logged.
+bool mayHoldPieceOfSecret(const Session& session, const Arguments& arguments)
+{
+  bool withSecret = false;
+  bool allKnown = true;
+  for (std::size_t i = 0; i < arguments.size(); i += 2)
+  {
+    withSecret = withSecret || session.running.masking().isSecret(arguments[i]);
+    allKnown = allKnown && session.running.items().find(arguments[i]) != nullptr;
+  }
+  return withSecret && !allKnown;
+}
 
 } // namespace
 
@@ -139,6 +149,8 @@ Outcome setItems(Session& session, const Arguments& arguments)
 {
   if (arguments.size() % 2 != 0)
     return session.refuse("usage: set ID VALUE [ID VALUE...]; a value with blanks stands in \"quotes\"");
+  if (mayHoldPieceOfSecret(session, arguments))
+    return session.refuse("a root id is not known; a secret with blanks stands in \"quotes\". Nothing was sent");
   std::set<std::string> named;
   for (std::size_t i = 0; i < arguments.size(); i += 2)
   {

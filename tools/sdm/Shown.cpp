@@ -32,7 +32,7 @@ Character characterAt(const std::string& text, std::size_t place)
 
 bool mayShow(wchar_t code)
 {
-  const auto number = static_cast<unsigned long>(code);
+  const auto number = static_cast<char32_t>(code);
   const bool control = number < 0x20 || (number >= 0x7f && number < 0xa0);
   const bool direction = number == 0x200e || number == 0x200f || number == 0x061c ||
                          (number >= 0x2028 && number <= 0x202e) || (number >= 0x2066 && number <= 0x2069);
