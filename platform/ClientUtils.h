@@ -9,11 +9,11 @@
 class SDM_PLATFORM_EXPORT ClientUtils
 {
 public:
-  /// A copy of `text` that can stand as the content of an XML element and is read back unchanged by an XML
-  /// parser, as far as XML can carry its characters.
+  /// Empty for an empty text, otherwise a copy of `text` that can stand as the content of an XML element and is read
+  /// back unchanged by an XML parser, as far as XML can carry its characters.
   static std::string escapeXMLString(const std::string& text);
 
   /// What a log line may show of an item's value: the value itself, or a mask when the platform deems the
-  /// item a secret.
+  /// item a secret. Whether the mask of an empty value tells that it is empty is the platform's choice.
   static std::string hidePassword(const std::string& rootId, const std::string& value);
 };

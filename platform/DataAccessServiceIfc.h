@@ -23,8 +23,9 @@ public:
   /// The platform must: return the whole reply as UTF-8 XML. A reply's `ReasonForMessage` is
   /// "read_response" or "update_response" when the request was carried out; any other text, a malformed
   /// reply or an empty one counts as failure. In a row the index column comes before the other columns.
-  /// Behind a column's text there must be no white space outside the elements, since readers answer with
-  /// all the text since the column's start.
+  /// A reply that fails to read a column does not hold that column's name, since the import of a single item answers
+  /// what follows it. Behind a column's text there must be no white space outside the elements, since readers answer
+  /// with all the text since the column's start.
   ///
   /// Called with the manager's lock held; it blocks the caller and may throw.
   virtual std::string sendRequest(const char* request, size_t length) = 0;

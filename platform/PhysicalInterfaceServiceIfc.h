@@ -13,6 +13,7 @@ public:
   ~PhysicalInterfaceServiceIfc() override = default;
 
   /// The unit's number of physical interfaces. Units with 2, 3 or 4 of them take the alternative defaults
-  /// of an item map file. Asked once per load of such a file, with the manager's lock held.
+  /// of an item map file. Asked once per load of such a file, with the manager's lock held; it may block and may
+  /// throw.
   virtual uint32_t getInterfaceCount() = 0;
 };

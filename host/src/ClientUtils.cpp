@@ -90,10 +90,10 @@ bool contains(const Texts& texts, const std::string& text)
 /// Long enough to tell a secret wherever they stand, however the words are joined.
 bool holdsSecretPhrase(const std::string& letters)
 {
-  static constexpr std::array<std::string_view, 17> phrases = {
-      "password",   "passwd",    "passphrase", "passcode",  "credential",    "community",
-      "privatekey", "secretkey", "sharedkey",  "accesskey", "encryptionkey", "masterkey",
-      "apikey",     "authkey",   "wpakey",     "wepkey",    "privkey"};
+  static constexpr std::array<std::string_view, 19> phrases = {
+      "password",  "passwd",    "passphrase", "passcode",      "credential",       "community", "privatekey",
+      "secretkey", "sharedkey", "accesskey",  "encryptionkey", "masterkey",        "apikey",    "authkey",
+      "wpakey",    "wepkey",    "privkey",    "privacykey",    "authenticationkey"};
   return std::any_of(phrases.begin(), phrases.end(),
                      [&](std::string_view phrase) { return letters.find(phrase) != std::string::npos; });
 }

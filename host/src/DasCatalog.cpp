@@ -192,12 +192,23 @@ DasTable& DasCatalog::makeTable(Database& database, const SchemaDefinition& sche
                    {table.schema, table.identifier, table.indexed ? "1" : "0"});
   if (table.indexed)
   {
-    std::unordered_set<std::string> takenHere = takenColumns(table);
-    const DasColumn index{schema.indexColumn, takeIdentifier(schema.indexColumn, takenHere),
+    std::unordered_set<std::string> takenBefore = takenColumns(table);
+    const DasColumn index{schema.indexColumn, takeIdentifier(schema.indexColumn, takenBefore),
                           isElementName(schema.indexColumn)};
     columns += ", " + quoted(index.identifier) + " TEXT NOT NULL UNIQUE";
     recordColumn(database, table, index);
     table.add(index);
+  }
+  // All at once: adding a column to a table that is there takes the longer the more columns it has.
+  std::unordered_set<std::string> takenHere = takenColumns(table);
+  for (const std::string& name : schema.columns)
+  {
+    if (table.find(name) != nullptr)
+      continue;
+    const DasColumn column{name, takeIdentifier(name, takenHere), isElementName(name)};
+    columns += ", " + quoted(column.identifier) + " TEXT";
+    recordColumn(database, table, column);
+    table.add(column);
   }
   database.execute("CREATE TABLE " + table.sqlName() + " (" + columns + ")");
   insert(std::move(table));

@@ -1,5 +1,7 @@
 #include "DasReply.h"
 
+#include <logAppUni.h>
+
 #include "Refusal.h"
 #include "XmlText.h"
 
@@ -13,6 +15,12 @@ std::string opening(const std::string& schema, const char* reason)
 {
   return R"(<?xml version="1.0" encoding="utf-8"?><Schema name=")" + escapedAttributeText(schema) +
          "\"><ReasonForMessage>" + reason + "</ReasonForMessage>";
+}
+
+[[noreturn]] void refuse(const std::string& column, const char* why)
+{
+  logAppUni("HostPlatform", "host/src/DasReply", 2, __LINE__, "column \"%s\": %s", column.c_str(), why);
+  throw Refusal(why);
 }
 } // namespace
 
@@ -32,10 +40,11 @@ void DasReadReply::endEntry()
 
 void DasReadReply::column(const std::string& name, bool isElementName, const std::string& value)
 {
+  // The log alone names the column: readers that look for its name in a reply have to find nothing.
   if (!isElementName)
-    throw Refusal("the name of column '" + name + "' cannot be written as an element");
+    refuse(name, "the schema has a column whose name cannot be written as an element");
   if (!isXmlText(value))
-    throw Refusal("the database holds a value of column '" + name + "' that XML cannot carry");
+    refuse(name, "the database holds a value that XML cannot carry");
   text += '<' + name + '>' + escapedElementText(value) + "</" + name + '>';
 }
 

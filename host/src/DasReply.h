@@ -16,7 +16,7 @@ public:
   void beginEntry();
   void endEntry();
 
-  /// Throws `Refusal` naming the column when XML cannot carry its name or its value.
+  /// Throws `Refusal` when XML cannot carry its name or its value; the log tells which column it was.
   void column(const std::string& name, bool isElementName, const std::string& value);
 
   /// The whole reply; nothing can be added any more.

@@ -88,7 +88,9 @@ std::string DataAccessService::sendRequest(const char* request, std::size_t leng
   {
     logAppUni("HostPlatform", "host/src/DataAccessServiceIfc", 2, __LINE__, "DAS request for schema \"%s\" failed: %s",
               asked.schema.c_str(), error.what());
-    return dasErrorReply(asked.schema, error.what());
+    // The database's words may name the column, and who reads one may look for its name in the reply.
+    const bool reading = asked.kind == DasRequest::Kind::read;
+    return dasErrorReply(asked.schema, reading ? "the database failed; the log says why" : error.what());
   }
 }
 

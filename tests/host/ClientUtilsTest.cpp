@@ -42,6 +42,8 @@ TEST(HidePassword, MasksNamesThatLookSecret)
                            "passphrase",
                            "WlanPassPhrase",
                            "privateKey",
+                           "snmp.privacyKey",
+                           "AuthenticationKey",
                            "private_key",
                            "PRIVATE KEY",
                            "tls.privatekey.1",

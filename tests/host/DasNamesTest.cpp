@@ -112,7 +112,7 @@ TEST_F(DasNames, IndexColumnThatIsNoElementNameCannotBeShown)
 {
   das.provision({{"Odd", "two words", {"A"}, {"1"}}});
   EXPECT_EQ(read("Odd"),
-            hosttest::errorReply("Odd", "the name of column &apos;two words&apos; cannot be written as an element"));
+            hosttest::errorReply("Odd", "the schema has a column whose name cannot be written as an element"));
 }
 
 TEST_F(DasNames, NamesOfTheMessagesCannotBeColumns)

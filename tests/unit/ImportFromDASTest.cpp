@@ -115,6 +115,14 @@ TEST_F(ImportFromDAS, ReportsFailedGroupsWithTheReasonNotEmptiedBetweenThem)
   EXPECT_THAT(access.groups, IsEmpty());
 }
 
+TEST_F(ImportFromDAS, ForgetsAFailedGroupAsWell)
+{
+  access.groups = {{"a", true}};
+  validator.groups["a"] = {false, "bad", {}};
+  EXPECT_EQ(import().back(), R"(clearGroup("a"))");
+  EXPECT_THAT(access.groups, IsEmpty());
+}
+
 TEST_F(ImportFromDAS, ReportsEveryGroupWithoutAValidator)
 {
   manager.setup(&context, &agent, "phone", nullptr);

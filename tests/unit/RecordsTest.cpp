@@ -34,7 +34,7 @@ TEST(SetDataBlobTest, CopiesOwnTheirTexts)
   EXPECT_EQ(copy.front().item, &item);
 }
 
-TEST(GroupDataBlobTest, HoldsTheOutcome)
+TEST(GroupDataBlobTest, MovesGroupOutcomeAndReasonTogether)
 {
   GroupDataBlob blob("group", false, "why");
   const GroupDataBlob moved = std::move(blob);

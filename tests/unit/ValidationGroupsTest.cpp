@@ -85,7 +85,7 @@ TEST_F(ValidationGroups, ClearsNothingWithoutAValidator)
   EXPECT_THAT(traced([&] { access.clearGroupedData("g"); }), IsEmpty());
 }
 
-TEST_F(ValidationGroups, TellsTheValidatorInOrderAndLeavesTheFlags)
+TEST_F(ValidationGroups, ClearsEveryGroupAgainWhenTheFlagsWereLeft)
 {
   access.groups = {{"b", true}, {"a", true}};
   const auto clearTwice = [&]
@@ -96,6 +96,16 @@ TEST_F(ValidationGroups, TellsTheValidatorInOrderAndLeavesTheFlags)
   EXPECT_THAT(traced(clearTwice),
               ElementsAre(R"(clearGroup("a"))", R"(clearGroup("b"))", R"(clearGroup("a"))", R"(clearGroup("b"))"));
   EXPECT_EQ(access.groups.size(), 2U);
+}
+
+TEST_F(ValidationGroups, DropsWhatTheValidatorSaysOfAGroupItAccepts)
+{
+  access.groups = {{"a", true}};
+  validator.groups["a"] = {true, "remark of a valid group", {}};
+  const auto outcomes = access.validateAllGroups();
+  ASSERT_EQ(outcomes.size(), 1U);
+  EXPECT_TRUE(outcomes[0].valid);
+  EXPECT_EQ(outcomes[0].reason, "");
 }
 
 TEST_F(ValidationGroups, JudgesAllFlaggedGroupsInOrder)

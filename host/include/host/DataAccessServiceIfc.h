@@ -48,8 +48,9 @@ public:
   std::vector<SchemaDefinition> schemas();
 
   /// Answers one request. Whatever is wrong with it, or with the database, becomes a reply of the kind
-  /// "error_response" with the reason in an `Error` element, and nothing is changed. The reason never holds a value. A
-  /// cell that was never written does not appear in replies; an empty one does. Rows come in the order in which they
+  /// "error_response" with the reason in an `Error` element, and nothing is changed. The reason never holds a value,
+  /// nor, for a read, the name of a column; what the database says of its own failures in a read goes to the log alone.
+  /// A cell that was never written does not appear in replies; an empty one does. Rows come in the order in which they
   /// were made. Does not throw but for want of memory.
   std::string sendRequest(const char* request, std::size_t length) override;
 
