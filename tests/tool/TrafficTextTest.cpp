@@ -63,3 +63,9 @@ TEST_F(TrafficTextTest, ReadsTheKindAndTheReasonOfAReply)
   EXPECT_EQ(replyKind("nonsense"), "");
   EXPECT_EQ(replyError(""), "no reason given");
 }
+
+TEST_F(TrafficTextTest, ReadsTheSchemaOfARequest)
+{
+  EXPECT_EQ(requestedSchema("<Schema name=\"Sip &amp; Co\"><ReasonForMessage/></Schema>"), "Sip & Co");
+  EXPECT_EQ(requestedSchema("<Schema"), "");
+}

@@ -3,6 +3,7 @@
 
 #include "CommandFunctions.h"
 #include "Shown.h"
+#include "StartReport.h"
 
 namespace cli
 {

@@ -91,8 +91,8 @@ Outcome listItems(Session& session, const Arguments& arguments)
   printRow(session, heading, widths, true);
   for (const Row& row : rows)
     printRow(session, row, widths, false);
-  session.out << session.style.faint("E encrypted  U user data  L on the device only  K locked  ! the database holds a "
-                                     "value that was refused")
+  session.out << session.style.faint("E encrypted  U user data  L on the device only  K locked  ! the database holds "
+                                     "another value")
               << "\n";
   return Outcome::done;
 }

@@ -79,7 +79,7 @@ Outcome showItem(Session& session, const Arguments& arguments)
   field(session, "setter", callback(item->setter, session.running.hasSetter(*item)));
   field(session, "getter", callback(item->getter, session.running.hasGetter(*item)));
   if (session.differsFromDatabase(*item, value))
-    field(session, "note", session.style.notable("the database holds another value, which the service refused"));
+    field(session, "note", session.style.notable(session.whyItDiffers(*item)));
   return Outcome::done;
 }
 

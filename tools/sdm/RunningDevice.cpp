@@ -6,6 +6,9 @@
 #include <utility>
 
 #include "MapCopy.h"
+#include "Shown.h"
+#include "TrafficText.h"
+#include "host/DasCrypt.h"
 #include "host/Error.h"
 
 namespace cli
@@ -65,12 +68,14 @@ try : map(std::filesystem::absolute(settings.map.value_or(sampleMap()))),
   copyMap(map, path / "CommsSettings.csv");
   std::filesystem::current_path(path);
   provision();
+  const std::uint64_t before = lastExchange();
   const auto began = std::chrono::steady_clock::now();
   comms = std::make_unique<commsservice::CommsService>(platform->context());
   started.registered = comms->start(itemMap);
   const bool registered = started.registered;
   started = summarise(began, true);
   started.registered = registered;
+  started.failures = failuresAfter(before);
 }
 catch (const host::Error& error)
 {
@@ -103,9 +108,32 @@ void RunningDevice::provision()
 StartSummary RunningDevice::restart()
 {
   comms->takeReport();
+  const std::uint64_t before = lastExchange();
   const auto began = std::chrono::steady_clock::now();
   comms->restart(itemMap);
-  return summarise(began, false);
+  started = summarise(began, false);
+  started.failures = failuresAfter(before);
+  return started;
+}
+
+std::uint64_t RunningDevice::lastExchange()
+{
+  const auto exchanges = platform->traffic().exchanges();
+  return exchanges.empty() ? 0 : exchanges.back().number;
+}
+
+// The manager logs a failed read at a level that is mostly shut, and goes on with the defaults.
+std::vector<SchemaFailure> RunningDevice::failuresAfter(std::uint64_t exchange)
+{
+  std::vector<SchemaFailure> failures;
+  for (const host::Exchange& each : platform->traffic().exchanges())
+  {
+    const bool failed = !each.failure.empty() || replyKind(each.reply) != "read_response";
+    if (each.number > exchange && failed)
+      failures.push_back(
+          {requestedSchema(each.request), each.failure.empty() ? replyError(each.reply) : shown(each.failure)});
+  }
+  return failures;
 }
 
 // A start calls every setter of the database's items with the default, then those that have something to
@@ -126,6 +154,8 @@ StartSummary RunningDevice::summarise(std::chrono::steady_clock::time_point bega
       ++expected;
   }
   expected += first ? local.size() : 0;
+  // A setter is not told where its value comes from. This relies on the manager calling each setter with a default
+  // exactly once, and once more for each column of a reply.
   summary.imported = summary.calls.setterCalls - std::min(expected, summary.calls.setterCalls);
   summary.localValues = summary.calls.localValues;
   return summary;
@@ -169,6 +199,21 @@ const std::string& RunningDevice::defaultOf(const MapItem& item) const
 bool RunningDevice::usesAlternative(const MapItem& item) const
 {
   return takesAlternative(item, interfaces);
+}
+
+std::optional<std::string> RunningDevice::storedCell(const MapItem& item)
+{
+  if (item.isLocal())
+    return std::nullopt;
+  return platform->das().storedCell(item.schema, item.column, item.indexName, item.indexValue);
+}
+
+bool RunningDevice::isUndecryptable(const MapItem& item)
+{
+  // An empty cell is the manager's own text for an empty value.
+  const auto cell = item.encrypted ? storedCell(item) : std::nullopt;
+  std::string plain;
+  return cell && !cell->empty() && !DasCrypt::fromEncryptedText(*cell, plain);
 }
 
 bool RunningDevice::hasSetter(const MapItem& item) const

@@ -3,7 +3,9 @@
 
 #include <chrono>
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "Arguments.h"
 #include "CommsService.h"
@@ -14,6 +16,13 @@
 namespace cli
 {
 
+/// A schema that could not be read, with the reason made safe to print.
+struct SchemaFailure
+{
+  std::string schema;
+  std::string reason;
+};
+
 /// What a start of the service did.
 struct StartSummary
 {
@@ -22,6 +31,7 @@ struct StartSummary
   std::size_t localValues = 0;
   bool registered = true;
   commsservice::CallReport calls;
+  std::vector<SchemaFailure> failures;
   std::chrono::duration<double, std::milli> duration{0};
 };
 
@@ -39,7 +49,7 @@ public:
   /// Defaults, the database's values, publication.
   StartSummary restart();
 
-  /// Of the start in the constructor.
+  /// Of the last start.
   const StartSummary& summary() const;
 
   const ItemTable& items() const;
@@ -52,12 +62,20 @@ public:
   const std::string& defaultOf(const MapItem& item) const;
   bool usesAlternative(const MapItem& item) const;
 
+  /// What the database holds for an item, an encrypted one encrypted; nothing for local items.
+  std::optional<std::string> storedCell(const MapItem& item);
+
+  /// Whether the database holds an encrypted value for it that the key does not open.
+  bool isUndecryptable(const MapItem& item);
+
   /// Whether the service has a callback for it.
   bool hasSetter(const MapItem& item) const;
   bool hasGetter(const MapItem& item) const;
 
 private:
   void provision();
+  std::uint64_t lastExchange();
+  std::vector<SchemaFailure> failuresAfter(std::uint64_t exchange);
   StartSummary summarise(std::chrono::steady_clock::time_point began, bool first);
 
   std::filesystem::path map;

@@ -3,8 +3,6 @@
 #include <ManageableData.h>
 
 #include <algorithm>
-#include <iomanip>
-#include <set>
 
 #include "Shown.h"
 #include "Suggestion.h"
@@ -55,7 +53,7 @@ std::map<std::string, std::string> Session::values(const std::vector<const MapIt
 
 std::optional<std::string> Session::stored(const MapItem& item)
 {
-  auto cell = running.device().das().storedCell(item.schema, item.column, item.indexName, item.indexValue);
+  auto cell = running.storedCell(item);
   std::string plain;
   if (cell && item.encrypted && DasCrypt::fromEncryptedText(*cell, plain))
     cell = plain;
@@ -69,7 +67,7 @@ std::string Session::origin(const MapItem& item, const std::string& value)
     return noted->second;
   if (item.isLocal())
     return running.device().store().value(item.rootId).value_or("").empty() ? "built in" : "local store";
-  if (stored(item) && !differsFromDatabase(item, value))
+  if (stored(item) && !running.isUndecryptable(item) && !differsFromDatabase(item, value))
     return "database";
   if (!running.masking().isSecret(item) && value != running.defaultOf(item))
     return "service";
@@ -78,10 +76,36 @@ std::string Session::origin(const MapItem& item, const std::string& value)
 
 bool Session::differsFromDatabase(const MapItem& item, const std::string& value)
 {
-  if (item.isLocal() || running.masking().isSecret(item))
+  if (item.isLocal() || running.isUndecryptable(item))
+    return false;
+  const bool secret = running.masking().isSecret(item);
+  if (secret && !running.hasSetter(item))
     return false;
   const auto cell = stored(item);
-  return cell && *cell != value;
+  return cell && *cell != (secret ? running.service().liveValue(settingOf(item), item.indexValue) : value);
+}
+
+std::string Session::whyItDiffers(const MapItem& item) const
+{
+  for (const SchemaFailure& failure : running.summary().failures)
+  {
+    if (failure.schema == item.schema)
+      return "the database holds another value, but the schema could not be read: " + failure.reason;
+  }
+  const bool refused =
+      refusals.count(item.rootId) != 0 || (!item.group.empty() && refusedGroups.count(item.group) != 0);
+  return std::string("the database holds another value") + (refused ? ", which the service refused" : "");
+}
+
+void Session::noteRefusals(const commsservice::CallReport& report)
+{
+  for (const commsservice::SetterRefusal& refusal : report.refusals)
+  {
+    if (const MapItem* item = refusedItem(refusal))
+      refusals.insert(item->rootId);
+  }
+  for (const commsservice::GroupRefusal& refusal : report.groupRefusals)
+    refusedGroups.insert(refusal.group);
 }
 
 bool Session::isStored(const MapItem& item)
@@ -97,6 +121,8 @@ void Session::noteOrigin(const std::string& rootId, const std::string& origin)
 void Session::forgetOrigins()
 {
   origins.clear();
+  refusals.clear();
+  refusedGroups.clear();
 }
 
 Outcome Session::refuse(const std::string& why)
@@ -116,6 +142,7 @@ const MapItem* Session::refusedItem(const commsservice::SetterRefusal& refusal) 
 
 void Session::printRefusals(const commsservice::CallReport& report)
 {
+  noteRefusals(report);
   for (const commsservice::SetterRefusal& refusal : report.refusals)
   {
     const MapItem* item = refusedItem(refusal);
@@ -124,43 +151,6 @@ void Session::printRefusals(const commsservice::CallReport& report)
   }
   for (const commsservice::GroupRefusal& refusal : report.groupRefusals)
     out << "  " << style.bad("refused") << " group " << shown(refusal.group) << ": " << shown(refusal.reason) << "\n";
-}
-
-void printStart(Session& session, const StartSummary& summary, const std::string& headline)
-{
-  const auto& items = session.running.items().items();
-  std::set<std::string> schemas;
-  for (const MapItem& item : items)
-  {
-    if (!item.isLocal())
-      schemas.insert(item.schema);
-  }
-  const auto local = std::count_if(items.begin(), items.end(), [](const MapItem& item) { return item.isLocal(); });
-  const std::size_t values = summary.calls.refused - summary.calls.repeated;
-  session.out << session.style.strong(headline) << "\n"
-              << "  items     " << items.size() << ", " << local << " of them on the device only\n"
-              << "  schemas   " << schemas.size() << "\n"
-              << "  imported  " << summary.imported << " from the database, " << summary.localValues
-              << " from the local store\n"
-              << "  refused   " << values << "\n"
-              << "  groups    " << summary.calls.groupRefusals.size() << " failed, " << summary.calls.groupsJudged
-              << " judged\n"
-              << "  time      " << std::fixed << std::setprecision(1) << summary.duration.count() << " ms\n";
-  session.printRefusals(summary.calls);
-  const auto unserved = std::count_if(items.begin(), items.end(),
-                                      [&](const MapItem& item)
-                                      {
-                                        const RunningDevice& running = session.running;
-                                        return (!item.setter.empty() && !running.hasSetter(item)) ||
-                                               (!item.getter.empty() && !running.hasGetter(item));
-                                      });
-  if (unserved != 0)
-    session.out << "  "
-                << session.style.notable(std::to_string(unserved) +
-                                         " items name callbacks that the service does not have")
-                << "\n";
-  if (!summary.registered)
-    session.out << session.style.bad("the local store did not register the service") << "\n";
 }
 
 std::string settingOf(const MapItem& item)

@@ -4,6 +4,7 @@
 #include <map>
 #include <optional>
 #include <ostream>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -41,33 +42,39 @@ public:
   /// "database", "default" and so on.
   std::string origin(const MapItem& item, const std::string& value);
 
-  /// Whether the database holds another value than the service works with, since the service refused it.
+  /// Whether the database holds another value than `value`, which the service works with. Of a secret it is the
+  /// service's own value that counts, and what cannot be decrypted cannot be compared.
   bool differsFromDatabase(const MapItem& item, const std::string& value);
+
+  /// For an item that differs: what is known about the reason, as a sentence.
+  std::string whyItDiffers(const MapItem& item) const;
 
   /// Whether the database holds a value of it at all.
   bool isStored(const MapItem& item);
 
-  /// Remembers what gave the item its value; `forgetOrigins` goes back to what the databases tell.
+  /// Remembers what gave the item its value; `forgetOrigins` goes back to what the databases tell, and forgets
+  /// what was refused.
   void noteOrigin(const std::string& rootId, const std::string& origin);
   void forgetOrigins();
 
   /// "refused: " and a text, on a line of its own.
   Outcome refuse(const std::string& why);
 
-  /// Prints the values that the service refused, one a line.
+  /// Prints the values that the service refused, one a line, and remembers them.
   void printRefusals(const commsservice::CallReport& report);
 
   /// The item of the map that a refusal of the service is about, or null.
   const MapItem* refusedItem(const commsservice::SetterRefusal& refusal) const;
 
 private:
+  /// Decrypted, as far as that is possible.
   std::optional<std::string> stored(const MapItem& item);
+  void noteRefusals(const commsservice::CallReport& report);
 
   std::map<std::string, std::string> origins;
+  std::set<std::string> refusals;
+  std::set<std::string> refusedGroups;
 };
-
-/// Prints what a start did.
-void printStart(Session& session, const StartSummary& summary, const std::string& headline);
 
 /// The name of the service's setting behind an item's setter; empty when the item has none.
 std::string settingOf(const MapItem& item);

@@ -63,6 +63,13 @@ std::string replyKind(const std::string& reply)
   return document.child("Schema").child_value("ReasonForMessage");
 }
 
+std::string requestedSchema(const std::string& request)
+{
+  pugi::xml_document document;
+  document.load_buffer(request.data(), request.size());
+  return document.child("Schema").attribute("name").value();
+}
+
 std::string replyError(const std::string& reply)
 {
   pugi::xml_document document;

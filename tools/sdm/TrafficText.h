@@ -15,6 +15,9 @@ std::string indented(const std::string& xml, const Masking& masking, const std::
 /// The kind of a reply, such as "update_response"; empty when it has none.
 std::string replyKind(const std::string& reply);
 
+/// The schema that a request is about; empty when it names none.
+std::string requestedSchema(const std::string& request);
+
 /// The reason in a reply of a failing kind, made safe to print; a stand-in when there is none.
 std::string replyError(const std::string& reply);
 

@@ -10,6 +10,7 @@
 #include "LineReader.h"
 #include "Session.h"
 #include "Shown.h"
+#include "StartReport.h"
 #include "Words.h"
 
 namespace cli

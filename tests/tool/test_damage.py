@@ -1,0 +1,39 @@
+"""Stored values that cannot be used: what a start tells of them."""
+import os
+import sqlite3
+import unittest
+
+from program import ProgramTest
+
+
+class Damage(ProgramTest):
+    def in_database(self, statement, *values):
+        connection = sqlite3.connect(os.path.join(self.device, "das.db"))
+        with connection:
+            connection.execute(statement, values)
+        connection.close()
+
+    def test_a_schema_that_cannot_be_read_is_told_by_name(self):
+        self.run_script("set display.banner Hello display.brightness 44 time.zone Europe/Rome")
+        self.in_database("UPDATE UserPreferences SET Banner = ?", "a\x01b")
+        run = self.run_script("show display.brightness", "list display.brightness", "restart", "get time.zone")
+        self.assertRegex(run.out, r"(?m)^  failed +1 schema, ")
+        self.assertEqual(run.out.count("\n  failed UserPreferences: "), 2, "at the start and at the restart")
+        self.assertIn("the database holds another value, but the schema could not be read: ", run.out)
+        self.assertNotIn("which the service refused", run.out)
+        self.assertEqual(run.row("display.brightness")[-1][-1], "!")
+        self.assertEqual(run.lines()[-1], "time.zone = Europe/Rome")
+
+    def test_a_value_that_the_service_refused_is_told_as_such(self):
+        self.run_script("set display.brightness 44")
+        self.in_database("UPDATE UserPreferences SET Brightness = '1000'")
+        run = self.run_script("show display.brightness")
+        self.assertIn("the database holds another value, which the service refused", run.out)
+        self.assertNotIn("failed UserPreferences", run.out)
+
+    def test_a_database_without_values_is_no_failure(self):
+        self.assertNotIn("\n  failed", self.run_script("restart").out)
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,80 @@
+#include "StartReport.h"
+
+#include <algorithm>
+#include <iomanip>
+#include <set>
+
+#include "Shown.h"
+
+namespace cli
+{
+namespace
+{
+
+std::size_t schemaCount(const std::vector<MapItem>& items)
+{
+  std::set<std::string> schemas;
+  for (const MapItem& item : items)
+  {
+    if (!item.isLocal())
+      schemas.insert(item.schema);
+  }
+  return schemas.size();
+}
+
+void printCounts(Session& session, const StartSummary& summary)
+{
+  const auto& items = session.running.items().items();
+  const auto local = std::count_if(items.begin(), items.end(), [](const MapItem& item) { return item.isLocal(); });
+  const std::size_t values = summary.calls.refused - summary.calls.repeated;
+  session.out << "  items     " << items.size() << ", " << local << " of them on the device only\n"
+              << "  schemas   " << schemaCount(items) << "\n"
+              << "  imported  " << summary.imported << " from the database, " << summary.localValues
+              << " from the local store\n"
+              << "  refused   " << values << "\n"
+              << "  groups    " << summary.calls.groupRefusals.size() << " failed, " << summary.calls.groupsJudged
+              << " judged\n"
+              << "  time      " << std::fixed << std::setprecision(1) << summary.duration.count() << " ms\n";
+}
+
+void printFailures(Session& session, const std::vector<SchemaFailure>& failures)
+{
+  if (failures.empty())
+    return;
+  session.out << "  " << session.style.bad("failed") << "    " << failures.size()
+              << (failures.size() == 1 ? " schema" : " schemas") << ", whose items did not get what is stored\n";
+  for (const SchemaFailure& failure : failures)
+    session.out << "  " << session.style.bad("failed") << " " << shown(failure.schema) << ": " << failure.reason
+                << "\n";
+}
+
+void printUnserved(Session& session)
+{
+  const RunningDevice& running = session.running;
+  const auto& items = running.items().items();
+  const auto unserved = std::count_if(items.begin(), items.end(),
+                                      [&](const MapItem& item) {
+                                        return (!item.setter.empty() && !running.hasSetter(item)) ||
+                                               (!item.getter.empty() && !running.hasGetter(item));
+                                      });
+  if (unserved != 0)
+    session.out << "  "
+                << session.style.notable(std::to_string(unserved) +
+                                         " items name callbacks that the service does not have")
+                << "\n";
+}
+
+} // namespace
+
+void printStart(Session& session, const StartSummary& summary, const std::string& headline)
+{
+  session.out << session.style.strong(headline) << "\n";
+  printCounts(session, summary);
+  printFailures(session, summary.failures);
+  session.printRefusals(summary.calls);
+  printUnserved(session);
+  if (!summary.registered)
+    session.out << session.style.bad("the local store did not register the service") << "\n";
+}
+
+} // namespace cli
