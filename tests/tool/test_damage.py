@@ -34,6 +34,35 @@ class Damage(ProgramTest):
     def test_a_database_without_values_is_no_failure(self):
         self.assertNotIn("\n  failed", self.run_script("restart").out)
 
+    def start_without_the_key(self):
+        self.run_script("set sip.userName anna sip.password opensesame42", "set feature.unlockPin 73591246")
+        os.remove(os.path.join(self.device, "das.key"))
+        return self.run_script("list", "show sip.password")
+
+    def test_secrets_that_cannot_be_decrypted_are_told(self):
+        self.assertNotIn("undecryptable", self.run_script("set line.pin-1 1234", "restart").out)
+        self.start_without_the_key()
+        run = self.run_script("list", "show sip.password", "show sip.userName")
+        told = run.after("  undecryptable")
+        self.assertTrue(told.startswith("3: "), told)
+        for root_id in ("sip.password", "feature.unlockPin", "line.pin-1"):
+            self.assertIn(root_id, told)
+            self.assertEqual(run.row(root_id)[3], "default")
+            self.assertIn("X", run.row(root_id)[-1])
+        self.assertIn("cannot be decrypted; is das.key the one of this database?", run.after("  note"))
+        self.assertNotIn("a new one was made", run.out)
+
+    def test_a_key_that_had_to_be_made_anew_is_told(self):
+        self.assertNotIn("a new one was made", self.run_script().out)
+        run = self.start_without_the_key()
+        self.assertEqual(run.out.count("das.key was missing beside das.db, so a new one was made"), 1)
+
+    def test_a_secret_that_the_service_refused_is_marked(self):
+        self.run_script("set sip.userName anna sip.password opensesame42")
+        self.assertEqual(self.run_script("list sip.password").row("sip.password")[-1], "E")
+        self.in_database("UPDATE SipBaseSettings SET UserName = ''")
+        self.assertEqual(self.run_script("list sip.password").row("sip.password")[-1], "E!")
+
 
 if __name__ == "__main__":
     unittest.main()

@@ -24,6 +24,7 @@ std::string flagsOf(Session& session, const MapItem& item, const std::string& va
   flags += item.userData ? "U" : "";
   flags += item.isLocal() ? "L" : "";
   flags += locked.count(item.rootId) != 0 ? "K" : "";
+  flags += session.running.isUndecryptable(item) ? "X" : "";
   flags += session.differsFromDatabase(item, value) ? "!" : "";
   return flags;
 }
@@ -92,7 +93,7 @@ Outcome listItems(Session& session, const Arguments& arguments)
   for (const Row& row : rows)
     printRow(session, row, widths, false);
   session.out << session.style.faint("E encrypted  U user data  L on the device only  K locked  ! the database holds "
-                                     "another value")
+                                     "another value  X its value there cannot be decrypted")
               << "\n";
   return Outcome::done;
 }

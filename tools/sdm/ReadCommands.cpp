@@ -78,6 +78,9 @@ Outcome showItem(Session& session, const Arguments& arguments)
     field(session, "group", members(session, item->group));
   field(session, "setter", callback(item->setter, session.running.hasSetter(*item)));
   field(session, "getter", callback(item->getter, session.running.hasGetter(*item)));
+  if (session.running.isUndecryptable(*item))
+    field(session, "note",
+          session.style.notable("the value in the database cannot be decrypted; is das.key the one of this database?"));
   if (session.differsFromDatabase(*item, value))
     field(session, "note", session.style.notable(session.whyItDiffers(*item)));
   return Outcome::done;

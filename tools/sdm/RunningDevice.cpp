@@ -31,6 +31,11 @@ std::unique_ptr<host::Device> bringUp(const std::filesystem::path& folder, const
   return std::make_unique<host::Device>(device);
 }
 
+bool isKeyLost(const std::filesystem::path& folder)
+{
+  return std::filesystem::exists(folder / "das.db") && !std::filesystem::exists(folder / "das.key");
+}
+
 /// The tables of the map's items, in the order of the map.
 std::vector<host::SchemaDefinition> schemasOf(const ItemTable& items)
 {
@@ -63,7 +68,7 @@ std::vector<host::SchemaDefinition> schemasOf(const ItemTable& items)
 RunningDevice::RunningDevice(const RunSettings& settings)
 try : map(std::filesystem::absolute(settings.map.value_or(sampleMap()))),
     path(std::filesystem::absolute(settings.device).lexically_normal()), interfaces(settings.interfaces), table(map),
-    masks(table), platform(bringUp(path, settings))
+    masks(table), lostKey(isKeyLost(path)), platform(bringUp(path, settings))
 {
   copyMap(map, path / "CommsSettings.csv");
   std::filesystem::current_path(path);
@@ -75,6 +80,7 @@ try : map(std::filesystem::absolute(settings.map.value_or(sampleMap()))),
   const bool registered = started.registered;
   started = summarise(began, true);
   started.registered = registered;
+  started.newKey = lostKey;
   started.failures = failuresAfter(before);
 }
 catch (const host::Error& error)

@@ -30,6 +30,8 @@ struct StartSummary
   std::size_t imported = 0;
   std::size_t localValues = 0;
   bool registered = true;
+  /// The database was there, the key was not: a new one was made.
+  bool newKey = false;
   commsservice::CallReport calls;
   std::vector<SchemaFailure> failures;
   std::chrono::duration<double, std::milli> duration{0};
@@ -83,6 +85,7 @@ private:
   std::uint32_t interfaces;
   ItemTable table;
   Masking masks;
+  bool lostKey;
   std::unique_ptr<host::Device> platform;
   std::unique_ptr<commsservice::CommsService> comms;
   StartSummary started;

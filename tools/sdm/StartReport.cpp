@@ -48,6 +48,22 @@ void printFailures(Session& session, const std::vector<SchemaFailure>& failures)
                 << "\n";
 }
 
+void printUndecryptable(Session& session)
+{
+  std::size_t count = 0;
+  std::string list;
+  for (const std::string& rootId : session.running.items().rootIds())
+  {
+    if (!session.running.isUndecryptable(*session.running.items().find(rootId)))
+      continue;
+    ++count;
+    list += (list.empty() ? "" : ", ") + shown(rootId);
+  }
+  if (count != 0)
+    session.out << "  " << session.style.bad("undecryptable") << " " << count << ": " << list
+                << "; is das.key the one of this database?\n";
+}
+
 void printUnserved(Session& session)
 {
   const RunningDevice& running = session.running;
@@ -71,6 +87,12 @@ void printStart(Session& session, const StartSummary& summary, const std::string
   session.out << session.style.strong(headline) << "\n";
   printCounts(session, summary);
   printFailures(session, summary.failures);
+  if (summary.newKey)
+    session.out << "  "
+                << session.style.bad("das.key was missing beside das.db, so a new one was made; values encrypted with "
+                                     "the old one need that back")
+                << "\n";
+  printUndecryptable(session);
   session.printRefusals(summary.calls);
   printUnserved(session);
   if (!summary.registered)
