@@ -1,4 +1,5 @@
 """Setting values: taken, refused, unchanged, in groups; and values of the device itself."""
+import os
 import unittest
 
 from program import ProgramTest
@@ -131,6 +132,20 @@ class Setting(ProgramTest):
         self.assertIn("ok  SipLines Line:2 set CallForwardingAllowed(false)", run.out)
         self.assertNotIn("set Zone", run.out)
         self.assertEqual(len(self.run_script("securitylog 1").out.split("set CallForwardingAllowed")), 2)
+
+    def test_tells_a_value_that_is_stored_but_not_in_the_security_log(self):
+        os.mkdir(self.device)
+        os.symlink("/dev/full", os.path.join(self.device, "security.log"))
+        run = self.run_script("set snmp.contact abc", "import snmp.contact")
+        self.assertEqual(run.code, 1)
+        self.assertIn("\nsnmp.contact = abc\n", run.out)
+        self.assertIn("refused: the security log could not be written: ", run.out)
+        self.assertNotIn("set failed", run.out)
+        self.assertEqual(run.lines()[-1], "snmp.contact is stored as abc")
+
+    def test_refuses_an_empty_root_id_once(self):
+        run = self.run_script('set "" x')
+        self.assertEqual((run.code, run.out.count("refused:")), (1, 1), run.out)
 
 
 if __name__ == "__main__":

@@ -3,6 +3,7 @@
 #include <RejectReasonsStrings.h>
 
 #include <algorithm>
+#include <exception>
 #include <set>
 
 #include "CommandFunctions.h"
@@ -28,21 +29,22 @@ public:
   SetRequest(Session& itsSession, const Arguments& arguments) : session(itsSession)
   {
     for (std::size_t i = 0; i + 1 < arguments.size(); i += 2)
-    {
       data.populate(arguments[i], arguments[i], arguments[i + 1]);
-    }
     data.getRootIds(rootIds);
   }
 
   Outcome carryOut()
   {
     const std::uint64_t before = lastExchange();
-    const bool success = session.running.service().set(data);
+    const bool success = send();
+    if (!failure.empty() && lastExchange() == before)
+      return session.refuse("the request failed before it reached the database: " + failure);
     for (const std::string& rootId : rootIds)
       report(rootId);
     for (const host::RejectReason& reject : host::rejectReasons(data))
     {
-      if (reject.rootId.empty())
+      // An empty root id alone is one that was asked for.
+      if (reject.rootId.empty() && reject.name == "/")
         session.refuse("group " + shown(reject.reason));
     }
     reportDatabase(before);
@@ -50,6 +52,20 @@ public:
   }
 
 private:
+  /// What the platform throws ends the request somewhere in its middle, and what was done until then stays done.
+  bool send()
+  {
+    try
+    {
+      return session.running.service().set(data);
+    }
+    catch (const std::exception& error)
+    {
+      failure = shown(error.what());
+      return false;
+    }
+  }
+
   std::uint64_t lastExchange() const
   {
     const auto exchanges = session.running.device().traffic().exchanges();
@@ -60,7 +76,7 @@ private:
   {
     for (const host::RejectReason& reject : host::rejectReasons(data))
     {
-      if (reject.rootId == rootId)
+      if (reject.rootId == rootId && reject.name == rootId)
         return reject.reason;
     }
     return "";
@@ -116,18 +132,26 @@ private:
 
   void reportDatabase(std::uint64_t before)
   {
+    bool answered = true;
     for (const host::Exchange& exchange : session.running.device().traffic().exchanges())
     {
-      if (exchange.number > before && replyKind(exchange.reply) != "update_response")
-        session.refuse("the database did not take the change, so it is gone after a restart: " +
-                       (exchange.failure.empty() ? replyError(exchange.reply) : shown(exchange.failure)));
+      if (exchange.number <= before || replyKind(exchange.reply) == "update_response")
+        continue;
+      answered = answered && exchange.failure.empty();
+      session.refuse("the database did not take the change, so it is gone after a restart: " +
+                     (exchange.failure.empty() ? replyError(exchange.reply) : shown(exchange.failure)));
     }
+    // Records are written when all requests were sent, so it is no other service that failed.
+    if (!failure.empty() && answered)
+      session.refuse("the security log could not be written: " + failure);
   }
 
   Session& session;
   ManageableData data;
   std::vector<std::string> rootIds;
   bool heldBack = false;
+  /// What the platform threw, made safe to print.
+  std::string failure;
 };
 
 /// Who forgot the quotes around a secret has its second word where a root id belongs, and root ids are logged.
