@@ -20,7 +20,7 @@ constexpr const char* about =
 
 constexpr const char* exitCodes = "Exit codes:\n"
                                   "  0  done\n"
-                                  "  1  a command of a script was refused or failed\n"
+                                  "  1  a command of a script was refused or failed, or output was lost\n"
                                   "  2  wrong usage of the command line\n"
                                   "  3  the device cannot be brought up: item map, folder, database or key\n";
 

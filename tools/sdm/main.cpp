@@ -10,6 +10,7 @@
 #include "LineReader.h"
 #include "Session.h"
 #include "Shown.h"
+#include "StandardStreams.h"
 #include "StartReport.h"
 #include "Words.h"
 
@@ -23,7 +24,7 @@ bool wantsColours()
   const char* refused = std::getenv("NO_COLOR");
   const char* terminal = std::getenv("TERM");
   return isatty(STDOUT_FILENO) != 0 && (refused == nullptr || *refused == '\0') && terminal != nullptr &&
-         std::string(terminal) != "dumb";
+         *terminal != '\0' && std::string(terminal) != "dumb";
 }
 
 /// Whether a secret is named, wherever that is: a line that only might hold a value of it is held back, too.
@@ -89,22 +90,30 @@ ExitCode run(const RunSettings& settings)
   return takeCommands(session, interactive);
 }
 
+ExitCode program(int argc, char** argv)
+{
+  try
+  {
+    const auto arguments = readArguments(argc, argv);
+    if (const auto* code = std::get_if<ExitCode>(&arguments))
+      return *code;
+    return run(std::get<RunSettings>(arguments));
+  }
+  catch (const std::exception& error)
+  {
+    std::cerr << "sdm: " << shown(error.what()) << "\n";
+    return exitNoDevice;
+  }
+}
+
 } // namespace
 } // namespace cli
 
 int main(int argc, char** argv)
 {
+  cli::holdStandardDescriptors();
+  cli::reportFileSizeLimit();
   cli::useUtf8();
-  try
-  {
-    const auto arguments = cli::readArguments(argc, argv);
-    if (const auto* code = std::get_if<cli::ExitCode>(&arguments))
-      return *code;
-    return cli::run(std::get<cli::RunSettings>(arguments));
-  }
-  catch (const std::exception& error)
-  {
-    std::cerr << "sdm: " << cli::shown(error.what()) << "\n";
-    return cli::exitNoDevice;
-  }
+  const cli::ExitCode code = cli::program(argc, argv);
+  return cli::finishOutput() || code != cli::exitDone ? code : cli::exitRefused;
 }
