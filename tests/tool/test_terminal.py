@@ -54,7 +54,7 @@ class Terminal(ProgramTest):
         return found[:place]
 
     def type(self, keys, until):
-        os.write(self.terminal, keys.encode())
+        os.write(self.terminal, keys.encode() if isinstance(keys, str) else keys)
         return self.read_until(until)
 
     def exit_code(self):
@@ -105,6 +105,19 @@ class Terminal(ProgramTest):
 
     def test_takes_letters_of_every_language(self):
         self.type("set snmp.location Zürich\r", "snmp.location = Zürich")
+
+    def test_shows_bytes_that_are_no_character_and_loses_none_behind_them(self):
+        self.type(b"get Zo\xeb\r", "there is no item Zo\ufffd")
+        self.read_until("sdm> ")
+        self.type(b"get Zo\xffe\r", "there is no item Zo\ufffde")
+        self.read_until("sdm> ")
+        self.type("get time.zone\r", "time.zone = UTC")
+
+    def test_takes_control_and_space_for_no_end(self):
+        time.sleep(0.3)
+        os.write(self.terminal, b"\0")
+        time.sleep(0.1)
+        self.type("get time.zone\r", "time.zone = UTC")
 
     def test_an_interrupt_takes_the_line_back_and_nothing_else(self):
         self.type("set time.zone Europe/Rome", "Rome")

@@ -1,6 +1,8 @@
 // Lines from a terminal, by libedit. Its interface is global, and so is the little state around it here.
 #include "LineReader.h"
 
+#include "CharacterDecoder.h"
+
 #include <editline/readline.h>
 
 #include <array>
@@ -9,7 +11,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <cwchar>
 #include <iostream>
 #include <poll.h>
 #include <termios.h>
@@ -25,6 +26,8 @@ constexpr int endOfInput = 4;
 
 volatile std::sig_atomic_t interrupted = 0;
 bool lineCancelled = false;
+/// Whether everything of this line so far was there before the editor asked for it.
+bool typedAhead = false;
 Completer currentCompleter;
 std::vector<std::string> candidates;
 
@@ -64,32 +67,36 @@ void keepOutputAtInterrupts()
   ::tcsetattr(STDIN_FILENO, TCSANOW, &mode);
 }
 
-/// One character from the terminal, decoded: the editor works with characters, not bytes. An interrupt reads as
-/// the end of a line that `next` then throws away.
-int readCharacter(FILE*)
+bool isInputThere()
+{
+  pollfd input = {STDIN_FILENO, POLLIN, 0};
+  return ::poll(&input, 1, 0) > 0;
+}
+
+/// An interrupt reads as the end of a line that `next` then throws away.
+int readByte()
 {
   keepOutputAtInterrupts();
-  std::mbstate_t state{};
-  for (;;)
+  typedAhead = typedAhead && isInputThere();
+  if (!waitForInput())
   {
-    if (!waitForInput())
-    {
-      lineCancelled = true;
-      return '\n';
-    }
-    char byte = 0;
-    if (::read(STDIN_FILENO, &byte, 1) <= 0)
-      return -1;
-    // A Ctrl-D that was typed between prompt and editing, when the terminal was not the editor's yet.
-    if (byte == '\0')
-      return endOfInput;
-    wchar_t code = 0;
-    const std::size_t used = std::mbrtowc(&code, &byte, 1, &state);
-    if (used <= 1)
-      return static_cast<int>(code);
-    if (used == static_cast<std::size_t>(-1))
-      state = std::mbstate_t{};
+    lineCancelled = true;
+    return '\n';
   }
+  char byte = 0;
+  if (::read(STDIN_FILENO, &byte, 1) <= 0)
+    return -1;
+  // So reads a Ctrl-D that was typed when the terminal was not the editor's yet; later it is Ctrl-Space.
+  if (byte == '\0' && typedAhead)
+    return endOfInput;
+  return static_cast<unsigned char>(byte);
+}
+
+/// One character from the terminal: the editor works with characters, not bytes.
+int readCharacter(FILE*)
+{
+  static CharacterDecoder decoder;
+  return decoder.next(readByte);
 }
 
 /// Hands out the candidates one by one; the editor frees them.
@@ -157,6 +164,7 @@ public:
     for (;;)
     {
       lineCancelled = false;
+      typedAhead = true;
       char* typed = readline(prompt.c_str());
       if (typed == nullptr)
       {
