@@ -18,40 +18,6 @@ class CoreTest : public ManagerTest
 {
 };
 
-template <typename Result, typename... Arguments>
-std::ptrdiff_t placeOf(Result (ServiceDataManagerIfc::*operation)(Arguments...))
-{
-  std::ptrdiff_t place = 0;
-  std::memcpy(&place, &operation, sizeof place);
-  return place / static_cast<std::ptrdiff_t>(sizeof(void*));
-}
-
-TEST_F(CoreTest, OffersItsOperationsInTheAgreedOrderOfSlots)
-{
-  using Ifc = ServiceDataManagerIfc;
-  const std::vector<std::ptrdiff_t> places = {placeOf(&Ifc::setup),
-                                              placeOf(&Ifc::initialise),
-                                              placeOf(&Ifc::initialiseWithoutSettingDefaultData),
-                                              placeOf(&Ifc::ready),
-                                              placeOf(&Ifc::setData),
-                                              placeOf(&Ifc::getData),
-                                              placeOf(&Ifc::manageableDataChanged),
-                                              placeOf(&Ifc::addGetter),
-                                              placeOf(&Ifc::addSetter),
-                                              placeOf(&Ifc::getItem),
-                                              placeOf(&Ifc::getPublishedItem),
-                                              placeOf(&Ifc::setStartup),
-                                              placeOf(&Ifc::clearAllManagedData),
-                                              placeOf(&Ifc::setDefaultUserData),
-                                              placeOf(&Ifc::importItemFromDAS),
-                                              placeOf(&Ifc::deleteGetters),
-                                              placeOf(&Ifc::deleteSetters),
-                                              placeOf(&Ifc::reloadUserData)};
-  // The two destructors come first.
-  for (std::size_t i = 0; i < places.size(); ++i)
-    EXPECT_EQ(places[i], static_cast<std::ptrdiff_t>(i) + 2) << i;
-}
-
 TEST_F(CoreTest, IsConstructedWithAReentrantLockForOneHolderAndCallsNothingElse)
 {
   recording::behaviour().openLevel = 6;
