@@ -1,0 +1,6 @@
+// Visibility of the contract's types. Services are found by name and then down-cast, so the type
+// information of every contract class has to be one and the same in the library, the service and the
+// platform, however each of them was built.
+#pragma once
+
+#define SDM_PLATFORM_EXPORT __attribute__((visibility("default")))
