@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "NetworkValues.h"
+#include "StorableText.h"
 
 namespace commsservice
 {
@@ -59,7 +60,9 @@ ValueRule text(std::size_t shortest, std::size_t longest)
   {
     if (value.size() < shortest || value.size() > longest)
       return "must have " + range(shortest, longest) + " characters";
-    return hasControlCharacter(value) ? "must not contain control characters" : "";
+    if (hasControlCharacter(value))
+      return "must not contain control characters";
+    return isStorableText(value) ? "" : "must be UTF-8 text of characters that can be stored";
   };
 }
 

@@ -12,7 +12,7 @@ namespace commsservice
 /// never quotes the value, which may be a secret.
 using ValueRule = std::function<std::string(const std::string& value)>;
 
-/// Any UTF-8 text without control characters, of `shortest` to `longest` bytes.
+/// Any UTF-8 text that XML can carry, without control characters, of `shortest` to `longest` bytes.
 ValueRule text(std::size_t shortest, std::size_t longest);
 
 /// As `text`, without the characters that XML escapes. User data needs it: it is read back from the

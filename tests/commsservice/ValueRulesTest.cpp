@@ -20,6 +20,11 @@ std::vector<Sample> samples()
 {
   return {
       {"text", text(1, 3), {"a", "abc", "é"}, {"", "abcd", "a\n", "\x7f", "éé"}},
+      {"text of any language",
+       text(0, 9),
+       {"\u00e9", "\u20ac", "\ufffd", "\ue000", "\U0001f4de", "\U0010ffff"},
+       {"\xff\xfe", "a\xc3", "\xc3z", "\x80", "\xc0\xaf", "\xe0\x80\xaf", "\xf0\x80\x80\xaf", "\xed\xa0\x80",
+        "\xef\xbf\xbe", "\xef\xbf\xbf", "\xf4\x90\x80\x80", "\xf5\x80\x80\x80"}},
       {"plainText", plainText(0, 9), {"", "a b"}, {"a&b", "<", ">", "\"", "'", "a\tb"}},
       {"wholeNumber",
        wholeNumber(0, 600),

@@ -1,8 +1,9 @@
 """Setting values: taken, refused, unchanged, in groups; and values of the device itself."""
 import os
+import subprocess
 import unittest
 
-from program import ProgramTest
+from program import SDM, ProgramTest, Run
 
 
 class Setting(ProgramTest):
@@ -142,6 +143,13 @@ class Setting(ProgramTest):
         self.assertIn("refused: the security log could not be written: ", run.out)
         self.assertNotIn("set failed", run.out)
         self.assertEqual(run.lines()[-1], "snmp.contact is stored as abc")
+
+    def test_refuses_what_no_request_can_carry(self):
+        run = Run(subprocess.run([SDM, "run", "--device", self.device], input=b"set snmp.contact \xff\xfe\n",
+                                 capture_output=True, timeout=60))
+        self.assertEqual(run.code, 1)
+        self.assertIn("refused: snmp.contact: must be UTF-8 text", run.out)
+        self.assertNotIn("the database did not take", run.out)
 
     def test_refuses_an_empty_root_id_once(self):
         run = self.run_script('set "" x')
