@@ -1,4 +1,5 @@
 """A new device: what the start tells, and what can be read."""
+import os
 import unittest
 
 from program import ProgramTest
@@ -15,6 +16,22 @@ class FirstStart(ProgramTest):
         self.assertEqual(run.after("  refused"), "0")
         self.assertEqual(run.after("  groups"), "0 failed, 3 judged")
         self.assertRegex(run.after("  time"), r"^\d+\.\d ms$")
+
+    def test_warns_when_line_ends_turn_encryption_off(self):
+        self.run_script()
+        with open(os.path.join(self.device, "CommsSettings.csv")) as file:
+            lines = file.read().splitlines()
+        path = os.path.join(self.folder, "changed.csv")
+        def start(text):
+            with open(path, "w", newline="") as file:
+                file.write(text)
+            return self.run_script(options=("--map", path)).err
+        self.assertEqual(start("\n".join(lines) + "\n"), "")
+        warning = start("\n".join(lines) + "\r\n".join([""] + lines[-3:]) + "\n")
+        self.assertEqual(len(warning.splitlines()), 1, warning)
+        for part in (path, "line %d (3 such lines)" % len(lines), "CR LF", "unencrypted"):
+            self.assertIn(part, warning)
+        self.assertIn("column 12 is neither empty nor true; ", start("\n".join(lines) + "\nx.y,S,C,,,,,,,,,yes\n"))
 
     def test_lists_every_item_with_its_default(self):
         run = self.run_script("list")

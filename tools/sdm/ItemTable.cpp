@@ -47,8 +47,10 @@ ItemTable::ItemTable(const std::filesystem::path& path)
   {
     if (line == sdm::ItemMapFile::Line::readError)
       unreadable(path, std::strerror(errno));
-    if (line == sdm::ItemMapFile::Line::item)
-      all.push_back(itemOf(file));
+    if (line != sdm::ItemMapFile::Line::item)
+      continue;
+    all.push_back(itemOf(file));
+    noteEncryption(file.column(Column::dasEncrypted), file.lineNumber());
   }
   if (all.empty())
     unreadable(path, "it holds no item, that is no line with twelve columns separated by commas");
@@ -58,6 +60,22 @@ ItemTable::ItemTable(const std::filesystem::path& path)
       ids.push_back(all[i].rootId);
     places[all[i].rootId] = i;
   }
+}
+
+void ItemTable::noteEncryption(const std::string& column, unsigned long line)
+{
+  if (column.empty() || column == "true")
+    return;
+  if (unclear.lines++ == 0)
+  {
+    unclear.firstLine = line;
+    unclear.carriageReturn = column.back() == '\r';
+  }
+}
+
+const UnclearEncryption& ItemTable::unclearEncryption() const
+{
+  return unclear;
 }
 
 const std::vector<MapItem>& ItemTable::items() const

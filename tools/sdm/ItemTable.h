@@ -41,6 +41,15 @@ public:
   using std::runtime_error::runtime_error;
 };
 
+/// Lines whose last column was meant to say something about encryption, and does not.
+struct UnclearEncryption
+{
+  std::size_t lines = 0;
+  unsigned long firstLine = 0;
+  /// Whether the first one ends in a carriage return.
+  bool carriageReturn = false;
+};
+
 class ItemTable
 {
 public:
@@ -55,8 +64,14 @@ public:
   /// Each once, in the order of the file.
   const std::vector<std::string>& rootIds() const;
 
+  /// Lines whose last column is neither empty nor "true". The manager takes their items for unencrypted.
+  const UnclearEncryption& unclearEncryption() const;
+
 private:
+  void noteEncryption(const std::string& column, unsigned long line);
+
   std::vector<MapItem> all;
+  UnclearEncryption unclear;
   std::map<std::string, std::size_t> places;
   std::vector<std::string> ids;
 };

@@ -172,6 +172,11 @@ const StartSummary& RunningDevice::summary() const
   return started;
 }
 
+const std::filesystem::path& RunningDevice::mapFile() const
+{
+  return map;
+}
+
 const ItemTable& RunningDevice::items() const
 {
   return table;

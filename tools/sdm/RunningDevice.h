@@ -54,6 +54,8 @@ public:
   /// Of the last start.
   const StartSummary& summary() const;
 
+  /// The file that the operator named, not the device's copy.
+  const std::filesystem::path& mapFile() const;
   const ItemTable& items() const;
   const Masking& masking() const;
   host::Device& device();

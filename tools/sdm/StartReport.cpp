@@ -82,6 +82,17 @@ void printUnserved(Session& session)
 
 } // namespace
 
+std::string encryptionWarning(const RunningDevice& running)
+{
+  const UnclearEncryption& unclear = running.items().unclearEncryption();
+  if (unclear.lines == 0)
+    return "";
+  const std::string count = unclear.lines == 1 ? "" : " (" + std::to_string(unclear.lines) + " such lines)";
+  return "the item map " + shown(running.mapFile().string()) + ", line " + std::to_string(unclear.firstLine) + count +
+         ": column 12 is neither empty nor true" + (unclear.carriageReturn ? ", because the line ends in CR LF" : "") +
+         "; the value is stored unencrypted";
+}
+
 void printStart(Session& session, const StartSummary& summary, const std::string& headline)
 {
   session.out << session.style.strong(headline) << "\n";

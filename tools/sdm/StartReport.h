@@ -11,4 +11,7 @@ namespace cli
 /// Prints what a start did, what it could not do included.
 void printStart(Session& session, const StartSummary& summary, const std::string& headline);
 
+/// One line about map lines that may turn encryption off by mistake; empty when there are none.
+std::string encryptionWarning(const RunningDevice& running);
+
 } // namespace cli

@@ -82,6 +82,8 @@ ExitCode run(const RunSettings& settings)
 {
   RunningDevice running(settings);
   Session session(running, std::cout, Style(wantsColours()));
+  if (const std::string warning = encryptionWarning(running); !warning.empty())
+    std::cerr << "sdm: " << warning << "\n";
   printStart(session, running.summary(), "CommsService is up on " + shown(running.folder().string()));
   const bool interactive = isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0;
   if (interactive)
