@@ -34,7 +34,8 @@ class CommandLine(ProgramTest):
 
     def test_wrong_usage_is_exit_code_two_with_a_suggestion(self):
         for arguments, hint in ((["runn"], "run"), (["run", "--devise", "x"], "--device"), ([], None),
-                                (["run", "--interfaces", "many"], None), (["run", "--log-level", "7"], None)):
+                                (["run", "--interfaces", "many"], None), (["run", "--log-level", "7"], None),
+                                (["run", "--device", ""], None)):
             run = self.sdm(*arguments)
             self.assertEqual((run.code, run.out), (2, ""), arguments)
             if hint:

@@ -24,6 +24,13 @@ class Damage(ProgramTest):
         self.assertEqual(run.row("display.brightness")[-1][-1], "!")
         self.assertEqual(run.lines()[-1], "time.zone = Europe/Rome")
 
+    def test_an_import_that_fails_is_refused(self):
+        self.run_script("set display.banner Hello")
+        self.in_database("UPDATE UserPreferences SET Banner = ?", "a\x01b")
+        run = self.run_script("import display.banner")
+        self.assertEqual(run.code, 1)
+        self.assertIn("refused: display.banner could not be read: ", run.out)
+
     def test_a_value_that_the_service_refused_is_told_as_such(self):
         self.run_script("set display.brightness 44")
         self.in_database("UPDATE UserPreferences SET Brightness = '1000'")

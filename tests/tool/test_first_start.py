@@ -33,6 +33,14 @@ class FirstStart(ProgramTest):
             self.assertIn(part, warning)
         self.assertIn("column 12 is neither empty nor true; ", start("\n".join(lines) + "\nx.y,S,C,,,,,,,,,yes\n"))
 
+    def test_counts_and_lists_what_a_map_names_twice_or_nobody_answers(self):
+        path = os.path.join(self.folder, "odd.csv")
+        with open(path, "w") as file:
+            file.write("a.twice,Odd,A,,,1,,,,,,\na.twice,Odd,B,,,2,,,,,,\na.nothing,Odd,,,,x,,,,,,\n")
+        run = self.run_script("list", options=("--map", path))
+        self.assertEqual(run.after("  items"), "2, 0 of them on the device only")
+        self.assertEqual([run.row("a.nothing")[i] for i in (1, 3)], ["?", "nobody"])
+
     def test_lists_every_item_with_its_default(self):
         run = self.run_script("list")
         self.assertEqual(run.row("ip.address"),

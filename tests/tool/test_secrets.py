@@ -50,6 +50,11 @@ class Secrets(ProgramTest):
     def test_are_not_sent_in_pieces_when_the_quotes_are_forgotten(self):
         self.assertIn("a secret with blanks stands in", self.everything.out)
 
+    def test_are_not_echoed_when_get_was_typed_for_set(self):
+        run = self.run_script("get sip.password opensesame42")
+        self.assertEqual(run.code, 1)
+        self.assertNotIn("opensesame42", run.out + run.err)
+
     def test_work_after_a_restart_of_the_program(self):
         run = self.run_script("set sip.password opensesame42", "show sip.password")
         self.assertIn("sip.password = *****  (unchanged)", run.out)

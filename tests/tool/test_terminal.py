@@ -70,6 +70,12 @@ class Terminal(ProgramTest):
         self.open_terminal(NO_COLOR="1")
         self.assertNotRegex(self.screen, r"\x1b\[\d*m")
 
+    def test_shows_no_colours_on_a_terminal_of_no_kind(self):
+        self.type("quit\r", "\n")
+        self.exit_code()
+        self.open_terminal(TERM="")
+        self.assertNotRegex(self.screen, r"\x1b\[\d*m")
+
     def test_completes_commands_and_root_ids_by_tab(self):
         self.type("sh\t", "ow ")
         self.type("time.z\t", "one ")

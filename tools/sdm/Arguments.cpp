@@ -38,6 +38,7 @@ void addRunOptions(CLI::App& run, RunSettings& settings)
   run.add_option("--map", settings.map, "Item map file; without it that of the sample service")->type_name("FILE");
   run.add_option("--device", settings.device, "Folder of the device, made when it is not there")
       ->type_name("DIR")
+      ->check([](const std::string& folder) { return folder.empty() ? "the name of a folder is empty" : ""; })
       ->capture_default_str();
   run.add_option("--interfaces", settings.interfaces,
                  "Physical interfaces of the unit; with 2, 3 or 4 the alternative defaults apply")

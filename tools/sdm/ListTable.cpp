@@ -53,8 +53,9 @@ std::vector<Row> rowsOf(Session& session, const std::vector<const MapItem*>& ite
     const bool readable = found != values.end() || masking.isSecret(*item);
     const std::string value = found == values.end() ? "" : found->second;
     rows.push_back({shown(item->rootId), readable ? masking.value(*item, value) : "?",
-                    masking.value(*item, session.running.defaultOf(*item)), session.origin(*item, value),
-                    shown(item->group), flagsOf(session, *item, value, locked)});
+                    masking.value(*item, session.running.defaultOf(*item)),
+                    readable ? session.origin(*item, value) : "nobody", shown(item->group),
+                    flagsOf(session, *item, value, locked)});
   }
   return rows;
 }

@@ -90,9 +90,15 @@ Outcome getItems(Session& session, const Arguments& arguments)
 {
   Outcome outcome = Outcome::done;
   std::vector<const MapItem*> items;
+  const Masking& masking = session.running.masking();
+  const bool withSecret = std::any_of(arguments.begin(), arguments.end(),
+                                      [&](const std::string& rootId) { return masking.isSecret(rootId); });
   for (const std::string& rootId : arguments)
   {
-    if (const MapItem* item = session.known(rootId))
+    // Whoever types `get` for `set` has the secret itself where a root id belongs.
+    if (withSecret && session.running.items().find(rootId) == nullptr)
+      outcome = session.refuse("a word among them is no item; beside a secret it is not shown");
+    else if (const MapItem* item = session.known(rootId))
       items.push_back(item);
     else
       outcome = Outcome::refused;
@@ -104,7 +110,7 @@ Outcome getItems(Session& session, const Arguments& arguments)
     if (found == values.end())
       outcome = session.refuse("nothing answers for " + shown(item->rootId));
     else
-      session.out << shown(item->rootId) << " = " << session.running.masking().value(*item, found->second) << "\n";
+      session.out << shown(item->rootId) << " = " << masking.value(*item, found->second) << "\n";
   }
   return outcome;
 }
@@ -117,7 +123,11 @@ Outcome importItem(Session& session, const Arguments& arguments)
   if (item->isLocal())
     return session.refuse(shown(item->rootId) + " is not in the database; `get` reads it");
   std::string value;
+  const std::uint64_t before = session.running.lastExchange();
   session.running.service().manager().importItemFromDAS(item->rootId, value);
+  const auto failures = session.running.failuresAfter(before);
+  if (!failures.empty())
+    return session.refuse(shown(item->rootId) + " could not be read: " + failures.front().reason);
   if (value.empty())
   {
     session.out << shown(item->rootId) << ": the database holds nothing, or an empty text\n";

@@ -72,14 +72,18 @@ public:
   /// Whether the database holds an encrypted value for it that the key does not open.
   bool isUndecryptable(const MapItem& item);
 
+  /// The number of the last request to the database, 0 before the first.
+  std::uint64_t lastExchange();
+
+  /// Reads behind that request which got no values, as far back as requests are remembered.
+  std::vector<SchemaFailure> failuresAfter(std::uint64_t exchange);
+
   /// Whether the service has a callback for it.
   bool hasSetter(const MapItem& item) const;
   bool hasGetter(const MapItem& item) const;
 
 private:
   void provision();
-  std::uint64_t lastExchange();
-  std::vector<SchemaFailure> failuresAfter(std::uint64_t exchange);
   StartSummary summarise(std::chrono::steady_clock::time_point began, bool first);
 
   std::filesystem::path map;

@@ -24,11 +24,13 @@ std::size_t schemaCount(const std::vector<MapItem>& items)
 
 void printCounts(Session& session, const StartSummary& summary)
 {
-  const auto& items = session.running.items().items();
-  const auto local = std::count_if(items.begin(), items.end(), [](const MapItem& item) { return item.isLocal(); });
+  const ItemTable& table = session.running.items();
+  const auto& items = table.rootIds();
+  const auto local = std::count_if(items.begin(), items.end(),
+                                   [&](const std::string& rootId) { return table.find(rootId)->isLocal(); });
   const std::size_t values = summary.calls.refused - summary.calls.repeated;
   session.out << "  items     " << items.size() << ", " << local << " of them on the device only\n"
-              << "  schemas   " << schemaCount(items) << "\n"
+              << "  schemas   " << schemaCount(table.items()) << "\n"
               << "  imported  " << summary.imported << " from the database, " << summary.localValues
               << " from the local store\n"
               << "  refused   " << values << "\n"
