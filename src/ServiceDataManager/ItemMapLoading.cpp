@@ -1,6 +1,7 @@
 // Filling the item table from a file or from a dictionary of the local management store.
 #include <cerrno>
 #include <cstring>
+#include <utility>
 
 #include <LocalMgmtIfc.h>
 #include <ManageableData.h>
@@ -164,17 +165,18 @@ void ServiceDataManager::addDataItem(const std::string& rootId, const std::strin
                                      const std::string& setterName, const std::string& getterName,
                                      const std::string& isGroupItem, const std::string& dasEncrypted)
 {
+  // Each a new text, since an assigned one rounds its room up, and items live long.
   auto item = std::make_unique<ManagedDataItem>();
-  item->rootId = rootId;
-  item->dasSchema = dasSchema;
-  item->dasItem = dasItem;
-  item->dasIndexName = dasIndexName;
-  item->dasIndexValue = dasIndexValue;
+  item->rootId = std::string(rootId);
+  item->dasSchema = std::string(dasSchema);
+  item->dasItem = std::string(dasItem);
+  item->dasIndexName = std::string(dasIndexName);
+  item->dasIndexValue = std::string(dasIndexValue);
   item->setter = findSetterFunc(setterName);
   item->getter = findGetterFunc(getterName);
-  item->defaultValue = defaultValue;
-  item->isGroupItem = isGroupItem;
-  item->dasEncrypted = dasEncrypted;
+  item->defaultValue = std::string(defaultValue);
+  item->isGroupItem = std::string(isGroupItem);
+  item->dasEncrypted = std::string(dasEncrypted);
   items.push_back(nullptr);
   items.back() = item.release();
 }

@@ -87,7 +87,7 @@ void ServiceDataManager::Operation::freeRetired()
       if (kept.count(changed) == 0)
         changed = nullptr;
     }
-    std::vector<std::shared_ptr<void>>().swap(manager.retired);
+    std::vector<Retired>().swap(manager.retired);
   }
 }
 

@@ -10,5 +10,6 @@ template <typename Object>
 void ServiceDataManager::retire(std::unique_ptr<Object> object)
 {
   if (object != nullptr && runningOperations > 0)
-    retired.push_back(std::shared_ptr<Object>(std::move(object)));
+    retired.push_back(
+        Retired(object.release(), [](void* old) { std::default_delete<Object>()(static_cast<Object*>(old)); }));
 }

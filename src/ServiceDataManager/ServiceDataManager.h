@@ -110,6 +110,7 @@ private:
   friend void ::DASEndElementHandler(void*, const char*);
 
   // Lifecycle. What a running operation may still point at is freed when the outermost operation ends.
+  using Retired = std::unique_ptr<void, void (*)(void*)>;
   template <typename Object>
   void retire(std::unique_ptr<Object> object);
   void discardItemsFrom(std::size_t first);
@@ -244,7 +245,7 @@ private:
 
   /// Operations on the stack of the thread that holds the lock: more than one when callbacks called back.
   int runningOperations = 0;
-  std::vector<std::shared_ptr<void>> retired;
+  std::vector<Retired> retired;
 
   Semaphore semaphore{1, 1, true};
   bool registered = false;
