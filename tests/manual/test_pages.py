@@ -1,0 +1,74 @@
+"""Each page lists the commands, arguments, options and exit codes of the help text, in the same words and order."""
+import os
+import re
+import subprocess
+import unittest
+
+PROGRAM = os.environ["SDM"]
+
+
+def plain(text):
+    """A line of the page without its macros and escapes."""
+    text = re.sub(r"\bFl \\?-?", lambda match: "--" if match.group(0).endswith("-") else "-", text)
+    text = re.sub(r"\bOp Ar (.*)$", r"[\1]", text)
+    text = re.sub(r"\b(Cm|Ar|It|Ev|Pa) ?", "", text)
+    return text.replace(" ,", ",").strip()
+
+
+def page_lists(name):
+    """What the page's lists are of, by the title of the part: pairs of a term and the text behind it."""
+    lists, title = {}, ""
+    with open(os.path.join(os.environ["PAGES"], name)) as page:
+        for line in page.read().splitlines():
+            if line.startswith((".Sh ", ".Ss ")):
+                title = line[4:].capitalize()
+            elif line.startswith(".It "):
+                lists.setdefault(title, []).append([plain(line[4:]), ""])
+            elif line.startswith(".El"):
+                title = ""
+            elif title in lists:
+                lists[title][-1][1] += " " + plain(line.lstrip("."))
+    return lists
+
+
+def help_lists(*arguments):
+    """The same of the help text, which sets a term apart from its text by two blanks or a line end."""
+    text = subprocess.run([PROGRAM, *arguments, "--help"], capture_output=True, text=True, check=True).stdout
+    lists, title = {}, ""
+    for line in re.sub(r"\n {20,}", "  ", text).splitlines():
+        if re.match(r"^\S.*:$", line):
+            title = line[:-1].capitalize()
+        elif title and re.match(r"^  \S", line):
+            lists.setdefault(title, []).append(re.split(r" {2,}", line.strip(), maxsplit=1))
+        elif not line:
+            title = ""
+    return lists
+
+
+def words(text):
+    return re.findall(r"\w+", text.lower())
+
+
+class Pages(unittest.TestCase):
+    def assert_same(self, page, told, name=lambda term: term):
+        self.assertEqual([term for term, _ in page], [name(term) for term, _ in told])
+        for (term, written), (_, said) in zip(page, told):
+            self.assertEqual(words(written)[:len(words(said))], words(said), term)
+
+    def test_page_of_the_program(self):
+        page, told = page_lists("sdm.1"), help_lists()
+        self.assert_same(page["Commands"], told["Subcommands"])
+        self.assertEqual([term for term, _ in page["Options"]],
+                         [term.replace(",", ", ") for term, _ in told["Options"]])
+        self.assert_same(page["Exit status"], told["Exit codes"])
+
+    def test_page_of_run(self):
+        page, told = page_lists("sdm-run.1"), help_lists("run")
+        self.assert_same(page["Commands"], told["Commands"])
+        self.assertEqual([re.sub(r" .*", "", term) if "," not in term else term for term, _ in page["Options"]],
+                         [re.sub(r"[ :=].*", "", term).replace(",", ", ") for term, _ in told["Options"]])
+        self.assert_same(page["Exit status"], told["Exit codes"])
+
+
+if __name__ == "__main__":
+    unittest.main()
