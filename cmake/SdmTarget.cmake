@@ -9,6 +9,12 @@ function(sdm_target name)
   target_compile_options(${name} PRIVATE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor -Wold-style-cast
     -Woverloaded-virtual -Wformat=2 -Werror)
+  # Files of more than 2 GiB, on devices of 32 bits as well.
+  target_compile_definitions(${name} PRIVATE _FILE_OFFSET_BITS=64)
+  if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+    # What is no narrowing with 64 bits may be one here, and what may stand anywhere in memory there may not here.
+    target_compile_options(${name} PRIVATE -Warith-conversion -Wcast-align=strict)
+  endif()
   if(SDM_SANITIZE)
     target_compile_options(${name} PRIVATE -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(${name} PUBLIC -fsanitize=address,undefined)

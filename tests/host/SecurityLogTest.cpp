@@ -46,6 +46,24 @@ TEST_F(SecurityLog, WritesOneLineWithAllFields)
                              "2023-11-14T22:13:21Z\t-4\t10\t0\t3\tfailed\tSch set Col(***)\t-\t-\n");
 }
 
+TEST_F(SecurityLog, WritesTimesToTheEndOf32BitsAndBehindItWhereATimeHasMore)
+{
+  std::vector<std::pair<std::int64_t, std::string>> table = {
+      {0, "1970-01-01T00:00:00Z"},
+      {0x7FFFFFFF, "2038-01-19T03:14:07Z"},
+      {-1, "1969-12-31T23:59:59Z"}, // what the C library answers once a time of 32 bits is over
+      {-0x80000000LL, "1901-12-13T20:45:52Z"},
+  };
+  if (sizeof(time_t) > 4)
+    table.emplace_back(0x80000000LL, "2038-01-19T03:14:08Z");
+  host::SecurityLogService service(file);
+  for (const auto& [when, written] : table)
+  {
+    service.logSecurityEvent(static_cast<time_t>(when), 4, 1, 5, 3, false, "r", "", "");
+    EXPECT_EQ(linesOf(file).back().substr(0, written.size() + 1), written + "\t");
+  }
+}
+
 TEST_F(SecurityLog, RecordIsAlwaysOneLine)
 {
   const std::vector<std::pair<std::string, std::string>> table = {

@@ -52,6 +52,15 @@ class CommandLine(ProgramTest):
             file.write("not,enough,columns\n")
         self.assert_one_line(self.sdm("run", "--map", path, "--device", self.device), path, "holds no item")
 
+    def test_a_map_that_is_too_large_is_named(self):
+        path = os.path.join(self.folder, "large.csv")
+        for size in (0x4000001, 0x100000010):
+            with open(path, "w") as file:
+                file.write("time.server,TimeSettings,Server,,,d,,,,,,\n")
+                file.truncate(size)
+            run = self.sdm("run", "--map", path, "--device", self.device)
+            self.assert_one_line(run, path, "more than 64 MiB", "--map")
+
     def test_a_map_that_does_not_fit_the_database_is_named(self):
         self.run_script()
         path = os.path.join(self.folder, "other.csv")

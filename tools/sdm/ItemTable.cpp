@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <system_error>
 
 #include "ItemMapFile.h"
 
@@ -11,6 +12,9 @@ namespace
 {
 
 using Column = sdm::ItemMapColumn;
+
+// Beyond that a file is no map that anybody wrote, and table and copy would take the memory of a device.
+constexpr std::uintmax_t largestMapMiB = 64;
 
 MapItem itemOf(const sdm::ItemMapFile& file)
 {
@@ -42,6 +46,10 @@ ItemTable::ItemTable(const std::filesystem::path& path)
   sdm::ItemMapFile file(path.c_str());
   if (!file.isOpen())
     unreadable(path, std::strerror(errno));
+  std::error_code unknown;
+  if (const std::uintmax_t size = std::filesystem::file_size(path, unknown);
+      !unknown && size > largestMapMiB * 1024 * 1024)
+    unreadable(path, "it has more than " + std::to_string(largestMapMiB) + " MiB");
   auto line = file.next();
   for (; line != sdm::ItemMapFile::Line::end; line = file.next())
   {

@@ -53,7 +53,7 @@ struct UnclearEncryption
 class ItemTable
 {
 public:
-  /// Throws `StartError` for a file that cannot be read or holds no item.
+  /// Throws `StartError` for a file that cannot be read, holds no item or has more than 64 MiB.
   explicit ItemTable(const std::filesystem::path& path);
 
   const std::vector<MapItem>& items() const;
