@@ -1,5 +1,5 @@
 // What becomes of typed bytes.
-#include "CharacterDecoder.h"
+#include "run/CharacterDecoder.h"
 
 #include <gtest/gtest.h>
 

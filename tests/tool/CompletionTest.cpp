@@ -1,5 +1,5 @@
 // What Tab offers in which place.
-#include "Completion.h"
+#include "run/Completion.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // Requests and replies as the operator reads them.
-#include "TrafficText.h"
+#include "run/TrafficText.h"
 
 #include <gtest/gtest.h>
 

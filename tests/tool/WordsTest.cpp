@@ -1,5 +1,5 @@
 // How a command line falls into words.
-#include "Words.h"
+#include "run/Words.h"
 
 #include <gtest/gtest.h>
 

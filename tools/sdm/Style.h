@@ -6,6 +6,9 @@
 namespace cli
 {
 
+/// Whether this descriptor is a terminal that shows colours, and nobody turned them off.
+bool wantsColours(int descriptor);
+
 /// Marks texts for a terminal; without colours they stay as they are.
 class Style
 {

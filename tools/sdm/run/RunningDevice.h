@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "Arguments.h"
 #include "CommsService.h"
 #include "ItemTable.h"
 #include "Masking.h"
+#include "RunSettings.h"
 #include "host/Device.h"
 
 namespace cli

@@ -1,0 +1,54 @@
+#include "Run.h"
+
+#include <CLI/CLI.hpp>
+
+#include <memory>
+#include <string>
+
+#include "Commands.h"
+
+namespace cli
+{
+namespace
+{
+
+std::string footer()
+{
+  return "Commands come from the terminal, with line editing, history and completion by Tab, or line by line from a\n"
+         "pipe; a line that begins with # is passed over. Log lines go to standard error and to log/device.log in\n"
+         "the device folder, all else to standard output. NO_COLOR in the environment turns colours off.\n\n"
+         "Commands:\n" +
+         commandSummary() +
+         "\n"
+         "Exit codes:\n"
+         "  0  done\n"
+         "  1  a command of a script was refused or failed, or output was lost\n"
+         "  2  wrong usage of the command line\n"
+         "  3  the device cannot be brought up: item map, folder, database or key\n";
+}
+
+} // namespace
+
+Action addRun(CLI::App& run)
+{
+  const auto settings = std::make_shared<RunSettings>();
+  run.add_option("--map", settings->map, "Item map file; without it that of the sample service")->type_name("FILE");
+  run.add_option("--device", settings->device, "Folder of the device, made when it is not there")
+      ->type_name("DIR")
+      ->check([](const std::string& folder) { return folder.empty() ? "the name of a folder is empty" : ""; })
+      ->capture_default_str();
+  run.add_option("--interfaces", settings->interfaces,
+                 "Physical interfaces of the unit; with 2, 3 or 4 the alternative defaults apply")
+      ->type_name("N")
+      ->check(CLI::Range(0, 64))
+      ->capture_default_str();
+  run.add_option("--log-level", settings->logLevel,
+                 "How much is logged: 2 failures, 3 refusals, 4 operations, 5 with requests, 6 everything")
+      ->type_name("L")
+      ->check(CLI::Range(0, 6))
+      ->capture_default_str();
+  run.footer(footer());
+  return [settings] { return runDevice(*settings); };
+}
+
+} // namespace cli

@@ -1,0 +1,20 @@
+// What `sdm run` was asked to do.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+
+namespace cli
+{
+
+struct RunSettings
+{
+  /// Nothing given: the sample service's own map.
+  std::optional<std::filesystem::path> map;
+  std::filesystem::path device = "device";
+  std::uint32_t interfaces = 1;
+  int logLevel = 2;
+};
+
+} // namespace cli
