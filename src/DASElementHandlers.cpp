@@ -5,17 +5,35 @@
 void DASStartElementHandler(void* userData, const char* name, const char** atts)
 {
   auto* manager = static_cast<ServiceDataManager*>(userData);
-  manager->handleElement([&] { manager->startElementHandler(name, atts); });
+  manager->lockIsHeld();
+  manager->handleElement(
+      [&]
+      {
+        manager->lockIsHeld();
+        manager->startElementHandler(name, atts);
+      });
 }
 
 void DASCharacterDataHandler(void* userData, const char* s, int len)
 {
   auto* manager = static_cast<ServiceDataManager*>(userData);
-  manager->handleElement([&] { manager->characterDataHandler(s, len); });
+  manager->lockIsHeld();
+  manager->handleElement(
+      [&]
+      {
+        manager->lockIsHeld();
+        manager->characterDataHandler(s, len);
+      });
 }
 
 void DASEndElementHandler(void* userData, const char* name)
 {
   auto* manager = static_cast<ServiceDataManager*>(userData);
-  manager->handleElement([&] { manager->endElementHandler(name); });
+  manager->lockIsHeld();
+  manager->handleElement(
+      [&]
+      {
+        manager->lockIsHeld();
+        manager->endElementHandler(name);
+      });
 }

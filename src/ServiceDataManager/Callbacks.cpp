@@ -3,6 +3,7 @@
 #include <string>
 #include <utility>
 
+#include "Hold.h"
 #include "Log.h"
 #include "Retire.h"
 #include "ServiceDataManager.h"
@@ -35,7 +36,7 @@ std::vector<std::unique_ptr<Callback>> distinctCallbacks(const std::map<std::str
 
 void ServiceDataManager::addGetter(const Getter& getter)
 {
-  CriticalSection lock(semaphore);
+  const Hold hold(*this);
   if (getter.name == nullptr)
     SDM_LOG(2, "addGetter getter without a name");
   else
@@ -44,7 +45,7 @@ void ServiceDataManager::addGetter(const Getter& getter)
 
 void ServiceDataManager::addSetter(const Setter& setter)
 {
-  CriticalSection lock(semaphore);
+  const Hold hold(*this);
   if (setter.name == nullptr)
     SDM_LOG(2, "addSetter setter without a name");
   else
@@ -63,7 +64,7 @@ ManagedItemSetter* ServiceDataManager::findSetterFunc(const std::string& name) c
 
 void ServiceDataManager::deleteGetters()
 {
-  CriticalSection lock(semaphore);
+  const Hold hold(*this);
   // Taken out first, so that a callback's destructor finds the registry empty and usable.
   for (auto& getter : distinctCallbacks(std::exchange(getters, {})))
     retire(std::move(getter));
@@ -71,7 +72,7 @@ void ServiceDataManager::deleteGetters()
 
 void ServiceDataManager::deleteSetters()
 {
-  CriticalSection lock(semaphore);
+  const Hold hold(*this);
   for (auto& setter : distinctCallbacks(std::exchange(setters, {})))
     retire(std::move(setter));
 }

@@ -2,6 +2,7 @@
 #include <LocalMgmtIfc.h>
 #include <ManageableData.h>
 
+#include "Hold.h"
 #include "Log.h"
 #include "OCMSImportMap.h"
 #include "ServiceDataManager.h"
@@ -22,7 +23,7 @@ std::string indexValueFor(const ManagedDataItem& item)
 
 void ServiceDataManager::importFromOCMS()
 {
-  CriticalSection lock(semaphore);
+  const Hold hold(*this);
   // A placeholder text; nothing reads it.
   [[maybe_unused]] const char* const unused = "unsused";
 

@@ -5,6 +5,7 @@
 #include <LocalMgmtIfc.h>
 
 #include "DASImportMap.h"
+#include "Hold.h"
 #include "Log.h"
 #include "OCMSImportMap.h"
 #include "OCMSPublishMap.h"
@@ -21,7 +22,7 @@ ServiceDataManager::ServiceDataManager() = default;
 
 ServiceDataManager::~ServiceDataManager()
 {
-  CriticalSection lock(semaphore);
+  const Hold hold(*this);
   try
   {
     SDM_TRACE(5, "deleting sdm");
@@ -56,7 +57,7 @@ bool ServiceDataManager::ready()
 
 void ServiceDataManager::clearAllManagedData()
 {
-  CriticalSection lock(semaphore);
+  const Hold hold(*this);
   retire(std::move(dasImportMap));
   retire(std::move(ocmsImportMap));
   retire(std::move(ocmsPublishMap));
@@ -80,13 +81,13 @@ void ServiceDataManager::discardItemsFrom(std::size_t first)
 
 ManagedDataItem* ServiceDataManager::getItem(const std::string& name)
 {
-  CriticalSection lock(semaphore);
+  const Hold hold(*this);
   return ocmsSubscribeMap ? ocmsSubscribeMap->getItem(name) : nullptr;
 }
 
 ManagedDataItem* ServiceDataManager::getPublishedItem(const std::string& name)
 {
-  CriticalSection lock(semaphore);
+  const Hold hold(*this);
   return publishedItem(name);
 }
 

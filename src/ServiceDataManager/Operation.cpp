@@ -6,7 +6,7 @@
 #include <utility>
 
 ServiceDataManager::Operation::Operation(ServiceDataManager& owner)
-    : lock(owner.semaphore),
+    : hold(owner),
       manager(owner),
       exceptionsBefore(std::uncaught_exceptions()),
       inner(owner.runningOperations > 0),
@@ -39,6 +39,7 @@ ServiceDataManager::Operation::~Operation()
 
 void ServiceDataManager::Operation::dropPendingRecords()
 {
+  manager.lockIsHeld();
   manager.pendingSecurityLogRecords.clear();
   manager.recordsToKeep = 0;
 }

@@ -1,7 +1,7 @@
 // The frame of every interface operation that runs callbacks.
 #pragma once
 
-#include "ServiceDataManager.h"
+#include "Hold.h"
 
 /// Holds the lock and keeps operations apart.
 ///
@@ -13,11 +13,11 @@
 /// When an exception leaves the operation, so that the next one starts clean, no group stays flagged; the
 /// validator is told to forget all that were flagged or tried; and security-log records of requests that were
 /// never sent are dropped.
-class ServiceDataManager::Operation
+class SDM_SCOPED_HOLD ServiceDataManager::Operation
 {
 public:
-  explicit Operation(ServiceDataManager& owner);
-  ~Operation();
+  explicit Operation(ServiceDataManager& owner) SDM_TAKES(owner);
+  ~Operation() SDM_GIVES_BACK();
   Operation(const Operation&) = delete;
   Operation& operator=(const Operation&) = delete;
 
@@ -25,12 +25,12 @@ public:
   void dropPendingRecords();
 
 private:
-  void dropGatheredState();
-  void forgetGroup(const std::string& group);
-  void restoreOuterState();
-  void freeRetired();
+  void dropGatheredState() SDM_NEEDS(manager);
+  void forgetGroup(const std::string& group) SDM_NEEDS(manager);
+  void restoreOuterState() SDM_NEEDS(manager);
+  void freeRetired() SDM_NEEDS(manager);
 
-  CriticalSection lock;
+  Hold hold;
   ServiceDataManager& manager;
   const int exceptionsBefore;
   const bool inner;

@@ -102,7 +102,12 @@ bool ServiceDataManager::setDefaultUserData()
     return false;
   }
   ManageableData published;
-  forEachItem(itemsByRootId, rootIds, [&](ManagedDataItem& item) { resetItem(item, *das, published); });
+  forEachItem(itemsByRootId, rootIds,
+              [&](ManagedDataItem& item)
+              {
+                lockIsHeld();
+                resetItem(item, *das, published);
+              });
   return store->publishData(published);
 }
 
