@@ -1,5 +1,7 @@
 #include "CommsService.h"
 
+#include <utility>
+
 #include "SettingCallbacks.h"
 
 namespace commsservice
@@ -24,11 +26,8 @@ private:
   GroupValidator& validator;
 };
 
-CommsService::CommsService(SvcRTEContext& context)
-    : live(settings()),
-      validator(groupRules(), live, calls),
-      dataManager(makeServiceDataManager()),
-      observer(*dataManager)
+CommsService::CommsService(SvcRTEContext& context, std::unique_ptr<ServiceDataManagerIfc> manager)
+    : live(settings()), validator(groupRules(), live, calls), dataManager(std::move(manager)), observer(*dataManager)
 {
   dataManager->setup(&context, &observer, "CommsService", &validator);
   registerCallbacks();

@@ -22,8 +22,10 @@ namespace commsservice
 class CommsService
 {
 public:
-  /// Registers all callbacks and the agent; borrows the context and whatever it finds through it.
-  explicit CommsService(SvcRTEContext& context);
+  /// Registers all callbacks and the agent; borrows the context and whatever it finds through it. `manager` is never
+  /// null; give another than the library's own to watch what passes through.
+  explicit CommsService(SvcRTEContext& context,
+                        std::unique_ptr<ServiceDataManagerIfc> manager = makeServiceDataManager());
 
   /// The local store must not report changes any more.
   ~CommsService();

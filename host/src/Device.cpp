@@ -10,6 +10,7 @@
 #include "Files.h"
 #include "host/DasCrypt.h"
 #include "host/Error.h"
+#include "host/LockWatch.h"
 #include "host/PhysicalInterfaceServiceIfc.h"
 #include "host/logAppUni.h"
 
@@ -113,6 +114,7 @@ struct Device::Content
         securityLog(folder / "security.log"),
         interfaces(settings.interfaceCount)
   {
+    setSlowWait(settings.slowWait);
     context.offer("DataAccessServiceIfc", &traffic);
     context.offer("LocalMgmtIfc", &store);
     context.offer("SecurityLogServiceIfc", &securityLog);

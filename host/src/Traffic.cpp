@@ -2,6 +2,8 @@
 
 #include <exception>
 
+#include "host/Marks.h"
+
 namespace host
 {
 namespace
@@ -21,6 +23,7 @@ TrafficRecorder::TrafficRecorder(::DataAccessServiceIfc& realService, std::size_
 
 std::string TrafficRecorder::sendRequest(const char* request, std::size_t length)
 {
+  const Mark mark(MarkKind::callback, "DataAccessServiceIfc");
   Exchange exchange;
   exchange.request.assign(request, length);
   const Clock::time_point start = Clock::now();

@@ -24,11 +24,11 @@ class CommandLine(ProgramTest):
     def test_help_of_run_tells_every_option_and_command(self):
         run = self.sdm("run", "--help")
         self.assertEqual((run.code, run.err), (0, ""))
-        for option in ("--map FILE", "--device DIR", "--interfaces N", "--log-level L"):
+        for option in ("--map FILE", "--device DIR", "--interfaces N", "--log-level L", "--slow-wait MS"):
             self.assertIn(option, run.out)
         shown = self.run_script("help").out
         for command in ("list", "show", "get", "set", "changed", "import", "reset", "reload", "restart", "lock",
-                        "unlock", "traffic", "securitylog", "log", "help", "quit"):
+                        "unlock", "traffic", "securitylog", "stats", "log", "help", "quit"):
             self.assertRegex(run.out, r"(?m)^  %s( |$)" % command)
             self.assertRegex(shown, r"(?m)^  %s( |$)" % command)
 

@@ -1,6 +1,7 @@
 // A whole host device in one folder, brought up in order.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -23,6 +24,8 @@ struct SDM_HOST_EXPORT DeviceSettings
   int logLevel = 2;
   /// What of it reaches standard error as well; 0 for nothing.
   int consoleLevel = 2;
+  /// See `setSlowWait`.
+  std::chrono::milliseconds slowWait{1000};
 };
 
 /// The services of the device in `folder`: das.db, ocms.db, das.key, security.log and log/device.log, each made when it

@@ -26,6 +26,7 @@ Outcome unlockItem(Session& session, const Arguments& arguments);
 // Looking behind.
 Outcome showTraffic(Session& session, const Arguments& arguments);
 Outcome showSecurityLog(Session& session, const Arguments& arguments);
+Outcome showStats(Session& session, const Arguments& arguments);
 Outcome changeLogLevel(Session& session, const Arguments& arguments);
 
 } // namespace cli

@@ -72,6 +72,10 @@ const std::vector<Command>& commands()
        1, showTraffic},
       {"securitylog", "[N]", "Show the last lines of the security log, 10 without N", Expects::number, 0, 1,
        showSecurityLog},
+      {"stats", "",
+       "Show how long callbacks and the database took, by name, and who waited for the lock\n"
+       "  Since the program began; a callback takes as long as everything that it calls.",
+       Expects::nothing, 0, 0, showStats},
       {"log", "[LEVEL]", "Set how much is logged, 0 to 6; without LEVEL show it", Expects::level, 0, 1, changeLogLevel},
       {"help", "[COMMAND]", "Show the commands, or one of them", Expects::command, 0, 1, help},
       {"quit", "", "End the program; Ctrl-D does the same", Expects::nothing, 0, 0, quit},

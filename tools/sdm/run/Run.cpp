@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <chrono>
 #include <memory>
 #include <string>
 
@@ -47,6 +48,12 @@ Action addRun(CLI::App& run)
       ->type_name("L")
       ->check(CLI::Range(0, 6))
       ->capture_default_str();
+  run.add_option_function<std::int64_t>(
+         "--slow-wait", [settings](std::int64_t limit) { settings->slowWait = std::chrono::milliseconds(limit); },
+         "Log whoever waits longer for the service's lock, and who holds it; 0 logs none")
+      ->type_name("MS")
+      ->check(CLI::Range(0, 3600000))
+      ->default_str(std::to_string(settings->slowWait.count()));
   run.footer(footer());
   return [settings] { return runDevice(*settings); };
 }

@@ -1,6 +1,7 @@
 // What `sdm run` was asked to do.
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -15,6 +16,8 @@ struct RunSettings
   std::filesystem::path device = "device";
   std::uint32_t interfaces = 1;
   int logLevel = 2;
+  /// 0 for none.
+  std::chrono::milliseconds slowWait{1000};
 };
 
 } // namespace cli

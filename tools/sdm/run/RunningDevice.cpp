@@ -8,6 +8,7 @@
 #include "MapCopy.h"
 #include "Shown.h"
 #include "TrafficText.h"
+#include "WatchedManager.h"
 #include "host/DasCrypt.h"
 #include "host/Error.h"
 
@@ -28,6 +29,7 @@ std::unique_ptr<host::Device> bringUp(const std::filesystem::path& folder, const
   device.interfaceCount = settings.interfaces;
   device.logLevel = settings.logLevel;
   device.consoleLevel = everything;
+  device.slowWait = settings.slowWait;
   return std::make_unique<host::Device>(device);
 }
 
@@ -75,7 +77,7 @@ try : map(std::filesystem::absolute(settings.map.value_or(sampleMap()))),
   provision();
   const std::uint64_t before = lastExchange();
   const auto began = std::chrono::steady_clock::now();
-  comms = std::make_unique<commsservice::CommsService>(platform->context());
+  comms = std::make_unique<commsservice::CommsService>(platform->context(), watch::watched(makeServiceDataManager()));
   started.registered = comms->start(itemMap);
   const bool registered = started.registered;
   started = summarise(began, true);

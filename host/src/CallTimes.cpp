@@ -1,0 +1,67 @@
+#include "host/CallTimes.h"
+
+#include <algorithm>
+#include <map>
+#include <mutex>
+#include <new>
+
+#include "CallCounts.h"
+
+namespace host
+{
+namespace
+{
+struct Counts
+{
+  std::mutex mutex;
+  std::map<std::string, CallTime> byName;
+};
+
+Counts& counts()
+{
+  static Counts all;
+  return all;
+}
+} // namespace
+
+void countCall(const std::string& name, std::chrono::steady_clock::duration took) noexcept
+{
+  try
+  {
+    const auto duration = std::chrono::duration_cast<std::chrono::microseconds>(took);
+    const auto bound = std::upper_bound(callTimeBounds.begin(), callTimeBounds.end(), duration);
+    const std::lock_guard<std::mutex> lock(counts().mutex);
+    CallTime& time = counts().byName[name];
+    ++time.calls;
+    time.total += duration;
+    time.longest = std::max(time.longest, duration);
+    ++time.histogram[static_cast<std::size_t>(bound - callTimeBounds.begin())];
+  }
+  catch (const std::bad_alloc&)
+  {
+    // The operation matters more than its account.
+  }
+}
+
+std::vector<CallTime> callTimes()
+{
+  std::vector<CallTime> times;
+  {
+    const std::lock_guard<std::mutex> lock(counts().mutex);
+    for (const auto& [name, time] : counts().byName)
+    {
+      times.push_back(time);
+      times.back().name = name;
+    }
+  }
+  std::stable_sort(times.begin(), times.end(),
+                   [](const CallTime& lhs, const CallTime& rhs) { return lhs.total > rhs.total; });
+  return times;
+}
+
+void forgetCallTimes()
+{
+  const std::lock_guard<std::mutex> lock(counts().mutex);
+  counts().byName.clear();
+}
+} // namespace host
