@@ -15,7 +15,13 @@ function(sdm_target name)
     # What is no narrowing with 64 bits may be one here, and what may stand anywhere in memory there may not here.
     target_compile_options(${name} PRIVATE -Warith-conversion -Wcast-align=strict)
   endif()
-  if(SDM_SANITIZE)
+  if(SDM_FUZZ)
+    # Seen by the fuzzer, under the sanitizers, with counters for the lines that were reached.
+    set(watched -fsanitize=address,undefined -fprofile-instr-generate)
+    target_compile_options(${name} PRIVATE ${watched} -fsanitize=fuzzer-no-link -fno-sanitize-recover=all
+      -fno-omit-frame-pointer -fcoverage-mapping)
+    target_link_options(${name} PUBLIC ${watched})
+  elseif(SDM_SANITIZE)
     target_compile_options(${name} PRIVATE -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(${name} PUBLIC -fsanitize=address,undefined)
   elseif(SDM_SANITIZE_THREADS)
