@@ -74,9 +74,11 @@ struct Log
   std::map<std::string, int, std::less<>> modules;
 };
 
+/// Never destroyed: what lives until the end of the process, such as a static device, still logs while it goes away.
+/// Nothing is lost by that, since every line is flushed.
 Log& theLog()
 {
-  static Log log;
+  static Log& log = *std::make_unique<Log>().release();
   return log;
 }
 

@@ -151,8 +151,6 @@ public:
   Device()
   {
     std::ofstream("map.csv", std::ios::binary) << itemMap;
-    // The log has to be there before the device, to be there still when the device goes away at the end.
-    host::setLogLevel(2);
   }
 
   cli::RunningDevice& running()

@@ -244,3 +244,15 @@ TEST_F(Log, ThreadsDoNotMixTheirLines)
   for (const std::string& line : lines)
     EXPECT_EQ(textOf(line), std::string(2000, 'x'));
 }
+
+/// In a process that has not used the log yet, so that what was asked for at the exit comes behind the log's own end.
+TEST(LogAtExit, TakesLinesFromWhatGoesAwayAfterEverythingElse)
+{
+  const auto lateUser = []
+  {
+    std::atexit([] { logText("late"); });
+    logText("early");
+    std::exit(0);
+  };
+  EXPECT_EXIT(lateUser(), testing::ExitedWithCode(0), "early[^\n]*\n[^\n]*late");
+}
