@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <cerrno>
@@ -20,12 +21,28 @@ namespace
 {
 constexpr std::size_t rememberedExchanges = 100;
 
+/// Its own entry and those of the folders above, as far as they can be opened: what the operator made in a place that
+/// is closed to this process is for him to keep.
+void makeFolderLast(const std::filesystem::path& folder)
+{
+  std::error_code ignored;
+  std::filesystem::path path = std::filesystem::canonical(folder, ignored);
+  for (; path.has_relative_path(); path = path.parent_path())
+  {
+    const FileDescriptor above(::open(path.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (above.isOpen())
+      ::fsync(above.number());
+  }
+}
+
 std::filesystem::path existingFolder(const std::filesystem::path& folder)
 {
   std::error_code failure;
   // Values of the local management store stand in the files as they are, so a new folder is its owner's alone.
   if (std::filesystem::create_directories(folder, failure))
     std::filesystem::permissions(folder, std::filesystem::perms::owner_all, failure);
+  // A power cut would take the folder with all that is in it.
+  makeFolderLast(folder);
   if (!std::filesystem::is_directory(folder))
     throw Error(folder.string() +
                 ": the device folder cannot be made: " + (failure ? failure.message() : "it is no folder"));

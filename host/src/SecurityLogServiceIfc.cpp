@@ -17,6 +17,9 @@ namespace host
 {
 namespace
 {
+/// No field of a record holds a single backslash before these letters, so a piece cannot pass for a record.
+constexpr const char* endOfTornLine = "\t\\unfinished\n";
+
 std::string isoTime(time_t when)
 {
   std::tm parts = {};
@@ -71,6 +74,16 @@ std::vector<std::string> linesOf(std::string_view text)
 
 SecurityLogService::SecurityLogService(const std::filesystem::path& logFile) : file(logFile), descriptor(opened(file))
 {
+  try
+  {
+    if (endsInsideLine())
+      writeAll(descriptor, endOfTornLine, file);
+  }
+  catch (...)
+  {
+    ::close(descriptor);
+    throw;
+  }
 }
 
 SecurityLogService::~SecurityLogService()
@@ -100,7 +113,7 @@ void SecurityLogService::logSecurityEvent(time_t when, int facility, int severit
 
   const std::lock_guard<std::mutex> lock(mutex);
   if (endsInsideLine())
-    line.insert(0, "\n");
+    line.insert(0, endOfTornLine);
   writeAll(descriptor, line, file);
   if (::fdatasync(descriptor) != 0)
     throwSystemError(file, "cannot be made to last", errno);

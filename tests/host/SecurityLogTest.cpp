@@ -106,13 +106,29 @@ TEST_F(SecurityLog, KeepsWhatIsThere)
   EXPECT_EQ(linesOf(file), (Texts{lineOf("first"), lineOf("second")}));
 }
 
-TEST_F(SecurityLog, EndsALineThatWasCutOff)
+TEST_F(SecurityLog, EndsALineThatWasCutOffSoThatItCannotPassForARecord)
 {
   hosttest::writeFile(file, "whole\ncut o");
   host::SecurityLogService service(file);
+  EXPECT_EQ(contentOf(file), "whole\ncut o\t\\unfinished\n");
   log(service, "next");
   log(service, "after");
-  EXPECT_EQ(linesOf(file), (Texts{"whole", "cut o", lineOf("next"), lineOf("after")}));
+  EXPECT_EQ(linesOf(file), (Texts{"whole", "cut o\t\\unfinished", lineOf("next"), lineOf("after")}));
+}
+
+TEST_F(SecurityLog, EndsALineThatWasCutOffMeanwhile)
+{
+  host::SecurityLogService service(file);
+  hosttest::writeFile(file, "cut o");
+  log(service, "next");
+  EXPECT_EQ(linesOf(file), (Texts{"cut o\t\\unfinished", lineOf("next")}));
+}
+
+TEST_F(SecurityLog, MarkOfACutOffLineIsNoFieldOfARecord)
+{
+  host::SecurityLogService service(file);
+  service.logSecurityEvent(someTime, 4, 1, 5, 3, false, "r", "u", "\\unfinished");
+  EXPECT_EQ(contentOf(file), someTimeText + "\t4\t1\t5\t3\tok\tr\tu\t\\\\unfinished\n");
 }
 
 TEST_F(SecurityLog, GoesOnAtTheEndWhenAnotherWroteThere)
@@ -181,7 +197,7 @@ TEST_F(SecurityLog, TellsLastLinesOfALongFile)
   std::string content;
   for (int i = 0; i < 20000; ++i)
     content += "line " + std::to_string(i) + "\n";
-  hosttest::writeFile(file, content + std::string(50000, 'x') + "\nlast");
+  hosttest::writeFile(file, content + std::string(50000, 'x') + "\nlast\n");
   host::SecurityLogService service(file);
   EXPECT_EQ(service.lastLines(1), Texts{"last"});
   EXPECT_EQ(service.lastLines(3), (Texts{"line 19999", std::string(50000, 'x'), "last"}));

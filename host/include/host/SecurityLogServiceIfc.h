@@ -16,8 +16,9 @@ namespace host
 {
 /// One line a record, its fields separated by tabs: time (ISO 8601, UTC), the four codes, "failed" or "ok", record,
 /// user, origin; an empty text stands as "-". Control characters, bytes that are no UTF-8 and backslashes are escaped
-/// in the manner of C, so a record is always one line and cannot pass for two. Every operation may be called from any
-/// thread.
+/// in the manner of C, so a record is always one line and cannot pass for two. A line that a power cut or a failure left
+/// unfinished, whose record was never answered as written, is kept and ended by one more field, "\unfinished", which no
+/// record has. Every operation may be called from any thread.
 class SDM_HOST_EXPORT SecurityLogService : public ::SecurityLogServiceIfc
 {
 public:
@@ -28,8 +29,7 @@ public:
   SecurityLogService(const SecurityLogService&) = delete;
   SecurityLogService& operator=(const SecurityLogService&) = delete;
 
-  /// Returns when the record is on the disk; throws `Error` when it could not be written. A line left unfinished by an
-  /// earlier failure is ended first.
+  /// Returns when the record is on the disk; throws `Error` when it could not be written.
   void logSecurityEvent(time_t when, int facility, int severity, int eventType, int eventClass, bool failed,
                         std::string record, std::string user, std::string origin) override;
 
