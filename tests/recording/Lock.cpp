@@ -30,6 +30,7 @@ Semaphore::~Semaphore() = default;
 
 CriticalSection::CriticalSection(Semaphore& taken) : semaphore(taken)
 {
+  recording::called("CriticalSection");
   Semaphore::Content& content = *semaphore.content;
   std::unique_lock<std::mutex> lock(content.mutex);
   int& held = content.holds[std::this_thread::get_id()];

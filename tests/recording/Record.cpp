@@ -9,10 +9,18 @@
 namespace
 {
 
+void called(const std::string& name)
+{
+  if (!recording::behaviour().quietRecords)
+    recording::called(name);
+}
+
+/// `call` begins with the operation's name.
 void noteCall(const std::string& call)
 {
-  if (recording::behaviour().traceRecords)
+  if (recording::behaviour().traceRecords && !recording::behaviour().quietRecords)
     recording::note(call);
+  called(call.substr(0, call.find('(')));
 }
 
 std::string storeName(const LocalMgmtIfc* store)
@@ -59,6 +67,7 @@ void ManageableData::setRootId(const std::string& rootId, LocalMgmtIfc* store)
 
 std::string ManageableData::getRootId() const
 {
+  called("getRootId");
   return content->rootId;
 }
 
@@ -72,6 +81,7 @@ void ManageableData::addRootId(const std::string& rootId, LocalMgmtIfc* store)
 
 void ManageableData::getRootIds(std::vector<std::string>& rootIds)
 {
+  called("getRootIds");
   rootIds.insert(rootIds.end(), content->rootIds.begin(), content->rootIds.end());
 }
 
@@ -80,6 +90,8 @@ bool ManageableData::interogate(const std::string& rootId, const std::string& na
   noteCall("interogate(" + rootId + ", " + name + ")");
   const auto found = content->values.find({rootId, name});
   value = found == content->values.end() ? "" : found->second;
+  if (!recording::behaviour().quietRecords)
+    value = recording::answered("interogate", value);
   return found != content->values.end();
 }
 
@@ -94,16 +106,19 @@ void ManageableData::populate(const std::string& rootId, const std::string& name
 
 void ManageableData::addRejectReason(std::string rootId, std::string name, std::string reason)
 {
+  called("addRejectReason");
   content->rejects.push_back({std::move(rootId), std::move(name), std::move(reason)});
 }
 
 bool ManageableData::isRejectListEmpty()
 {
+  called("isRejectListEmpty");
   return content->rejects.empty();
 }
 
 bool ManageableData::areAllRejectReasons(const std::string& reason)
 {
+  called("areAllRejectReasons");
   return std::all_of(content->rejects.begin(), content->rejects.end(),
                      [&](const Content::Reject& reject) { return reject.reason == reason; });
 }
@@ -124,14 +139,14 @@ void repeatRootId(ManageableData& data, const std::string& rootId)
   ManageableDataContent::of(data).rootIds.push_back(rootId);
 }
 
-UntracedRecords::UntracedRecords() : before(behaviour().traceRecords)
+UntracedRecords::UntracedRecords() : before(behaviour().quietRecords)
 {
-  behaviour().traceRecords = false;
+  behaviour().quietRecords = true;
 }
 
 UntracedRecords::~UntracedRecords()
 {
-  behaviour().traceRecords = before;
+  behaviour().quietRecords = before;
 }
 
 std::string describe(ManageableData& data)

@@ -9,8 +9,9 @@ namespace recording
 namespace
 {
 
-void run(const Hook& hook)
+void run(const std::string& name, const Hook& hook)
 {
+  called(name);
   if (hook)
     hook();
 }
@@ -28,7 +29,7 @@ std::string joined(const std::list<std::string>& texts)
 Executable* Context::findService(const std::string& interfaceName)
 {
   note("findService(" + quoted(interfaceName) + ")");
-  run(hook);
+  run("findService", hook);
   const auto found = services.find(interfaceName);
   return found == services.end() ? nullptr : found->second;
 }
@@ -47,9 +48,9 @@ std::string Das::sendRequest(const char* request, size_t length)
 {
   const std::string text(request, length);
   note("sendRequest(" + text + ")");
-  run(hook);
+  run("sendRequest", hook);
   if (replies.empty())
-    return fallback(text);
+    return answered("sendRequest", fallback(text));
   std::string reply = replies.front();
   replies.pop_front();
   return reply;
@@ -58,14 +59,14 @@ std::string Das::sendRequest(const char* request, size_t length)
 uint32_t Interfaces::getInterfaceCount()
 {
   note("getInterfaceCount()");
-  run(hook);
+  run("getInterfaceCount", hook);
   return count;
 }
 
 void Store::called(const std::string& call)
 {
   note(call);
-  run(hook);
+  run(call.substr(0, call.find('(')), hook);
 }
 
 bool Store::registerService(const std::string& serviceName, MgmtAgentIfc* agent, int version)
@@ -88,7 +89,7 @@ bool Store::lookupData(ManageableData& data)
     if (found == dictionaries.end())
       return false;
     for (const auto& entry : found->second)
-      data.populate(dictionary, entry.first, entry.second);
+      data.populate(dictionary, entry.first, answered("lookupData", entry.second));
     return looksUp;
   }
   std::vector<std::string> rootIds;
@@ -97,7 +98,7 @@ bool Store::lookupData(ManageableData& data)
   {
     const auto found = values.find(rootId);
     if (found != values.end())
-      data.populate(rootId, rootId, found->second);
+      data.populate(rootId, rootId, answered("lookupData", found->second));
   }
   return looksUp;
 }
@@ -118,7 +119,7 @@ bool Store::checkData(ManageableData& data, void* context)
 {
   called("checkData(" + describe(data) + ", " + (context != nullptr ? "context" : "null") + ")");
   const UntracedRecords untraced;
-  data.setRootId(objection, this);
+  data.setRootId(answered("checkData", objection), this);
   return objection.empty();
 }
 
@@ -129,19 +130,22 @@ void SecurityLog::logSecurityEvent(time_t when, int facility, int severity, int 
   note("logSecurityEvent(" + std::to_string(facility) + ", " + std::to_string(severity) + ", " +
        std::to_string(eventType) + ", " + std::to_string(eventClass) + ", " + (failed ? "failed" : "done") + ", " +
        quoted(record) + ", " + quoted(user) + ", " + quoted(origin) + ")");
-  run(hook);
+  run("logSecurityEvent", hook);
 }
 
 void Validator::called(const std::string& call)
 {
   note(call);
-  run(hook);
+  run(call.substr(0, call.find('(')), hook);
 }
 
 std::vector<std::pair<std::string, std::string>> Validator::getValidGroupItems(const std::string& group)
 {
   called("getValidGroupItems(" + quoted(group) + ")");
-  return groups[group].items;
+  auto items = groups[group].items;
+  for (auto& item : items)
+    item.second = answered("getValidGroupItems", item.second);
+  return items;
 }
 
 void Validator::clearGroup(const std::string& group)
@@ -154,7 +158,7 @@ bool Validator::validateGroup(std::string& reason, const std::string& group)
   called("validateGroup(" + quoted(reason) + ", " + quoted(group) + ")");
   const Group& judged = groups[group];
   if (!judged.reason.empty())
-    reason = judged.reason;
+    reason = answered("validateGroup", judged.reason);
   return judged.valid;
 }
 
@@ -166,6 +170,7 @@ void Validator::reloadGroup(const std::string& group)
 void Agent::observedDataChanged(ManageableData& data)
 {
   note("observedDataChanged(" + describe(data) + ")");
+  run("observedDataChanged", hook);
 }
 
 Setter::Setter(std::string callbackName) : name(std::move(callbackName))
@@ -182,9 +187,9 @@ bool Setter::setValue(const std::string& value, const std::string& indexValue, s
   note("set " + name + "(" + quoted(value) + ", " + quoted(indexValue) + ")");
   errorOnEntry = error;
   if (!remark.empty())
-    error = remark;
+    error = answered("setValue", remark);
   const bool accepted = accepts;
-  run(hook);
+  run("setValue", hook);
   return accepted;
 }
 
@@ -200,8 +205,8 @@ Getter::~Getter()
 std::string Getter::getValue(const std::string& indexValue)
 {
   note("get " + name + "(" + quoted(indexValue) + ")");
-  std::string answer = value;
-  run(hook);
+  std::string answer = answered("getValue", value);
+  run("getValue", hook);
   return answer;
 }
 

@@ -109,6 +109,7 @@ private:
 class Agent : public MgmtAgentIfc
 {
 public:
+  Hook hook;
   void observedDataChanged(ManageableData& data) override;
 };
 

@@ -51,18 +51,20 @@ std::string encrypted(const std::string& plain)
 bool DasCrypt::toEncryptedText(const std::string& in, std::string& out)
 {
   recording::note("toEncryptedText(" + recording::quoted(in) + ")");
+  recording::called("toEncryptedText");
   if (recording::behaviour().encryptionFails)
   {
     out.clear();
     return false;
   }
-  out = recording::encrypted(in);
+  out = recording::answered("toEncryptedText", recording::encrypted(in));
   return true;
 }
 
 bool DasCrypt::fromEncryptedText(const std::string& in, std::string& out)
 {
   recording::note("fromEncryptedText(" + recording::quoted(in) + ")");
+  recording::called("fromEncryptedText");
   if (recording::behaviour().encryptionFails)
     return false;
   std::string plain;
@@ -79,12 +81,13 @@ bool DasCrypt::fromEncryptedText(const std::string& in, std::string& out)
   }
   if (in != recording::encrypted(plain))
     return false;
-  out = plain;
+  out = recording::answered("fromEncryptedText", plain);
   return true;
 }
 
 std::string ClientUtils::escapeXMLString(const std::string& text)
 {
+  recording::called("escapeXMLString");
   std::string escaped;
   for (const char c : text)
   {
@@ -112,11 +115,13 @@ std::string ClientUtils::escapeXMLString(const std::string& text)
       escaped += c;
     }
   }
-  return escaped;
+  return recording::answered("escapeXMLString", escaped);
 }
 
 std::string ClientUtils::hidePassword(const std::string& rootId, const std::string& value)
 {
   ++recording::behaviour().hidePasswordCalls;
-  return rootId == recording::behaviour().secret && !rootId.empty() ? "***" : value;
+  recording::called("hidePassword");
+  return recording::answered("hidePassword",
+                             rootId == recording::behaviour().secret && !rootId.empty() ? "***" : value);
 }

@@ -42,6 +42,21 @@ Behaviour& behaviour()
   return current;
 }
 
+void called(const std::string& name)
+{
+  // A copy, since what runs may take itself away.
+  const auto everyCall = behaviour().everyCall;
+  if (everyCall)
+    everyCall(name);
+}
+
+std::string answered(const std::string& name, std::string text)
+{
+  if (behaviour().everyText)
+    behaviour().everyText(name, text);
+  return text;
+}
+
 void reset()
 {
   trace().clear();
@@ -65,9 +80,11 @@ void logAppUni(const char* module, const char* sourceFile, int level, int line, 
   recording::note((ours ? "log " : "foreign log ") + std::to_string(level) + " " + text);
   if (recording::behaviour().logHook)
     recording::behaviour().logHook(level, text);
+  recording::called("logAppUni");
 }
 
 bool loggingOnAppUni(const char* module, int level)
 {
+  recording::called("loggingOnAppUni");
   return std::string(module) == "ServiceDataManager" && level <= recording::behaviour().openLevel;
 }

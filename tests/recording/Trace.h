@@ -29,6 +29,8 @@ struct Behaviour
   bool traceLock = false;
   /// Note what is asked of management records and written into them, by others than the store.
   bool traceRecords = false;
+  /// Set by `UntracedRecords`.
+  bool quietRecords = false;
   bool encryptionFails = false;
   /// What hidePassword was asked for so far, and the name it masks.
   int hidePasswordCalls = 0;
@@ -36,9 +38,20 @@ struct Behaviour
   int lockDepth = 0;
   /// Runs after a log line was noted, to throw.
   std::function<void(int level, const std::string& text)> logHook;
+  /// Runs at every call that the platform or a callback gets, whatever it is, with its name: to throw, to call back,
+  /// to wait.
+  std::function<void(const std::string& name)> everyCall;
+  /// What a text becomes on its way out of a call of this name, when set.
+  std::function<void(const std::string& name, std::string& text)> everyText;
 };
 
 Behaviour& behaviour();
+
+/// To be told at the beginning of every call.
+void called(const std::string& name);
+
+/// The text that a call answers.
+std::string answered(const std::string& name, std::string text);
 
 /// Empties the trace and forgets every behaviour.
 void reset();
