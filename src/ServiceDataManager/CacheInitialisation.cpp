@@ -1,6 +1,6 @@
 // Pushing defaults and imported values into the owning service.
 #include "Log.h"
-#include "ServiceDataManager.h"
+#include "Operation.h"
 #include "beginsWith.h"
 
 void ServiceDataManager::initialiseCacheItems(const std::string& prefix)
@@ -27,6 +27,7 @@ void ServiceDataManager::initialiseCacheItem(ManagedDataItem& item, const std::s
   // Compared before the default goes in: what counts as changed is the value that the service held so far.
   if (item.getter != nullptr && item.getter->getValue(item.dasIndexValue) != item.defaultValue)
     changedItems.push_back(&item);
+  const TriedValues tried(*this, item);
   if (!prefix.empty() && sdm::beginsWith(item.rootId, prefix))
   {
     SDM_TRACE(6, "initialiseCacheItems \"%s\" - setter not called", item.rootId.c_str());
@@ -46,6 +47,7 @@ void ServiceDataManager::initialiseCacheItem(ManagedDataItem& item, const std::s
 
 void ServiceDataManager::setSingleDataItem(ManagedDataItem* item, const std::string& value, std::string& error)
 {
+  const TriedValues tried(*this, *item);
   const bool accepted = applyValue(*item, value, error);
   if (!accepted && error.find("NOT_CHANGED") == std::string::npos)
     SDM_TRACE(3, "setSingleDataItem set \"%s\" failed \"%s\"", item->rootId.c_str(), error.c_str());
@@ -62,15 +64,5 @@ void ServiceDataManager::setSingleChangedDataItem(ManagedDataItem* item, const s
 
 bool ServiceDataManager::applyValue(ManagedDataItem& item, const std::string& value, std::string& error)
 {
-  try
-  {
-    return item.setter->setValue(value, item.dasIndexValue, error);
-  }
-  catch (...)
-  {
-    // The validator may hold the value already: the group counts as touched, so that it is told to forget it.
-    if (!item.isGroupItem.empty())
-      groupsNeedingValidation.emplace(item.isGroupItem, true);
-    throw;
-  }
+  return item.setter->setValue(value, item.dasIndexValue, error);
 }

@@ -93,7 +93,12 @@ void ServiceDataManager::Operation::freeRetired()
 }
 
 ServiceDataManager::TriedValues::TriedValues(ServiceDataManager& owner, const std::vector<SetDataBlob>& triedBlobs)
-    : manager(owner), blobs(triedBlobs), exceptionsBefore(std::uncaught_exceptions())
+    : manager(owner), blobs(&triedBlobs), exceptionsBefore(std::uncaught_exceptions())
+{
+}
+
+ServiceDataManager::TriedValues::TriedValues(ServiceDataManager& owner, const ManagedDataItem& triedItem)
+    : manager(owner), item(&triedItem), exceptionsBefore(std::uncaught_exceptions())
 {
 }
 
@@ -101,9 +106,15 @@ ServiceDataManager::TriedValues::~TriedValues()
 {
   if (std::uncaught_exceptions() == exceptionsBefore)
     return;
-  for (const SetDataBlob& blob : blobs)
-  {
-    if (blob.item != nullptr && !blob.item->isGroupItem.empty())
-      manager.groupsNeedingValidation.emplace(blob.item->isGroupItem, true);
-  }
+  flagGroupOf(item);
+  if (blobs == nullptr)
+    return;
+  for (const SetDataBlob& blob : *blobs)
+    flagGroupOf(blob.item);
+}
+
+void ServiceDataManager::TriedValues::flagGroupOf(const ManagedDataItem* tried)
+{
+  if (tried != nullptr && !tried->isGroupItem.empty())
+    manager.groupsNeedingValidation.emplace(tried->isGroupItem, true);
 }

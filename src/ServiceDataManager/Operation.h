@@ -41,19 +41,23 @@ private:
   const std::size_t outerRecordsToKeep;
 };
 
-/// Values that an operation tries, whose groups are flagged only when all of them were: when an exception comes
-/// before that, the validator may hold some of the values, so their groups count as flagged.
+/// Values that an operation tries and whose groups it flags only later on: when an exception comes before that, a log's
+/// included, the validator may hold some of the values, so their groups count as flagged.
 class ServiceDataManager::TriedValues
 {
 public:
-  /// Borrows both. Made within an `Operation`.
+  /// Borrow what they get. Made within an `Operation`.
   TriedValues(ServiceDataManager& owner, const std::vector<SetDataBlob>& triedBlobs);
+  TriedValues(ServiceDataManager& owner, const ManagedDataItem& triedItem);
   ~TriedValues();
   TriedValues(const TriedValues&) = delete;
   TriedValues& operator=(const TriedValues&) = delete;
 
 private:
+  void flagGroupOf(const ManagedDataItem* tried);
+
   ServiceDataManager& manager;
-  const std::vector<SetDataBlob>& blobs;
+  const std::vector<SetDataBlob>* blobs = nullptr;
+  const ManagedDataItem* item = nullptr;
   const int exceptionsBefore;
 };

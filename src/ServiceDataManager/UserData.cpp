@@ -123,6 +123,7 @@ void ServiceDataManager::resetItem(ManagedDataItem& item, DataAccessServiceIfc& 
   if (!parseXMLDasReply(text, true, nullptr))
     SDM_TRACE(3, "setDefaultUserData bad XML reply from DataAccessService \"%s\"", text.c_str());
 
+  const TriedValues tried(*this, item);
   std::string reason = "no setter available";
   if (!item.dasSchema.empty() && item.setter != nullptr)
     applyValue(item, item.defaultValue, reason);
