@@ -23,6 +23,7 @@ struct ServiceDataManagerTestAccess
   std::unique_ptr<OCMSPublishMap>& ocmsPublishMap = manager.ocmsPublishMap;
   std::unique_ptr<OCMSSubscribeMap>& ocmsSubscribeMap = manager.ocmsSubscribeMap;
   std::uint32_t& interfaceCount = manager.interfaceCount;
+  int& runningOperations = manager.runningOperations;
 
   explicit ServiceDataManagerTestAccess(ServiceDataManager& accessed) : manager(accessed)
   {
