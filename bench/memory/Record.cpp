@@ -1,0 +1,95 @@
+// The management record over one hash table.
+#include <ManageableData.h>
+
+#include <unordered_map>
+
+struct ManageableData::Content
+{
+  struct Entry
+  {
+    std::string value;
+    bool isListed = false;
+    bool hasValue = false;
+  };
+
+  std::string ownRootId;
+  std::vector<std::string> rootIds;
+  /// By name alone, since no name here belongs to two root ids.
+  std::unordered_map<std::string, Entry> entries;
+  std::vector<std::string> reasons;
+
+  void list(Entry& entry, const std::string& rootId)
+  {
+    if (entry.isListed)
+      return;
+    entry.isListed = true;
+    rootIds.push_back(rootId);
+  }
+};
+
+ManageableData::ManageableData() : content(std::make_unique<Content>())
+{
+}
+
+ManageableData::~ManageableData() = default;
+
+void ManageableData::setRootId(const std::string& rootId, LocalMgmtIfc*)
+{
+  content->ownRootId = rootId;
+}
+
+std::string ManageableData::getRootId() const
+{
+  return content->ownRootId;
+}
+
+void ManageableData::addRootId(const std::string& rootId, LocalMgmtIfc*)
+{
+  content->list(content->entries[rootId], rootId);
+}
+
+void ManageableData::getRootIds(std::vector<std::string>& rootIds)
+{
+  rootIds.insert(rootIds.end(), content->rootIds.begin(), content->rootIds.end());
+}
+
+bool ManageableData::interogate(const std::string&, const std::string& name, std::string& value)
+{
+  const auto found = content->entries.find(name);
+  if (found == content->entries.end() || !found->second.hasValue)
+  {
+    value.clear();
+    return false;
+  }
+  value = found->second.value;
+  return true;
+}
+
+void ManageableData::populate(const std::string& rootId, const std::string& name, const std::string& value)
+{
+  Content::Entry& entry = content->entries[name];
+  entry.value = value;
+  entry.hasValue = true;
+  if (name == rootId)
+    content->list(entry, rootId);
+}
+
+void ManageableData::addRejectReason(std::string, std::string, std::string reason)
+{
+  content->reasons.push_back(std::move(reason));
+}
+
+bool ManageableData::isRejectListEmpty()
+{
+  return content->reasons.empty();
+}
+
+bool ManageableData::areAllRejectReasons(const std::string& reason)
+{
+  for (const std::string& given : content->reasons)
+  {
+    if (given != reason)
+      return false;
+  }
+  return true;
+}
