@@ -81,7 +81,10 @@ if(SDM_OVER_HOST)
   install(TARGETS sdm RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT host)
   install(FILES "${PROJECT_SOURCE_DIR}/examples/commsservice/CommsSettings.csv"
     DESTINATION "${CMAKE_INSTALL_DATADIR}/ServiceDataManager" COMPONENT host)
-  install(FILES "${PROJECT_SOURCE_DIR}/docs/man/sdm.1" "${PROJECT_SOURCE_DIR}/docs/man/sdm-run.1"
+  install(FILES
+    "${PROJECT_SOURCE_DIR}/docs/man/sdm.1"
+    "${PROJECT_SOURCE_DIR}/docs/man/sdm-check.1"
+    "${PROJECT_SOURCE_DIR}/docs/man/sdm-run.1"
     DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT host)
 endif()
 

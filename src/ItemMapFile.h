@@ -34,6 +34,9 @@ enum class ItemMapColumn : std::size_t
 class ItemMapFile
 {
 public:
+  static constexpr std::size_t longestLine = 500;
+  static constexpr std::size_t shortestLine = 10;
+
   enum class Line
   {
     item,          ///< `column` tells the twelve columns
@@ -44,6 +47,11 @@ public:
 
   /// Opens the file for reading. Whether it opened is `isOpen`.
   explicit ItemMapFile(const char* path);
+
+  /// Takes over a file that is open for reading, or null.
+  explicit ItemMapFile(std::FILE* opened) : file(opened)
+  {
+  }
 
   bool isOpen() const
   {
@@ -77,9 +85,6 @@ private:
       std::fclose(open);
     }
   };
-
-  static constexpr std::size_t longestLine = 500;
-  static constexpr std::size_t shortestLine = 10;
 
   std::unique_ptr<std::FILE, Close> file;
   std::array<char, longestLine + 1> buffer{};

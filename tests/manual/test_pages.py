@@ -11,7 +11,7 @@ def plain(text):
     """A line of the page without its macros and escapes."""
     text = re.sub(r"\bFl \\?-?", lambda match: "--" if match.group(0).endswith("-") else "-", text)
     text = re.sub(r"\bOp Ar (.*)$", r"[\1]", text)
-    text = re.sub(r"\b(Cm|Ar|It|Ev|Pa) ?", "", text)
+    text = re.sub(r"\b(Cm|Ar|It|Ev|Pa)\b ?", "", text)
     return text.replace(" ,", ",").strip()
 
 
@@ -68,6 +68,22 @@ class Pages(unittest.TestCase):
         self.assertEqual([re.sub(r" .*", "", term) if "," not in term else term for term, _ in page["Options"]],
                          [re.sub(r"[ :=].*", "", term).replace(",", ", ") for term, _ in told["Options"]])
         self.assert_same(page["Exit status"], told["Exit codes"])
+
+    def test_page_of_check(self):
+        page, told = page_lists("sdm-check.1"), help_lists("check")
+        self.assertEqual([re.sub(r" .*", "", term) if "," not in term else term for term, _ in page["Options"]],
+                         [re.sub(r"[ :=].*", "", term).replace(",", ", ") for term, _ in told["Options"]])
+        for (term, written), (_, said) in zip(page["Options"], told["Options"]):
+            self.assertEqual(words(written)[:len(words(said))], words(said), term)
+        self.assertEqual([(term, words(written)) for term, written in page["Exit status"]],
+                         [(term, words(said)) for term, said in told["Exit codes"]])
+
+    def test_page_of_check_lists_every_rule(self):
+        listed = subprocess.run([PROGRAM, "check", "--rules"], capture_output=True, text=True, check=True).stdout
+        rules = [re.split(r" {2,}", line, maxsplit=2) for line in listed.splitlines()]
+        page = page_lists("sdm-check.1")["Rules"]
+        self.assertEqual([(term, words(written)) for term, written in page],
+                         [(name, words(summary)) for name, _, summary in rules])
 
 
 if __name__ == "__main__":

@@ -1,4 +1,5 @@
 #include "Subcommand.h"
+#include "check/Check.h"
 #include "run/Run.h"
 
 namespace cli
@@ -7,6 +8,7 @@ namespace cli
 const std::vector<Subcommand>& subcommands()
 {
   static const std::vector<Subcommand> table = {
+      {"check", "Tell what is wrong with item maps", addCheck},
       {"run", "Bring the device up, then take commands", addRun},
   };
   return table;

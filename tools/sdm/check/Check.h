@@ -1,0 +1,46 @@
+// `sdm check`: tells what is wrong with item maps.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "Subcommand.h"
+#include "check/Finding.h"
+
+namespace cli
+{
+
+namespace check
+{
+
+enum class Format
+{
+  text,
+  json,
+  sarif
+};
+
+struct CheckSettings
+{
+  std::vector<std::string> maps;
+  Format format = Format::text;
+  /// Warnings count as errors.
+  bool strict = false;
+  bool fix = false;
+  /// Rules that are not looked at.
+  std::vector<std::string> ignored;
+};
+
+ExitCode checkMaps(const CheckSettings& settings);
+
+/// The long explanation of one rule.
+void explainRule(const Rule& rule);
+
+/// All rules, a line each.
+void listRules(Format format);
+
+} // namespace check
+
+Action addCheck(CLI::App& app);
+
+} // namespace cli

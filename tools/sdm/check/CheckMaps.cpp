@@ -1,0 +1,175 @@
+// Runs the checks over the maps, and tells what they found.
+#include "check/Check.h"
+
+#include <algorithm>
+#include <chrono>
+#include <iostream>
+#include <unistd.h>
+#include <utility>
+
+#include "Shown.h"
+#include "Style.h"
+#include "check/Linter.h"
+#include "check/MapFile.h"
+#include "check/Result.h"
+#include "check/Rules.h"
+
+namespace cli::check
+{
+
+std::size_t Result::count(Severity severity) const
+{
+  return static_cast<std::size_t>(std::count_if(
+      findings.begin(), findings.end(), [&](const Finding& finding) { return finding.rule->severity == severity; }));
+}
+
+std::size_t Result::items() const
+{
+  if (map == nullptr)
+    return 0;
+  return static_cast<std::size_t>(std::count_if(map->lines().begin(), map->lines().end(),
+                                                [](const MapLine& line) { return line.kind == MapLine::Kind::item; }));
+}
+
+namespace
+{
+
+/// A line on the terminal for whoever waits for more than a second.
+class ProgressLine
+{
+public:
+  explicit ProgressLine(std::string what) : name(std::move(what)), visible(isatty(STDERR_FILENO) != 0)
+  {
+  }
+  ~ProgressLine()
+  {
+    if (told)
+      std::cerr << "\r\x1b[K" << std::flush;
+  }
+  ProgressLine(const ProgressLine&) = delete;
+  ProgressLine& operator=(const ProgressLine&) = delete;
+
+  void operator()(double done)
+  {
+    if (!visible || std::chrono::steady_clock::now() - began < std::chrono::seconds(1))
+      return;
+    told = true;
+    std::cerr << "\r\x1b[Kchecking " << shown(name) << ": " << static_cast<int>(done * 100) << " %" << std::flush;
+  }
+
+private:
+  std::string name;
+  bool visible;
+  bool told = false;
+  std::chrono::steady_clock::time_point began = std::chrono::steady_clock::now();
+};
+
+std::vector<const Rule*> rulesBut(const std::vector<std::string>& ignored)
+{
+  std::vector<const Rule*> rules;
+  std::copy_if(allRules().begin(), allRules().end(), std::back_inserter(rules),
+               [&](const Rule* rule) { return std::find(ignored.begin(), ignored.end(), rule->id) == ignored.end(); });
+  return rules;
+}
+
+void mendFile(Result& result, const std::vector<const Rule*>& rules)
+{
+  MendedMap made = mend(*result.map, rules);
+  if (made.mended.empty())
+    return;
+  replaceMap(result.path, result.map->bytes(), made.content);
+  result.mended = std::move(made.mended);
+  result.map = std::make_unique<MapText>(result.path, std::move(made.content));
+}
+
+Result checkMap(const std::string& path, const CheckSettings& settings, const std::vector<const Rule*>& rules)
+{
+  Result result;
+  result.path = path;
+  try
+  {
+    ProgressLine progress(path);
+    result.map = std::make_unique<MapText>(path, readMap(path));
+    try
+    {
+      if (settings.fix)
+        mendFile(result, rules);
+    }
+    catch (const FileError& error)
+    {
+      result.failure = error.what();
+    }
+    result.findings = findingsOf(*result.map, rules, [&](double done) { progress(done); });
+  }
+  catch (const FileError& error)
+  {
+    result.failure = error.what();
+  }
+  return result;
+}
+
+void tellSummary(const std::vector<Result>& results, const Style& style)
+{
+  std::size_t errors = 0;
+  std::size_t warnings = 0;
+  std::size_t notes = 0;
+  std::size_t items = 0;
+  std::size_t fixable = 0;
+  for (const Result& result : results)
+  {
+    errors += result.count(Severity::error);
+    warnings += result.count(Severity::warning);
+    notes += result.count(Severity::note);
+    items += result.items();
+    fixable += static_cast<std::size_t>(std::count_if(result.findings.begin(), result.findings.end(),
+                                                      [](const Finding& finding) { return !finding.fix.empty(); }));
+  }
+  std::cout << counted(items, "item") << ": " << counted(errors, "error") << ", " << counted(warnings, "warning")
+            << ", " << counted(notes, "note") << "\n";
+  if (fixable > 0)
+    std::cout << style.faint("--fix mends " + std::to_string(fixable) + " of these.") << "\n";
+  if (errors + warnings + notes > 0)
+    std::cout << style.faint("`sdm check --explain RULE` tells what is behind a rule.") << "\n";
+}
+
+void tell(const std::vector<Result>& results, const CheckSettings& settings, const std::vector<const Rule*>& rules)
+{
+  const bool terminal = isatty(STDOUT_FILENO) != 0;
+  const Style style(wantsColours(STDOUT_FILENO));
+  if (settings.format == Format::json)
+    return tellJson(std::cout, results);
+  if (settings.format == Format::sarif)
+    return tellSarif(std::cout, results, rules);
+  for (const Result& result : results)
+    tellText(std::cout, result, style, terminal);
+  if (terminal)
+    tellSummary(results, style);
+}
+
+} // namespace
+
+ExitCode checkMaps(const CheckSettings& settings)
+{
+  const std::vector<const Rule*> rules = rulesBut(settings.ignored);
+  std::vector<Result> results;
+  ExitCode code = exitDone;
+  for (const std::string& path : settings.maps)
+  {
+    results.push_back(checkMap(path, settings, rules));
+    const Result& result = results.back();
+    if (result.count(Severity::error) > 0 || (settings.strict && result.count(Severity::warning) > 0))
+      code = std::max(code, exitRefused);
+    if (!result.failure.empty())
+      code = exitCannot;
+  }
+  tell(results, settings, rules);
+  std::cout.flush();
+  for (const Result& result : results)
+  {
+    if (!result.failure.empty())
+      std::cerr << "sdm: " << shown(result.failure) << "\n";
+  }
+  return code;
+}
+
+} // namespace cli::check

@@ -1,0 +1,54 @@
+#include "check/Finding.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "check/Rules.h"
+
+namespace cli::check
+{
+
+const char* severityName(Severity severity)
+{
+  switch (severity)
+  {
+  case Severity::error:
+    return "error";
+  case Severity::warning:
+    return "warning";
+  case Severity::note:
+    break;
+  }
+  return "note";
+}
+
+Finding& Report::add(const Span& place, std::string text)
+{
+  all.push_back({rule, place, std::move(text), {}, {}});
+  return all.back();
+}
+
+const std::vector<const Rule*>& allRules()
+{
+  static const std::vector<const Rule*> rules = []
+  {
+    std::vector<const Rule*> collected;
+    for (const auto* subject : {&fileRules(), &lineRules(), &textRules(), &nameRules(), &identityRules(),
+                                &effectRules(), &userDataRules(), &valueRules()})
+    {
+      for (const Rule& rule : *subject)
+        collected.push_back(&rule);
+    }
+    return collected;
+  }();
+  return rules;
+}
+
+const Rule* findRule(const std::string& id)
+{
+  const auto& rules = allRules();
+  const auto found = std::find_if(rules.begin(), rules.end(), [&](const Rule* rule) { return id == rule->id; });
+  return found == rules.end() ? nullptr : *found;
+}
+
+} // namespace cli::check

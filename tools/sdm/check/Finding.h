@@ -1,0 +1,85 @@
+// What the checks of item maps find, and the rules that they go by.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "check/MapText.h"
+
+namespace cli::check
+{
+
+enum class Severity
+{
+  error,   ///< something in the map does not work
+  warning, ///< something in the map is probably not meant so
+  note     ///< good to know
+};
+
+/// "error", "warning", "note".
+const char* severityName(Severity severity);
+
+/// A change of the file that mends something.
+struct Edit
+{
+  Span place;
+  std::string replacement;
+};
+
+/// Another place that a finding speaks of.
+struct Related
+{
+  Span place;
+  std::string text;
+};
+
+struct Rule;
+
+struct Finding
+{
+  const Rule* rule = nullptr;
+  Span place;
+  /// One sentence without a full stop, safe to show on a terminal.
+  std::string text;
+  std::vector<Related> related;
+  /// Empty when nobody but the author can tell what was meant.
+  std::vector<Edit> fix;
+};
+
+/// Takes down the findings of one rule.
+class Report
+{
+public:
+  Report(const Rule& whose, std::vector<Finding>& findings) : rule(&whose), all(findings)
+  {
+  }
+
+  /// The finding may be added to until the next one.
+  Finding& add(const Span& place, std::string text);
+
+private:
+  const Rule* rule;
+  std::vector<Finding>& all;
+};
+
+struct Rule
+{
+  /// Lower-case words joined by hyphens; never changes once it was published.
+  const char* id;
+  Severity severity;
+  /// Whether `--fix` can mend what it finds, at least at times.
+  bool fixable;
+  /// One sentence: what is wrong.
+  const char* summary;
+  /// What the library does with it, what the service notices, what to do about it.
+  const char* explanation;
+  void (*look)(const MapText& map, Report& report);
+};
+
+/// All rules, by subject: the order in which they are told.
+const std::vector<const Rule*>& allRules();
+
+/// Null when there is none.
+const Rule* findRule(const std::string& id);
+
+} // namespace cli::check

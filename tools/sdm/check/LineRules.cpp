@@ -1,0 +1,260 @@
+// Lines that the library cuts, skips, or splits otherwise than their author meant.
+#include "check/Rules.h"
+
+#include <algorithm>
+
+namespace cli::check
+{
+namespace
+{
+
+using Kind = MapLine::Kind;
+
+bool beginsComment(std::string_view text)
+{
+  const std::size_t first = text.find_first_not_of(" \t");
+  if (first == std::string_view::npos)
+    return false;
+  text.remove_prefix(first);
+  return text.front() == '#' || text.front() == ';' || text.substr(0, 2) == "//";
+}
+
+bool isBlank(std::string_view text)
+{
+  return text.find_first_not_of(" \t\r") == std::string_view::npos;
+}
+
+bool isCut(const MapText& map, const MapLine& line)
+{
+  return line.place.size() == sdm::ItemMapFile::longestLine && line.place.end < map.bytes().size() &&
+         map.bytes()[line.place.end] != '\n';
+}
+
+/// A line that was read whole and that nothing else is said about.
+bool isOrdinary(const MapText& map, const MapLine& line)
+{
+  return !line.continued && !line.nul && !isCut(map, line);
+}
+
+std::string fate(const MapText& map, const MapLine& line)
+{
+  if (line.kind == Kind::item)
+    return "read as item " + quoted(map.text(line, Column::rootId));
+  return line.kind == Kind::passedOver ? "passed over" : "skipped";
+}
+
+void lookForLongLines(const MapText& map, Report& report)
+{
+  const auto& lines = map.lines();
+  for (std::size_t i = 0; i + 1 < lines.size(); ++i)
+  {
+    if (lines[i].continued || !isCut(map, lines[i]))
+      continue;
+    const std::uint32_t whole = map.wholeLine(lines[i].place.begin).size();
+    report.add({lines[i].place.end, lines[i + 1].place.end},
+               "the line has " + std::to_string(whole) + " bytes and is cut after 500: the first part is " +
+                   fate(map, lines[i]) + ", what follows is " + fate(map, lines[i + 1]));
+  }
+}
+
+void lookForNulBytes(const MapText& map, Report& report)
+{
+  if (isUtf16(map))
+    return;
+  for (const MapLine& line : map.lines())
+  {
+    if (line.nul)
+      report.add({*line.nul, *line.nul + 1},
+                 "the line ends at this NUL byte: what stands behind it is lost, and the line is " + fate(map, line));
+  }
+}
+
+void lookForShortLines(const MapText& map, Report& report)
+{
+  for (const MapLine& line : map.lines())
+  {
+    const std::string_view text = map.text(line.place);
+    if (line.kind == Kind::passedOver && isOrdinary(map, line) && !isBlank(text) && !beginsComment(text))
+      report.add(line.place, "a line of " + counted(text.size(), "byte") + " is passed over in silence");
+  }
+}
+
+std::string separatorHint(std::string_view text)
+{
+  for (const char separator : {';', '\t', '|'})
+  {
+    if (std::count(text.begin(), text.end(), separator) >= 11)
+      return "; columns are separated by commas alone";
+  }
+  return "; columns at the end have to be there, too, even when they are empty";
+}
+
+void lookForMissingCommas(const MapText& map, Report& report)
+{
+  for (const MapLine& line : map.lines())
+  {
+    const std::string_view text = map.text(line.place);
+    if (line.kind != Kind::tooFewColumns || !isOrdinary(map, line) || beginsComment(text))
+      continue;
+    const auto commas = static_cast<std::size_t>(std::count(text.begin(), text.end(), ','));
+    report.add(line.place,
+               "the line has " + counted(commas + 1, "column") + " instead of 12 and is skipped" + separatorHint(text));
+  }
+}
+
+bool hasContent(std::string_view surplus)
+{
+  return surplus.find_first_not_of(", \t\r") != std::string_view::npos;
+}
+
+void lookForSurplus(const MapText& map, Report& report)
+{
+  forEachItem(map,
+              [&](const MapLine& line)
+              {
+                if (line.surplus.size() > 0 && map.text(line.surplus).front() == ',' &&
+                    hasContent(map.text(line.surplus)))
+                  report.add(line.surplus,
+                             "text behind the twelfth comma is ignored: " + quoted(map.text(line.surplus).substr(1)));
+              });
+}
+
+void lookForTrailingCommas(const MapText& map, Report& report)
+{
+  forEachItem(map,
+              [&](const MapLine& line)
+              {
+                std::string_view surplus = map.text(line.surplus);
+                if (surplus.empty() || surplus.front() != ',' || hasContent(surplus))
+                  return;
+                // A carriage return is another matter, and stays.
+                const bool ends = surplus.back() == '\r';
+                const Span place{line.surplus.begin, line.surplus.end - (ends ? 1U : 0U)};
+                const auto commas = std::count(surplus.begin(), surplus.end(), ',');
+                report
+                    .add(place, counted(static_cast<std::size_t>(commas), "comma") + " too many at the end of the line")
+                    .fix.push_back({place, ""});
+              });
+}
+
+void lookForComments(const MapText& map, Report& report)
+{
+  for (const MapLine& line : map.lines())
+  {
+    if (line.kind == Kind::item || !isOrdinary(map, line) || !beginsComment(map.text(line.place)))
+      continue;
+    const bool logged = line.kind == Kind::tooFewColumns;
+    report.add(line.place, std::string("an item map has no comments; this line is ") +
+                               (logged ? "reported in the log at every start" : "passed over for being so short"));
+  }
+}
+
+void lookForCommentedItems(const MapText& map, Report& report)
+{
+  forEachItem(map,
+              [&](const MapLine& line)
+              {
+                const std::string_view rootId = map.text(line, Column::rootId);
+                if (beginsComment(rootId))
+                  report.add(line.at(Column::rootId), "the line is not commented out: it loads as item " +
+                                                          quoted(rootId) + ", and its setter runs");
+              });
+}
+
+bool isHeader(const ItemText& item)
+{
+  const std::string rootId = lowered(item[Column::rootId]);
+  const std::string schema = lowered(item[Column::dasSchema]);
+  const std::string column = lowered(item[Column::dasItem]);
+  return (rootId == "rootid" || rootId == "root id" || rootId == "root_id" || rootId == "id") &&
+         (schema == "dasschema" || schema == "schema" || schema == "das schema" || column == "dasitem" ||
+          column == "column");
+}
+
+void lookForHeader(const MapText& map, Report& report)
+{
+  forEachItem(map,
+              [&](const MapLine& line)
+              {
+                if (!isHeader(ItemText(map, line)))
+                  return;
+                const std::uint32_t feed = line.place.end < map.bytes().size() ? 1 : 0;
+                report.add(line.place, "the names of the columns load as an item; a map has no heading")
+                    .fix.push_back({{line.place.begin, line.place.end + feed}, ""});
+              });
+}
+
+void lookForQuotes(const MapText& map, Report& report)
+{
+  forEachItem(map,
+              [&](const MapLine& line)
+              {
+                for (std::size_t i = 0; i < columnCount; ++i)
+                {
+                  const std::string_view text = map.text(line.columns[i]);
+                  if (text.empty() || text.front() != '"')
+                    continue;
+                  const bool closed = text.size() > 1 && text.back() == '"';
+                  report.add(line.columns[i],
+                             std::string("there is no quoting in an item map: the quotes belong to the ") +
+                                 columnName(static_cast<Column>(i)) +
+                                 (closed ? "" : ", and commas inside them separate columns"));
+                }
+              });
+}
+
+} // namespace
+
+const std::vector<Rule>& lineRules()
+{
+  static const std::vector<Rule> rules = {
+      {"line-too-long", Severity::error, false, "A line of more than 500 bytes is cut.",
+       "The library reads 500 bytes of a line; what is beyond them is read as a line of its own. The first part lacks "
+       "its last columns (a default that is cut, encryption that is not turned on) or is skipped; the rest is skipped, "
+       "or loads as an item that nobody wrote when it has eleven commas. Shorten the default or the names. Characters "
+       "outside ASCII take two to four bytes each.",
+       lookForLongLines},
+      {"nul-byte", Severity::error, false, "A line ends at its first NUL byte.",
+       "Lines are read as texts of C, which end at a NUL byte: the columns behind it are lost. Such bytes come from "
+       "files that were written in UTF-16, or cut off by a full disk.",
+       lookForNulBytes},
+      {"line-passed-over", Severity::warning, false, "A line of nine bytes or fewer is passed over in silence.",
+       "Lines as short as that cannot hold eleven commas, so the library passes over them without a word in the log. "
+       "Probably a piece of another line stands here: was one broken in two?",
+       lookForShortLines},
+      {"too-few-columns", Severity::error, false, "A line with fewer than eleven commas is skipped.",
+       "Every item has twelve columns, the empty ones at its end included. The library skips the line and says so in "
+       "the log at level 2, with the line's number; the item does not exist: requests for it are refused as unknown. "
+       "Which comma is missing only the author can tell, so there is no automatic fix.",
+       lookForMissingCommas},
+      {"too-many-columns", Severity::error, false, "Text behind the twelfth comma is ignored.",
+       "Columns are counted by commas, and there is no way to write a comma inside one: a default with a comma in it "
+       "moves all columns behind it, the setter's name becomes part of the default, and the item works no more. The "
+       "library ignores what is behind the twelfth comma without a word.",
+       lookForSurplus},
+      {"trailing-commas", Severity::warning, true, "There are more commas than columns at the end of a line.",
+       "The library ignores them. They do no harm, but hide it when a column is moved. --fix takes them away.",
+       lookForTrailingCommas},
+      {"comment-line", Severity::warning, false, "An item map has no comments.",
+       "A line that begins with # is a line like any other: with fewer than eleven commas it is skipped and leaves a "
+       "failure in the log at every start, which hides real ones. Keep comments in a file beside the map.",
+       lookForComments},
+      {"commented-out-item", Severity::error, false, "A line that was meant to be commented out is loaded.",
+       "There are no comments: the item loads under a root id that begins with #. At start-up its setter is called "
+       "with the default, its schema is read, and it may take the place of the item that was to replace it. Delete "
+       "the line.",
+       lookForCommentedItems},
+      {"header-line", Severity::error, true, "The names of the columns are loaded as an item.",
+       "A map has no heading. The library makes an item of it, and asks the database for a schema of the name that "
+       "stands in column 2. --fix deletes the line.",
+       lookForHeader},
+      {"quoted-field", Severity::error, false, "There is no quoting: quotes become part of the text.",
+       "Spreadsheets put quotes around columns when they save a file. The library knows no quoting: names with quotes "
+       "are found by nobody, defaults reach the setter with quotes around them, and commas inside quotes separate "
+       "columns all the same.",
+       lookForQuotes},
+  };
+  return rules;
+}
+
+} // namespace cli::check

@@ -1,0 +1,39 @@
+// Puts item maps to the rules, and mends what can be mended safely.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "check/Finding.h"
+
+namespace cli::check
+{
+
+/// Hears how much is done, from 0 to 1, after each rule.
+using Progress = std::function<void(double)>;
+
+/// What the rules find, in the order of the file.
+std::vector<Finding> findingsOf(const MapText& map, const std::vector<const Rule*>& rules,
+                                const Progress& progress = nullptr);
+
+/// Something that was mended.
+struct Mended
+{
+  const Rule* rule;
+  /// Where it stood, in a file that might have been mended in part already.
+  Position position;
+  std::string text;
+};
+
+struct MendedMap
+{
+  std::string content;
+  /// Empty: the content is the map's own.
+  std::vector<Mended> mended;
+};
+
+/// Mends until nothing is left that can be mended. All other bytes stay as they are.
+MendedMap mend(const MapText& map, const std::vector<const Rule*>& rules);
+
+} // namespace cli::check

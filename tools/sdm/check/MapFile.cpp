@@ -1,0 +1,155 @@
+#include "check/MapFile.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <filesystem>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <vector>
+
+namespace cli::check
+{
+namespace
+{
+
+// Beyond that a file is no map that anybody wrote.
+constexpr std::size_t largestMap = 64UL * 1024 * 1024;
+
+/// A file that is closed, whatever happens.
+class Descriptor
+{
+public:
+  explicit Descriptor(int opened) : number(opened)
+  {
+  }
+  ~Descriptor()
+  {
+    if (number >= 0)
+      ::close(number);
+  }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+
+  const int number;
+};
+
+[[noreturn]] void unreadable(const std::string& path, const std::string& why)
+{
+  throw FileError("the item map " + path + " cannot be read: " + why);
+}
+
+[[noreturn]] void unwritable(const std::string& path, const std::string& why)
+{
+  throw FileError("the item map " + path + " cannot be mended: " + why + "; it is as it was");
+}
+
+std::string readAll(int descriptor, const std::string& path)
+{
+  std::string content;
+  std::vector<char> piece(1U << 16U);
+  for (;;)
+  {
+    const ssize_t taken = ::read(descriptor, piece.data(), piece.size());
+    if (taken == 0)
+      return content;
+    if (taken < 0 && errno == EINTR)
+      continue;
+    if (taken < 0)
+      unreadable(path, std::strerror(errno));
+    content.append(piece.data(), static_cast<std::size_t>(taken));
+    if (content.size() > largestMap)
+      unreadable(path, "it has more than 64 MiB");
+  }
+}
+
+bool writeAll(int descriptor, const std::string& content)
+{
+  for (std::size_t done = 0; done < content.size();)
+  {
+    const ssize_t written = ::write(descriptor, content.data() + done, content.size() - done);
+    if (written < 0 && errno != EINTR)
+      return false;
+    done += written < 0 ? 0 : static_cast<std::size_t>(written);
+  }
+  return true;
+}
+
+/// A file beside another one that is gone in the end unless it took the other one's place.
+class Replacement
+{
+public:
+  explicit Replacement(const std::filesystem::path& place) : target(place), name(place.string() + ".XXXXXX")
+  {
+    descriptor = ::mkostemp(name.data(), O_CLOEXEC);
+  }
+  ~Replacement()
+  {
+    if (descriptor < 0)
+      return;
+    ::close(descriptor);
+    if (!done)
+      ::unlink(name.c_str());
+  }
+  Replacement(const Replacement&) = delete;
+  Replacement& operator=(const Replacement&) = delete;
+
+  bool write(const std::string& content, const struct stat& like)
+  {
+    // Whose file it is only root can keep; that it cannot be kept is no reason to fail.
+    if (descriptor >= 0 && ::fchown(descriptor, like.st_uid, like.st_gid) != 0)
+      errno = 0;
+    return descriptor >= 0 && ::fchmod(descriptor, like.st_mode & 07777U) == 0 && writeAll(descriptor, content) &&
+           ::fsync(descriptor) == 0;
+  }
+
+  bool takePlace()
+  {
+    done = ::rename(name.c_str(), target.c_str()) == 0;
+    return done;
+  }
+
+private:
+  std::filesystem::path target;
+  std::string name;
+  int descriptor = -1;
+  bool done = false;
+};
+
+} // namespace
+
+std::string readMap(const std::string& path)
+{
+  if (path == "-")
+    return readAll(STDIN_FILENO, path);
+  const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
+  if (file.number < 0)
+    unreadable(path, std::strerror(errno));
+  return readAll(file.number, path);
+}
+
+void replaceMap(const std::string& path, const std::string& old, const std::string& content)
+{
+  std::error_code failure;
+  const std::filesystem::path place = std::filesystem::canonical(path, failure);
+  struct stat status
+  {
+  };
+  if (failure || ::stat(place.c_str(), &status) != 0 || !S_ISREG(status.st_mode))
+    unwritable(path, failure ? failure.message() : "it is no ordinary file");
+  if (::access(place.c_str(), W_OK) != 0)
+    unwritable(path, std::strerror(errno));
+  Replacement replacement(place);
+  if (!replacement.write(content, status))
+    unwritable(path, std::strerror(errno));
+  if (readMap(place.string()) != old)
+    unwritable(path, "somebody else has changed it");
+  if (!replacement.takePlace())
+    unwritable(path, std::strerror(errno));
+  const Descriptor folder(::open(place.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (folder.number >= 0)
+    ::fsync(folder.number);
+}
+
+} // namespace cli::check

@@ -1,0 +1,94 @@
+#include "check/Rules.h"
+
+#include <algorithm>
+#include <cctype>
+#include <memory>
+#include <stdexcept>
+
+#include <expat.h>
+
+#include "Shown.h"
+
+namespace cli::check
+{
+namespace
+{
+
+constexpr std::size_t longestQuote = 60;
+
+struct FreeParser
+{
+  void operator()(XML_Parser parser) const
+  {
+    XML_ParserFree(parser);
+  }
+};
+
+struct SeenElement
+{
+  std::string_view expected;
+  bool same = false;
+};
+
+void noteElement(void* userData, const char* name, const char** attributes)
+{
+  auto* seen = static_cast<SeenElement*>(userData);
+  seen->same = seen->expected == name && *attributes == nullptr;
+}
+
+bool isPlainName(std::string_view text)
+{
+  const auto letter = [](char c) { return std::isalpha(static_cast<unsigned char>(c)) != 0 || c == '_'; };
+  const auto rest = [&](char c)
+  { return letter(c) || std::isdigit(static_cast<unsigned char>(c)) != 0 || c == '.' || c == '-'; };
+  return !text.empty() && letter(text.front()) && std::all_of(text.begin(), text.end(), rest);
+}
+
+} // namespace
+
+std::string quoted(std::string_view text)
+{
+  std::string clean = shown(std::string(text.substr(0, 4 * longestQuote)));
+  return "\"" + clipped(clean, longestQuote) + "\"";
+}
+
+std::string lineOf(const MapLine& line)
+{
+  return "line " + std::to_string(line.number);
+}
+
+std::string counted(std::size_t number, const char* what)
+{
+  return std::to_string(number) + " " + what + (number == 1 ? "" : "s");
+}
+
+std::string lowered(std::string_view text)
+{
+  std::string lower(text);
+  std::transform(lower.begin(), lower.end(), lower.begin(),
+                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
+  return lower;
+}
+
+bool isUtf16(const MapText& map)
+{
+  const std::string_view start = std::string_view(map.bytes()).substr(0, 2);
+  return start == "\xff\xfe" || start == "\xfe\xff";
+}
+
+bool isXmlName(std::string_view text)
+{
+  if (isPlainName(text))
+    return true;
+  // Whoever reads the replies decides: the library's own parser.
+  const std::unique_ptr<XML_ParserStruct, FreeParser> parser(XML_ParserCreate("UTF-8"));
+  if (parser == nullptr)
+    throw std::bad_alloc();
+  SeenElement seen{text};
+  XML_SetStartElementHandler(parser.get(), noteElement);
+  XML_SetUserData(parser.get(), &seen);
+  const std::string element = "<" + std::string(text) + "/>";
+  return XML_Parse(parser.get(), element.data(), static_cast<int>(element.size()), 1) == XML_STATUS_OK && seen.same;
+}
+
+} // namespace cli::check

@@ -1,0 +1,93 @@
+// The rules by subject, and what they share.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "check/Finding.h"
+
+namespace cli::check
+{
+
+/// The file as a whole.
+const std::vector<Rule>& fileRules();
+/// Lines that are cut, skipped or split otherwise than meant.
+const std::vector<Rule>& lineRules();
+/// Bytes and blanks in the columns.
+const std::vector<Rule>& textRules();
+/// Names that the messages to the database cannot carry.
+const std::vector<Rule>& nameRules();
+/// Items that get into each other's way.
+const std::vector<Rule>& identityRules();
+/// Items, groups and encryption without effect.
+const std::vector<Rule>& effectRules();
+/// User data that cannot be reset or reloaded.
+const std::vector<Rule>& userDataRules();
+/// Defaults and alternative defaults.
+const std::vector<Rule>& valueRules();
+
+/// Visits the items that somebody wrote: not those that a cut line left over.
+template <typename Visit>
+void forEachItem(const MapText& map, Visit visit)
+{
+  for (const MapLine& line : map.lines())
+  {
+    if (line.kind == MapLine::Kind::item && !line.continued)
+      visit(line);
+  }
+}
+
+/// The columns of an item, as texts.
+class ItemText
+{
+public:
+  ItemText(const MapText& map, const MapLine& line) : mapText(map), mapLine(line)
+  {
+  }
+
+  std::string_view operator[](Column which) const
+  {
+    return mapText.text(mapLine, which);
+  }
+  bool has(Column which) const
+  {
+    return !mapLine.at(which).empty();
+  }
+  bool isLocal() const
+  {
+    return !has(Column::dasSchema);
+  }
+  bool isUserData() const
+  {
+    return has(Column::userData);
+  }
+  bool isEncrypted() const
+  {
+    return (*this)[Column::dasEncrypted] == "true";
+  }
+
+private:
+  const MapText& mapText;
+  const MapLine& mapLine;
+};
+
+/// A piece of the file in quotes, as a terminal may show it; long ones are cut.
+std::string quoted(std::string_view text);
+
+/// "line 12".
+std::string lineOf(const MapLine& line);
+
+/// "1 item", "2 items".
+std::string counted(std::size_t number, const char* what);
+
+/// In lower case, as far as ASCII goes.
+std::string lowered(std::string_view text);
+
+/// The file is in UTF-16: no other rule has anything to say about it.
+bool isUtf16(const MapText& map);
+
+/// Whether expat takes it for the name of an element, as it stands.
+bool isXmlName(std::string_view text);
+
+} // namespace cli::check
