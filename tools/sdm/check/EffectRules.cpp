@@ -37,7 +37,7 @@ void lookForMissingColumn(const MapText& map, Report& report)
               {
                 const ItemText item(map, line);
                 const bool reachable = item.has(Column::setter) || item.has(Column::getter);
-                if (!item.isLocal() && !item.has(Column::dasItem) && reachable)
+                if (!item.isLocal() && !item.has(Column::dasItem) && reachable && !item.isUserData())
                   report.add(line.at(Column::dasItem), "a schema without a column: the item's values are never stored");
               });
 }

@@ -124,16 +124,14 @@ void lookForTrailingCommas(const MapText& map, Report& report)
   forEachItem(map,
               [&](const MapLine& line)
               {
-                std::string_view surplus = map.text(line.surplus);
+                const std::string_view surplus = map.text(line.surplus);
                 if (surplus.empty() || surplus.front() != ',' || hasContent(surplus))
                   return;
-                // A carriage return is another matter, and stays.
-                const bool ends = surplus.back() == '\r';
-                const Span place{line.surplus.begin, line.surplus.end - (ends ? 1U : 0U)};
-                const auto commas = std::count(surplus.begin(), surplus.end(), ',');
-                report
-                    .add(place, counted(static_cast<std::size_t>(commas), "comma") + " too many at the end of the line")
-                    .fix.push_back({place, ""});
+                const auto commas = static_cast<std::size_t>(std::count(surplus.begin(), surplus.end(), ','));
+                const Span place{line.surplus.begin, line.surplus.end - (surplus.back() == '\r' ? 1U : 0U)};
+                // A carriage return goes as well: without the commas it would spoil the column before them.
+                report.add(place, counted(commas, "comma") + " too many at the end of the line")
+                    .fix.push_back({line.surplus, ""});
               });
 }
 

@@ -79,11 +79,14 @@ void lookForRows(const MapText& map, Report& report)
 /// Whether the column's name stands in a reply somewhere before its own element.
 bool standsEarlier(const ItemText& item)
 {
+  // The index column as an item has more to it, which is told elsewhere.
+  if (!item.has(Column::dasItem) || item[Column::dasItem] == item[Column::dasIndexName])
+    return false;
   std::string before = R"(<?xml version="1.0" encoding="utf-8"?><Schema name=")";
   before.append(item[Column::dasSchema]).append(R"("><ReasonForMessage>read_response</ReasonForMessage>)");
   if (item.has(Column::dasIndexName))
     before.append("<Entry><").append(item[Column::dasIndexName]).append(">").append(item[Column::dasIndexValue]);
-  return item.has(Column::dasItem) && before.find(item[Column::dasItem]) != std::string::npos;
+  return before.find(item[Column::dasItem]) != std::string::npos;
 }
 
 std::string ambiguity(const ItemText& item)
