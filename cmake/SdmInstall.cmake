@@ -79,6 +79,8 @@ if(SDM_OVER_HOST)
   sdm_install_targets(Host host)
   sdm_pkgconfig(servicedatamanager-host host)
   install(TARGETS sdm RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT host)
+  set_target_properties(commsservice_host PROPERTIES INSTALL_RPATH "$ORIGIN/..")
+  install(TARGETS commsservice_host LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}/servicedatamanager" COMPONENT host)
   install(FILES "${PROJECT_SOURCE_DIR}/examples/commsservice/CommsSettings.csv"
     DESTINATION "${CMAKE_INSTALL_DATADIR}/ServiceDataManager" COMPONENT host)
   install(FILES

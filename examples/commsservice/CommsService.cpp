@@ -30,7 +30,7 @@ CommsService::CommsService(SvcRTEContext& context, std::unique_ptr<ServiceDataMa
     : live(settings()), validator(groupRules(), live, calls), dataManager(std::move(manager)), observer(*dataManager)
 {
   dataManager->setup(&context, &observer, "CommsService", &validator);
-  registerCallbacks();
+  registerCallbacks(*dataManager, live, calls, validator);
 }
 
 CommsService::~CommsService()
@@ -95,20 +95,6 @@ std::string CommsService::liveValue(const std::string& setting, const std::strin
 CallReport CommsService::takeReport()
 {
   return calls.take();
-}
-
-// The manager owns what it is given, and copies the names.
-void CommsService::registerCallbacks()
-{
-  for (const Setting& setting : settings())
-  {
-    const std::string setterName = "set" + setting.name;
-    const std::string getterName = "get" + setting.name;
-    if (!setting.readOnly)
-      dataManager->addSetter({setterName.c_str(), makeSetter(setting, live, calls, validator).release()});
-    if (!setting.secret)
-      dataManager->addGetter({getterName.c_str(), std::make_unique<SettingGetter>(setting, live).release()});
-  }
 }
 
 void CommsService::Agent::observedDataChanged(ManageableData& data)

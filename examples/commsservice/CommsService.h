@@ -74,8 +74,6 @@ private:
   /// One operation's turn: begins with an empty validator and leaves one.
   class Turn;
 
-  void registerCallbacks();
-
   LiveValues live;
   CallLog calls;
   GroupValidator validator;

@@ -80,4 +80,18 @@ std::unique_ptr<ManagedItemSetter> makeSetter(const Setting& setting, LiveValues
   return std::make_unique<GroupSetter>(setting, live, calls, validator);
 }
 
+// The manager owns what it is given, and copies the names.
+void registerCallbacks(ServiceDataManagerIfc& manager, LiveValues& live, CallLog& calls, GroupValidator& validator)
+{
+  for (const Setting& setting : settings())
+  {
+    const std::string setterName = "set" + setting.name;
+    const std::string getterName = "get" + setting.name;
+    if (!setting.readOnly)
+      manager.addSetter({setterName.c_str(), makeSetter(setting, live, calls, validator).release()});
+    if (!setting.secret)
+      manager.addGetter({getterName.c_str(), std::make_unique<SettingGetter>(setting, live).release()});
+  }
+}
+
 } // namespace commsservice

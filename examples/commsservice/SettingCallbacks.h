@@ -80,4 +80,7 @@ private:
 std::unique_ptr<ManagedItemSetter> makeSetter(const Setting& setting, LiveValues& live, CallLog& calls,
                                               GroupValidator& validator);
 
+/// Registers the callbacks of every setting: "set" and "get" before its name. Borrows the rest, which outlives them.
+void registerCallbacks(ServiceDataManagerIfc& manager, LiveValues& live, CallLog& calls, GroupValidator& validator);
+
 } // namespace commsservice

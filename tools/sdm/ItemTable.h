@@ -4,9 +4,10 @@
 #include <cstdint>
 #include <filesystem>
 #include <map>
-#include <stdexcept>
 #include <string>
 #include <vector>
+
+#include "StartError.h"
 
 namespace cli
 {
@@ -32,13 +33,6 @@ struct MapItem
   {
     return schema.empty();
   }
-};
-
-/// Why the program cannot start: what, which file, why, and what to do about it.
-class StartError : public std::runtime_error
-{
-public:
-  using std::runtime_error::runtime_error;
 };
 
 /// Lines whose last column was meant to say something about encryption, and does not.

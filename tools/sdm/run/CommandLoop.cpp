@@ -75,7 +75,8 @@ ExitCode runDevice(const RunSettings& settings)
   Session session(running, std::cout, Style(wantsColours(STDOUT_FILENO)));
   if (const std::string warning = encryptionWarning(running); !warning.empty())
     std::cerr << "sdm: " << warning << "\n";
-  printStart(session, running.summary(), "CommsService is up on " + shown(running.folder().string()));
+  printStart(session, running.summary(),
+             shown(running.serviceName()) + " is up on " + shown(running.folder().string()));
   const bool interactive = isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0;
   if (interactive)
     std::cout << session.style.faint("`help` shows the commands, Tab completes them, Ctrl-D ends.") << "\n";

@@ -102,12 +102,12 @@ Outcome reloadUserData(Session& session, const Arguments&)
   const auto before = session.values(items);
   session.running.service().takeReport();
   session.running.service().reloadUserData();
-  commsservice::CallReport report = session.running.service().takeReport();
+  CallReport report = session.running.service().takeReport();
   // What was never stored is read as an empty text, which those settings refuse: nothing to worry about.
   const std::size_t all = report.refusals.size();
   auto& refusals = report.refusals;
   refusals.erase(std::remove_if(refusals.begin(), refusals.end(),
-                                [&](const commsservice::SetterRefusal& refusal)
+                                [&](const SetterRefusal& refusal)
                                 {
                                   const MapItem* item = session.refusedItem(refusal);
                                   return item != nullptr && !session.isStored(*item);

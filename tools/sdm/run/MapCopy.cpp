@@ -7,18 +7,14 @@
 #include <iterator>
 #include <optional>
 #include <string>
-#include <system_error>
 #include <unistd.h>
-#include <vector>
 
-#include "ItemTable.h"
+#include "StartError.h"
 
 namespace cli
 {
 namespace
 {
-
-constexpr const char* mapName = "CommsSettings.csv";
 
 std::optional<std::string> contentOf(const std::filesystem::path& path)
 {
@@ -69,20 +65,6 @@ bool writeAndSync(const std::filesystem::path& path, const std::string& content)
 }
 
 } // namespace
-
-std::filesystem::path sampleMap()
-{
-  std::error_code unknown;
-  const std::filesystem::path folder = std::filesystem::read_symlink("/proc/self/exe", unknown).parent_path();
-  const std::vector<std::filesystem::path> places = {folder / mapName, folder / "../share/ServiceDataManager" / mapName,
-                                                     SDM_SAMPLE_MAP};
-  for (const std::filesystem::path& place : places)
-  {
-    if (std::filesystem::exists(place, unknown))
-      return place;
-  }
-  return places.back();
-}
 
 void copyMap(const std::filesystem::path& source, const std::filesystem::path& target)
 {

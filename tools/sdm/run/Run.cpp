@@ -25,7 +25,7 @@ std::string footer()
          "  0  done\n"
          "  1  a command of a script was refused or failed, or output was lost\n"
          "  2  wrong usage of the command line\n"
-         "  3  the device cannot be brought up: item map, folder, database or key\n";
+         "  3  the device cannot be brought up: service, item map, folder, database or key\n";
 }
 
 } // namespace
@@ -33,7 +33,9 @@ std::string footer()
 Action addRun(CLI::App& run)
 {
   const auto settings = std::make_shared<RunSettings>();
-  run.add_option("--map", settings->map, "Item map file; without it that of the sample service")->type_name("FILE");
+  run.add_option("--service", settings->service, "Shared object of the service; without it the sample service")
+      ->type_name("FILE");
+  run.add_option("--map", settings->map, "Item map file; without it that of the service")->type_name("FILE");
   run.add_option("--device", settings->device, "Folder of the device, made when it is not there")
       ->type_name("DIR")
       ->check([](const std::string& folder) { return folder.empty() ? "the name of a folder is empty" : ""; })

@@ -11,7 +11,9 @@ namespace cli
 
 struct RunSettings
 {
-  /// Nothing given: the sample service's own map.
+  /// Nothing given: the sample service.
+  std::optional<std::filesystem::path> service;
+  /// Nothing given: the service's own map.
   std::optional<std::filesystem::path> map;
   std::filesystem::path device = "device";
   std::uint32_t interfaces = 1;

@@ -8,7 +8,6 @@
 #include "MapCopy.h"
 #include "Shown.h"
 #include "TrafficText.h"
-#include "WatchedManager.h"
 #include "host/DasCrypt.h"
 #include "host/Error.h"
 
@@ -68,18 +67,18 @@ std::vector<host::SchemaDefinition> schemasOf(const ItemTable& items)
 } // namespace
 
 RunningDevice::RunningDevice(const RunSettings& settings)
-try : map(std::filesystem::absolute(settings.map.value_or(sampleMap()))),
+try : loaded(settings.service.value_or(sampleService())),
+    map(std::filesystem::absolute(settings.map ? *settings.map : loaded.itemMap())),
     path(std::filesystem::absolute(settings.device).lexically_normal()), interfaces(settings.interfaces), table(map),
     masks(table), lostKey(isKeyLost(path)), platform(bringUp(path, settings))
 {
   copyMap(map, path / "CommsSettings.csv");
   std::filesystem::current_path(path);
   provision();
+  platform->das().provision(loaded.provisioning());
   const std::uint64_t before = lastExchange();
   const auto began = std::chrono::steady_clock::now();
-  comms = std::make_unique<commsservice::CommsService>(platform->context(), watch::watched(makeServiceDataManager()));
-  started.registered = comms->start(itemMap);
-  const bool registered = started.registered;
+  const bool registered = startService();
   started = summarise(began, true);
   started.registered = registered;
   started.newKey = lostKey;
@@ -96,8 +95,34 @@ catch (const std::filesystem::filesystem_error& error)
 
 RunningDevice::~RunningDevice()
 {
-  if (comms && platform)
-    platform->store().forgetAgent(&comms->agent());
+  takeDown();
+}
+
+bool RunningDevice::startService()
+{
+  try
+  {
+    running = std::make_unique<RunningService>(loaded.service(), platform->context(), table);
+    return running->start(itemMap);
+  }
+  catch (const host::Error&)
+  {
+    takeDown();
+    throw;
+  }
+  catch (const std::exception& error)
+  {
+    takeDown();
+    throw StartError("the service " + loaded.file().string() + " failed at its start: " + error.what());
+  }
+}
+
+// The store reports changes on a thread of its own.
+void RunningDevice::takeDown()
+{
+  if (running)
+    platform->store().forgetAgent(&running->agent());
+  running.reset();
 }
 
 void RunningDevice::provision()
@@ -115,10 +140,10 @@ void RunningDevice::provision()
 
 StartSummary RunningDevice::restart()
 {
-  comms->takeReport();
+  running->takeReport();
   const std::uint64_t before = lastExchange();
   const auto began = std::chrono::steady_clock::now();
-  comms->restart(itemMap);
+  running->restart(itemMap);
   started = summarise(began, false);
   started.failures = failuresAfter(before);
   return started;
@@ -151,7 +176,7 @@ StartSummary RunningDevice::summarise(std::chrono::steady_clock::time_point bega
   StartSummary summary;
   const auto now = std::chrono::steady_clock::now();
   summary.duration = now - began;
-  summary.calls = comms->takeReport();
+  summary.calls = running->takeReport();
   std::size_t expected = 0;
   std::set<std::string> local;
   for (const MapItem& item : table.items())
@@ -194,9 +219,14 @@ host::Device& RunningDevice::device()
   return *platform;
 }
 
-commsservice::CommsService& RunningDevice::service()
+const std::string& RunningDevice::serviceName() const
 {
-  return *comms;
+  return loaded.name();
+}
+
+RunningService& RunningDevice::service()
+{
+  return *running;
 }
 
 const std::filesystem::path& RunningDevice::folder() const
@@ -231,18 +261,12 @@ bool RunningDevice::isUndecryptable(const MapItem& item)
 
 bool RunningDevice::hasSetter(const MapItem& item) const
 {
-  const auto& known = commsservice::settings();
-  return std::any_of(known.begin(), known.end(),
-                     [&](const commsservice::Setting& setting)
-                     { return !setting.readOnly && item.setter == "set" + setting.name; });
+  return running->manager().hasSetter(item.setter);
 }
 
 bool RunningDevice::hasGetter(const MapItem& item) const
 {
-  const auto& known = commsservice::settings();
-  return std::any_of(known.begin(), known.end(),
-                     [&](const commsservice::Setting& setting)
-                     { return !setting.secret && item.getter == "get" + setting.name; });
+  return running->manager().hasGetter(item.getter);
 }
 
 } // namespace cli

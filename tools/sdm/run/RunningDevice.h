@@ -1,4 +1,4 @@
-// A device folder with the sample service running on it.
+// A device folder with a service running on it.
 #pragma once
 
 #include <chrono>
@@ -7,11 +7,12 @@
 #include <string>
 #include <vector>
 
-#include "CommsService.h"
 #include "ItemTable.h"
 #include "Masking.h"
 #include "RunSettings.h"
 #include "host/Device.h"
+#include "service/LoadedService.h"
+#include "service/RunningService.h"
 
 namespace cli
 {
@@ -32,7 +33,7 @@ struct StartSummary
   bool registered = true;
   /// The database was there, the key was not: a new one was made.
   bool newKey = false;
-  commsservice::CallReport calls;
+  CallReport calls;
   std::vector<SchemaFailure> failures;
   std::chrono::duration<double, std::milli> duration{0};
 };
@@ -59,7 +60,9 @@ public:
   const ItemTable& items() const;
   const Masking& masking() const;
   host::Device& device();
-  commsservice::CommsService& service();
+  /// By the name that it gave itself.
+  const std::string& serviceName() const;
+  RunningService& service();
   const std::filesystem::path& folder() const;
 
   /// The default that applies to this unit.
@@ -84,8 +87,11 @@ public:
 
 private:
   void provision();
+  bool startService();
+  void takeDown();
   StartSummary summarise(std::chrono::steady_clock::time_point began, bool first);
 
+  LoadedService loaded;
   std::filesystem::path map;
   std::filesystem::path path;
   std::uint32_t interfaces;
@@ -93,7 +99,7 @@ private:
   Masking masks;
   bool lostKey;
   std::unique_ptr<host::Device> platform;
-  std::unique_ptr<commsservice::CommsService> comms;
+  std::unique_ptr<RunningService> running;
   StartSummary started;
 };
 

@@ -82,7 +82,7 @@ bool Session::differsFromDatabase(const MapItem& item, const std::string& value)
   if (secret && !running.hasSetter(item))
     return false;
   const auto cell = stored(item);
-  return cell && *cell != (secret ? running.service().liveValue(settingOf(item), item.indexValue) : value);
+  return cell && *cell != (secret ? running.service().watch().taken(item.setter, item.indexValue) : value);
 }
 
 std::string Session::whyItDiffers(const MapItem& item) const
@@ -97,14 +97,14 @@ std::string Session::whyItDiffers(const MapItem& item) const
   return std::string("the database holds another value") + (refused ? ", which the service refused" : "");
 }
 
-void Session::noteRefusals(const commsservice::CallReport& report)
+void Session::noteRefusals(const CallReport& report)
 {
-  for (const commsservice::SetterRefusal& refusal : report.refusals)
+  for (const SetterRefusal& refusal : report.refusals)
   {
     if (const MapItem* item = refusedItem(refusal))
       refusals.insert(item->rootId);
   }
-  for (const commsservice::GroupRefusal& refusal : report.groupRefusals)
+  for (const GroupRefusal& refusal : report.groupRefusals)
     refusedGroups.insert(refusal.group);
 }
 
@@ -131,31 +131,26 @@ Outcome Session::refuse(const std::string& why)
   return Outcome::refused;
 }
 
-const MapItem* Session::refusedItem(const commsservice::SetterRefusal& refusal) const
+const MapItem* Session::refusedItem(const SetterRefusal& refusal) const
 {
   const auto& items = running.items().items();
   const auto found = std::find_if(items.begin(), items.end(),
                                   [&](const MapItem& item)
-                                  { return item.setter == "set" + refusal.setting && item.indexValue == refusal.row; });
+                                  { return item.setter == refusal.setter && item.indexValue == refusal.row; });
   return found == items.end() ? nullptr : &*found;
 }
 
-void Session::printRefusals(const commsservice::CallReport& report)
+void Session::printRefusals(const CallReport& report)
 {
   noteRefusals(report);
-  for (const commsservice::SetterRefusal& refusal : report.refusals)
+  for (const SetterRefusal& refusal : report.refusals)
   {
     const MapItem* item = refusedItem(refusal);
-    out << "  " << style.bad("refused") << " " << (item != nullptr ? shown(item->rootId) : refusal.setting) << ": "
-        << shown(refusal.reason) << "\n";
+    out << "  " << style.bad("refused") << " " << (item != nullptr ? shown(item->rootId) : shown(refusal.setter))
+        << ": " << shown(refusal.reason) << "\n";
   }
-  for (const commsservice::GroupRefusal& refusal : report.groupRefusals)
+  for (const GroupRefusal& refusal : report.groupRefusals)
     out << "  " << style.bad("refused") << " group " << shown(refusal.group) << ": " << shown(refusal.reason) << "\n";
-}
-
-std::string settingOf(const MapItem& item)
-{
-  return item.setter.rfind("set", 0) == 0 ? item.setter.substr(3) : std::string();
 }
 
 } // namespace cli

@@ -61,22 +61,19 @@ public:
   Outcome refuse(const std::string& why);
 
   /// Prints the values that the service refused, one a line, and remembers them.
-  void printRefusals(const commsservice::CallReport& report);
+  void printRefusals(const CallReport& report);
 
   /// The item of the map that a refusal of the service is about, or null.
-  const MapItem* refusedItem(const commsservice::SetterRefusal& refusal) const;
+  const MapItem* refusedItem(const SetterRefusal& refusal) const;
 
 private:
   /// Decrypted, as far as that is possible.
   std::optional<std::string> stored(const MapItem& item);
-  void noteRefusals(const commsservice::CallReport& report);
+  void noteRefusals(const CallReport& report);
 
   std::map<std::string, std::string> origins;
   std::set<std::string> refusals;
   std::set<std::string> refusedGroups;
 };
-
-/// The name of the service's setting behind an item's setter; empty when the item has none.
-std::string settingOf(const MapItem& item);
 
 } // namespace cli

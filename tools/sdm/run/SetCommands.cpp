@@ -119,7 +119,7 @@ private:
   /// Members of a group are live only when the group was accepted.
   bool isLive(const MapItem& item, const std::string& value) const
   {
-    return item.group.empty() || session.running.service().liveValue(settingOf(item), item.indexValue) == value;
+    return item.group.empty() || session.running.service().watch().taken(item.setter, item.indexValue) == value;
   }
 
   std::string hint(const std::string& rootId, const MapItem* item) const
@@ -193,7 +193,7 @@ Outcome changeLocally(Session& session, const Arguments& arguments)
     return session.refuse(shown(item->rootId) + " is in the database; use: set " + shown(item->rootId) + " VALUE");
   session.running.service().takeReport();
   session.running.device().store().change(item->rootId, arguments[1]);
-  const commsservice::CallReport report = session.running.service().takeReport();
+  const CallReport report = session.running.service().takeReport();
   session.out << shown(item->rootId) << " = " << session.running.masking().value(*item, arguments[1])
               << " in the local store\n";
   session.noteOrigin(item->rootId, "changed");

@@ -13,6 +13,6 @@ namespace watch
 /// they are registered under, the validator's calls with "validator" and the group. All promises of the interface stay:
 /// what is registered belongs to the manager, and an object with several names is deleted once. `getItem` tells of
 /// items whose callbacks are marked ones.
-std::unique_ptr<ServiceDataManagerIfc> watched(std::unique_ptr<ServiceDataManagerIfc> manager);
+std::unique_ptr<ServiceDataManagerIfc> marked(std::unique_ptr<ServiceDataManagerIfc> manager);
 
 } // namespace watch

@@ -1,5 +1,5 @@
 // Operations and callbacks of a real manager, by their names, seen from the lock and from the account of durations.
-#include "WatchedManager.h"
+#include "MarkedManager.h"
 
 #include <gtest/gtest.h>
 
@@ -90,10 +90,10 @@ public:
 };
 
 /// A manager with one item in a group, in a folder of its own.
-class WatchedManager : public testing::Test
+class MarkedManager : public testing::Test
 {
 protected:
-  WatchedManager()
+  MarkedManager()
   {
     std::string pattern = (std::filesystem::temp_directory_path() / "watchXXXXXX").string();
     folder = ::mkdtemp(pattern.data());
@@ -106,7 +106,7 @@ protected:
     manager->addGetter({"getBanner", new Getter});
     host::forgetCallTimes();
   }
-  ~WatchedManager() override
+  ~MarkedManager() override
   {
     manager->deleteSetters();
     manager->deleteGetters();
@@ -146,12 +146,12 @@ protected:
   Validator validator;
   int left = 0;
   Setter* setter = nullptr;
-  std::unique_ptr<ServiceDataManagerIfc> manager = watch::watched(makeServiceDataManager());
+  std::unique_ptr<ServiceDataManagerIfc> manager = watch::marked(makeServiceDataManager());
 };
 
 } // namespace
 
-TEST_F(WatchedManager, CallbacksAreCountedByTheNamesThatItemMapsUse)
+TEST_F(MarkedManager, CallbacksAreCountedByTheNamesThatItemMapsUse)
 {
   manager->initialise("CommsItemMap");
   const auto counts = calls();
@@ -160,7 +160,7 @@ TEST_F(WatchedManager, CallbacksAreCountedByTheNamesThatItemMapsUse)
   EXPECT_GE(counts.at("validator Pair"), 1U);
 }
 
-TEST_F(WatchedManager, HolderIsKnownByOperationAndCallback)
+TEST_F(MarkedManager, HolderIsKnownByOperationAndCallback)
 {
   manager->initialise("CommsItemMap");
   host::LockUser seen;
@@ -173,7 +173,7 @@ TEST_F(WatchedManager, HolderIsKnownByOperationAndCallback)
   EXPECT_EQ(holder().operation, "");
 }
 
-TEST_F(WatchedManager, SlowCallbackIsNamedToTheOneThatWaitsForIt)
+TEST_F(MarkedManager, SlowCallbackIsNamedToTheOneThatWaitsForIt)
 {
   manager->initialise("CommsItemMap");
   host::setSlowWait(milliseconds(50));
@@ -192,7 +192,7 @@ TEST_F(WatchedManager, SlowCallbackIsNamedToTheOneThatWaitsForIt)
   EXPECT_NE(log().find("held by setData in callback setBanner (thread "), std::string::npos) << log();
 }
 
-TEST_F(WatchedManager, CallbackThatCallsBackWaitsForNobody)
+TEST_F(MarkedManager, CallbackThatCallsBackWaitsForNobody)
 {
   manager->initialise("CommsItemMap");
   host::setSlowWait(milliseconds(1));
@@ -205,7 +205,7 @@ TEST_F(WatchedManager, CallbackThatCallsBackWaitsForNobody)
   EXPECT_EQ(log().find("has waited"), std::string::npos) << log();
 }
 
-TEST_F(WatchedManager, WhatCallbacksAnswerIsPassedOn)
+TEST_F(MarkedManager, WhatCallbacksAnswerIsPassedOn)
 {
   manager->initialise("CommsItemMap");
   const ManagedDataItem* item = manager->getPublishedItem("banner");
@@ -217,7 +217,7 @@ TEST_F(WatchedManager, WhatCallbacksAnswerIsPassedOn)
   EXPECT_NE(log().find("not together"), std::string::npos);
 }
 
-TEST_F(WatchedManager, TakenNameLeavesTheSecondCallbackWithItsOwner)
+TEST_F(MarkedManager, TakenNameLeavesTheSecondCallbackWithItsOwner)
 {
   {
     Setter mine(left);
@@ -229,7 +229,7 @@ TEST_F(WatchedManager, TakenNameLeavesTheSecondCallbackWithItsOwner)
   EXPECT_EQ(left, 0);
 }
 
-TEST_F(WatchedManager, ObjectWithTwoNamesIsDeletedOnce)
+TEST_F(MarkedManager, ObjectWithTwoNamesIsDeletedOnce)
 {
   manager->addSetter({"setAlias", setter});
   manager->deleteSetters();
@@ -238,7 +238,7 @@ TEST_F(WatchedManager, ObjectWithTwoNamesIsDeletedOnce)
   EXPECT_EQ(left, 1);
 }
 
-TEST_F(WatchedManager, NamesWithoutCallbacksStayWithoutCallbacks)
+TEST_F(MarkedManager, NamesWithoutCallbacksStayWithoutCallbacks)
 {
   manager->addSetter({"setNothing", nullptr});
   manager->addSetter({nullptr, nullptr});
@@ -297,7 +297,7 @@ const OperationCase operationCases[] = {
     {"reloadUserData", [](ServiceDataManagerIfc& m) { m.reloadUserData(); }},
 };
 
-class WatchedOperation : public WatchedManager, public testing::WithParamInterface<OperationCase>
+class WatchedOperation : public MarkedManager, public testing::WithParamInterface<OperationCase>
 {
 };
 

@@ -1,4 +1,4 @@
-#include "WatchedManager.h"
+#include "MarkedManager.h"
 
 #include <map>
 #include <mutex>
@@ -124,13 +124,13 @@ private:
   std::map<Callback*, std::weak_ptr<Callback>> owned;
 };
 
-class WatchedManager : public ServiceDataManagerIfc
+class MarkedManager : public ServiceDataManagerIfc
 {
 public:
-  explicit WatchedManager(std::unique_ptr<ServiceDataManagerIfc> realManager) : real(std::move(realManager))
+  explicit MarkedManager(std::unique_ptr<ServiceDataManagerIfc> realManager) : real(std::move(realManager))
   {
   }
-  ~WatchedManager() override
+  ~MarkedManager() override
   {
     const Mark mark(MarkKind::operation, "the manager's end");
     real.reset();
@@ -240,9 +240,9 @@ private:
 
 } // namespace
 
-std::unique_ptr<ServiceDataManagerIfc> watched(std::unique_ptr<ServiceDataManagerIfc> manager)
+std::unique_ptr<ServiceDataManagerIfc> marked(std::unique_ptr<ServiceDataManagerIfc> manager)
 {
-  return std::make_unique<WatchedManager>(std::move(manager));
+  return std::make_unique<MarkedManager>(std::move(manager));
 }
 
 } // namespace watch

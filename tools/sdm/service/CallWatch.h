@@ -1,0 +1,58 @@
+// Watches what passes between the manager and a service: the manager drops results that an operator wants to know.
+#pragma once
+
+#include <map>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "CallReport.h"
+#include "ItemTable.h"
+
+namespace cli
+{
+
+/// May be used from any thread.
+class CallWatch
+{
+public:
+  /// Borrows the table.
+  explicit CallWatch(const ItemTable& items);
+
+  /// A setter was called and gave this answer; `reason` is what it left in the text for refusals.
+  void setterCalled(const std::string& setter, const std::string& row, const std::string& value, bool accepted,
+                    const std::string& reason);
+  void groupJudged(const std::string& group, bool accepted, const std::string& reason);
+  void groupCleared(const std::string& group);
+
+  /// The last value that the service took: of a member of a group, that was judged with success. Nothing before the
+  /// first. Secrets included, so not for display.
+  std::optional<std::string> taken(const std::string& setter, const std::string& row) const;
+
+  /// What was noted since the last call.
+  CallReport take();
+
+private:
+  /// Setter and row.
+  using Place = std::pair<std::string, std::string>;
+
+  struct Item
+  {
+    std::string group;
+    bool local = false;
+  };
+
+  /// A service that nobody asks must not grow.
+  static constexpr std::size_t mostKept = 500;
+
+  void noteRefusal(const Place& place, const std::string& reason);
+
+  std::map<Place, Item> places;
+  mutable std::mutex mutex;
+  std::map<Place, std::string> live;
+  std::map<std::string, std::map<Place, std::string>> pending;
+  CallReport report;
+};
+
+} // namespace cli

@@ -1,0 +1,224 @@
+#include "LoadedService.h"
+
+#include <cerrno>
+#include <cstring>
+#include <dlfcn.h>
+#include <elf.h>
+#include <fstream>
+#include <link.h>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include "StartError.h"
+
+namespace cli
+{
+namespace
+{
+
+constexpr const char* sampleName = "commsservice.so";
+constexpr const char* entryName = "sdmService";
+
+using EntryPoint = const host::ServiceEntry* (*)();
+
+[[noreturn]] void notLoaded(const std::filesystem::path& path, const std::string& why)
+{
+  throw StartError("the service " + path.string() + " cannot be loaded: " + why);
+}
+
+/// The parts of an ELF header that tell the machine; they lie at the same places for 32 and 64 bits.
+struct Machine
+{
+  unsigned char identification[EI_NIDENT];
+  std::uint16_t type;
+  std::uint16_t machine;
+};
+
+Machine machineOf(const std::filesystem::path& path)
+{
+  Machine header{};
+  std::ifstream file(path, std::ios::binary);
+  if (!file)
+    notLoaded(path, std::strerror(errno));
+  if (!file.read(reinterpret_cast<char*>(&header), sizeof header) ||
+      std::memcmp(header.identification, ELFMAG, SELFMAG) != 0)
+    notLoaded(path, "it is not a shared object");
+  return header;
+}
+
+std::string machineName(const Machine& of)
+{
+  switch (of.machine)
+  {
+  case EM_X86_64:
+    return "x86-64";
+  case EM_386:
+    return "32-bit x86";
+  case EM_ARM:
+    return "32-bit ARM";
+  case EM_AARCH64:
+    return "64-bit ARM";
+  default:
+    return "machine " + std::to_string(of.machine);
+  }
+}
+
+/// Whether everything that gets loaded is in the file. Reading what is not would end the process.
+bool isWhole(const std::filesystem::path& path)
+{
+  std::ifstream file(path, std::ios::binary);
+  ElfW(Ehdr) header{};
+  if (!file.read(reinterpret_cast<char*>(&header), sizeof header))
+    return false;
+  const std::uintmax_t size = std::filesystem::file_size(path);
+  file.seekg(static_cast<std::streamoff>(header.e_phoff));
+  for (unsigned i = 0; i < header.e_phnum; ++i)
+  {
+    ElfW(Phdr) part{};
+    if (!file.read(reinterpret_cast<char*>(&part), sizeof part) || part.p_offset > size ||
+        part.p_filesz > size - part.p_offset)
+      return false;
+  }
+  return true;
+}
+
+// The loader's own words for these are about the insides of files.
+void checkFile(const std::filesystem::path& path)
+{
+  std::error_code unknown;
+  if (std::filesystem::is_directory(path, unknown))
+    notLoaded(path, "it is a folder");
+  const Machine its = machineOf(path);
+  const Machine own = machineOf("/proc/self/exe");
+  const bool sameBytes = std::memcmp(its.identification, own.identification, EI_VERSION) == 0;
+  if (!sameBytes || its.machine != own.machine)
+    notLoaded(path, "it is built for " + machineName(its) + ", this program for " + machineName(own));
+  if (its.type != ET_DYN)
+    notLoaded(path, "it is not a shared object");
+  if (!isWhole(path))
+    notLoaded(path, "the end of the file is missing");
+}
+
+/// What the loader says, without the name of the file, which stands in our own line.
+std::string loaderError(const std::filesystem::path& path)
+{
+  const char* said = dlerror();
+  std::string text = said == nullptr ? "unknown reason" : said;
+  const std::string prefix = path.string() + ": ";
+  if (text.rfind(prefix, 0) == 0)
+    text.erase(0, prefix.size());
+  return text;
+}
+
+/// What `question` answers, of the service's operation with this name.
+template <typename Question>
+auto ask(const std::filesystem::path& path, const char* operation, const Question& question)
+{
+  try
+  {
+    return question();
+  }
+  catch (const std::exception& error)
+  {
+    notLoaded(path, std::string("its ") + operation + " failed: " + error.what());
+  }
+}
+
+const host::ServiceEntry& entryOf(const std::filesystem::path& path)
+{
+  checkFile(path);
+  void* library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+  if (library == nullptr)
+    notLoaded(path, loaderError(path));
+  void* symbol = dlsym(library, entryName);
+  if (symbol == nullptr)
+    notLoaded(path, std::string("it has no entry point ") + entryName + ", see SDM_SERVICE in host/Service.h");
+  const host::ServiceEntry* entry = reinterpret_cast<EntryPoint>(symbol)();
+  if (entry == nullptr)
+    notLoaded(path, std::string("its entry point ") + entryName + " answers null");
+  if (entry->version != host::serviceVersion)
+    notLoaded(path, "it is built for version " + std::to_string(entry->version) +
+                        " of host/Service.h, this program for version " + std::to_string(host::serviceVersion) +
+                        "; build it again");
+  return *entry;
+}
+
+std::unique_ptr<host::Service> make(const std::filesystem::path& path)
+{
+  const host::ServiceEntry& entry = entryOf(path);
+  std::string failure = "its factory answers null";
+  try
+  {
+    if (auto made = std::unique_ptr<host::Service>(entry.make == nullptr ? nullptr : entry.make()))
+      return made;
+  }
+  catch (const std::exception& error)
+  {
+    failure = std::string("its factory failed: ") + error.what();
+  }
+  catch (...)
+  {
+    failure = "its factory failed with something that is no std::exception";
+  }
+  notLoaded(path, failure);
+}
+
+} // namespace
+
+std::filesystem::path sampleService()
+{
+  std::error_code unknown;
+  const std::filesystem::path folder = std::filesystem::read_symlink("/proc/self/exe", unknown).parent_path();
+  std::filesystem::path place = folder / sampleName;
+  if (!std::filesystem::exists(place, unknown))
+    place = (folder / SDM_SERVICES / sampleName).lexically_normal();
+  return place;
+}
+
+LoadedService::LoadedService(const std::filesystem::path& sharedObject)
+    : path(std::filesystem::absolute(sharedObject).lexically_normal()),
+      made(make(path)),
+      itsName(ask(path, "name", [&] { return made->name(); }))
+{
+  if (itsName.empty())
+    notLoaded(path, "its name is empty");
+}
+
+const std::filesystem::path& LoadedService::file() const
+{
+  return path;
+}
+
+host::Service& LoadedService::service()
+{
+  return *made;
+}
+
+const std::string& LoadedService::name() const
+{
+  return itsName;
+}
+
+std::vector<host::SchemaDefinition> LoadedService::provisioning() const
+{
+  return ask(path, "provisioning", [&] { return made->provisioning(); });
+}
+
+std::filesystem::path LoadedService::itemMap() const
+{
+  const auto places = ask(path, "itemMaps", [&] { return made->itemMaps(); });
+  for (const std::filesystem::path& place : places)
+  {
+    std::error_code unknown;
+    const std::filesystem::path map = (path.parent_path() / place).lexically_normal();
+    if (std::filesystem::exists(map, unknown))
+      return map;
+  }
+  if (places.empty())
+    throw StartError("the service " + path.string() + " brings no item map; name one with --map");
+  throw StartError("the item map of the service " + path.string() + " is not at " +
+                   (path.parent_path() / places.front()).lexically_normal().string() + "; name one with --map");
+}
+
+} // namespace cli
