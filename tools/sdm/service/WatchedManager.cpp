@@ -37,6 +37,15 @@ Callback* find(const std::map<std::string, Callback*>& callbacks, const std::str
   return found == callbacks.end() ? nullptr : found->second;
 }
 
+template <typename Callback>
+std::vector<std::string> namesOf(const std::map<std::string, Callback*>& callbacks)
+{
+  std::vector<std::string> names;
+  for (const auto& [name, callback] : callbacks)
+    names.push_back(name);
+  return names;
+}
+
 } // namespace
 
 WatchedManager::WatchedManager(CallWatch& callWatch) : watch(callWatch), manager(watch::marked(makeServiceDataManager()))
@@ -51,6 +60,16 @@ bool WatchedManager::hasSetter(const std::string& name) const
 bool WatchedManager::hasGetter(const std::string& name) const
 {
   return getters.count(name) != 0;
+}
+
+std::vector<std::string> WatchedManager::setterNames() const
+{
+  return namesOf(setters);
+}
+
+std::vector<std::string> WatchedManager::getterNames() const
+{
+  return namesOf(getters);
 }
 
 ManagedItemSetter* WatchedManager::setter(const std::string& name) const

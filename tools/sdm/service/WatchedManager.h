@@ -5,8 +5,8 @@
 
 #include <map>
 #include <memory>
-#include <set>
 #include <string>
+#include <vector>
 
 #include "CallWatch.h"
 
@@ -22,6 +22,10 @@ public:
   /// Whether a callback was registered under this name.
   bool hasSetter(const std::string& name) const;
   bool hasGetter(const std::string& name) const;
+
+  /// The names of all that was registered.
+  std::vector<std::string> setterNames() const;
+  std::vector<std::string> getterNames() const;
 
   /// What was registered, or null; the manager's.
   ManagedItemSetter* setter(const std::string& name) const;

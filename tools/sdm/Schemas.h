@@ -1,0 +1,16 @@
+// What the database has to hold for the items of a map.
+#pragma once
+
+#include <vector>
+
+#include "ItemTable.h"
+#include "host/DataAccessServiceIfc.h"
+
+namespace cli
+{
+
+/// The tables of the map's items, in the order of the map. Throws `host::Error` when items of one schema name
+/// different index columns.
+std::vector<host::SchemaDefinition> schemasOf(const ItemTable& items);
+
+} // namespace cli
