@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-#include "RunningDevice.h"
+#include "run/RunningDevice.h"
 
 namespace
 {
