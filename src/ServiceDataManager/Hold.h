@@ -12,9 +12,7 @@ public:
   explicit Hold(ServiceDataManager& manager) SDM_TAKES(manager) : lock(manager.semaphore)
   {
   }
-  ~Hold() SDM_GIVES_BACK()
-  {
-  }
+  ~Hold() SDM_GIVES_BACK() = default;
   Hold(const Hold&) = delete;
   Hold& operator=(const Hold&) = delete;
 
