@@ -84,6 +84,7 @@ public:
     readCell("t.plain");
     readCell("t.sealed");
     set();
+    collect();
   }
 
 private:
@@ -185,6 +186,16 @@ private:
     fuzz::require(done == model.read(reply, ReplyModel::Mode::collect), "a set is done when its reply is accepted",
                   reply);
     expected();
+  }
+
+  /// Nobody outside sees all of the collected values, so this is a look inside.
+  void collect()
+  {
+    const std::string reply = upcoming(0);
+    std::string values = "untouched";
+    const bool accepted = ServiceDataManagerTestAccess(manager).parseXMLDasReply(reply, false, &values);
+    fuzz::require(accepted == model.read(reply, ReplyModel::Mode::collect), "the reply is judged by its kind", reply);
+    fuzz::requireEqual(values, accepted ? model.collected : "untouched", "an accepted reply's columns are collected");
   }
 
   std::vector<std::string> replies;

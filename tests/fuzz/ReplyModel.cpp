@@ -26,6 +26,7 @@ ReplyModel::ReplyModel(std::vector<ModelItem> itsItems, std::map<std::string, st
 bool ReplyModel::read(const std::string& reply, Mode mode)
 {
   columnSeen = false;
+  collected.clear();
   const XmlReading reading = readXml(reply);
   for (const XmlEvent& event : reading.events)
   {
@@ -60,7 +61,10 @@ void ReplyModel::end(const std::string& name, Mode mode)
     return;
   columnSeen = true;
   if (mode == Mode::collect)
+  {
+    collected += (collected.empty() ? "" : ",") + buffer;
     return;
+  }
   const auto index = indexColumns.find(schema);
   if (index != indexColumns.end() && index->second == name)
   {

@@ -44,6 +44,9 @@ public:
   /// The value of `item` out of the reply read last, in collect mode.
   std::string value(const ModelItem& item);
 
+  /// The texts of the last reply's columns, joined by commas, in collect mode.
+  std::string collected;
+
   /// Calls of callbacks and of the encryption, and error lines, as the recording platform notes them.
   std::vector<std::string> trace;
 
