@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "Files.h"
-#include "host/Error.h"
+#include "Trouble.h"
 
 namespace host
 {
@@ -70,10 +70,10 @@ void requireSafeKeyFile(const struct stat& status, const std::filesystem::path& 
   if (!S_ISREG(status.st_mode))
     throw Error(file.string() + ": is no regular file and so no key");
   if ((status.st_mode & (S_IRWXG | S_IRWXO)) != 0)
-    throw Error(file.string() + ": the key is open to others than its owner; its mode must be 0600");
+    throw Error(file.string() + ": the key is open to others than its owner; its mode must be 0600: chmod 600 it");
   if (status.st_size != crypto_secretbox_KEYBYTES)
-    throw Error(file.string() + ": a key has " + std::to_string(crypto_secretbox_KEYBYTES) + " bytes, not " +
-                std::to_string(status.st_size));
+    throw DamagedFile(file.string() + ": a key has " + std::to_string(crypto_secretbox_KEYBYTES) + " bytes, not " +
+                      std::to_string(status.st_size));
 }
 
 /// Nothing when there is no such file.

@@ -8,7 +8,7 @@
 #include "DasRequest.h"
 #include "Database.h"
 #include "Refusal.h"
-#include "host/Error.h"
+#include "Trouble.h"
 #include <logAppUni.h>
 
 namespace host
@@ -21,9 +21,37 @@ constexpr int databaseKind = 0x64617301;
 
 struct DataAccessService::Content
 {
-  explicit Content(const std::filesystem::path& file) : database(file, databaseKind, DasCatalog::layout())
+  Content(const std::filesystem::path& itsFile, Storage storage)
+      : file(itsFile), database(std::make_unique<Database>(file, databaseKind, DasCatalog::layout(), storage))
   {
-    catalog.load(database);
+    catalog.load(*database);
+  }
+
+  void provision(const std::vector<SchemaDefinition>& schemas)
+  {
+    DasCatalog extended = catalog;
+    Database::Transaction transaction(*database);
+    for (const SchemaDefinition& schema : schemas)
+      extended.provision(*database, schema);
+    transaction.commit();
+    catalog = std::move(extended);
+  }
+
+  /// A copy can be provisioned, as it is read by the same rules as the file.
+  void provisionCopy(const std::vector<SchemaDefinition>& schemas)
+  {
+    database->allowChangesOfCopy(true);
+    provision(schemas);
+    database->allowChangesOfCopy(false);
+  }
+
+  void goOnWithCopy(const std::string& why)
+  {
+    trouble = why;
+    copied = true;
+    database = std::make_unique<Database>(file, databaseKind, DasCatalog::layout(), Storage::copy);
+    catalog = {};
+    catalog.load(*database);
   }
 
   std::string answer(const DasRequest& request)
@@ -32,18 +60,23 @@ struct DataAccessService::Content
     const DasTable* table = catalog.find(request.schema);
     if (table == nullptr)
       throw Refusal("there is no schema '" + request.schema + "'");
-    return request.kind == DasRequest::Kind::read ? readTable(database, *table, request)
-                                                  : updateTable(database, *table, request);
+    return request.kind == DasRequest::Kind::read ? readTable(*database, *table, request)
+                                                  : updateTable(*database, *table, request);
   }
 
+  const std::filesystem::path file;
   std::mutex mutex;
-  Database database;
+  std::unique_ptr<Database> database;
   DasCatalog catalog;
+  bool copied = false;
+  /// Why it came to a copy.
+  std::string trouble;
 };
 
-DataAccessService::DataAccessService(const std::filesystem::path& database)
-    : content(std::make_unique<Content>(database))
+DataAccessService::DataAccessService(const std::filesystem::path& database, Storage storage)
+    : content(std::make_unique<Content>(database, storage))
 {
+  content->copied = storage == Storage::copy;
 }
 
 DataAccessService::~DataAccessService() = default;
@@ -51,12 +84,23 @@ DataAccessService::~DataAccessService() = default;
 void DataAccessService::provision(const std::vector<SchemaDefinition>& schemas)
 {
   const std::lock_guard<std::mutex> lock(content->mutex);
-  DasCatalog extended = content->catalog;
-  Database::Transaction transaction(content->database);
-  for (const SchemaDefinition& schema : schemas)
-    extended.provision(content->database, schema);
-  transaction.commit();
-  content->catalog = std::move(extended);
+  if (content->copied)
+    return content->provisionCopy(schemas);
+  try
+  {
+    content->provision(schemas);
+  }
+  catch (const DiskTrouble& trouble)
+  {
+    content->goOnWithCopy(trouble.what());
+    content->provisionCopy(schemas);
+  }
+}
+
+std::string DataAccessService::diskTrouble()
+{
+  const std::lock_guard<std::mutex> lock(content->mutex);
+  return content->trouble;
 }
 
 std::vector<SchemaDefinition> DataAccessService::schemas()
@@ -64,7 +108,7 @@ std::vector<SchemaDefinition> DataAccessService::schemas()
   const std::lock_guard<std::mutex> lock(content->mutex);
   std::vector<SchemaDefinition> definitions;
   for (const DasTable& table : content->catalog.tables())
-    definitions.push_back(definitionOf(content->database, table));
+    definitions.push_back(definitionOf(*content->database, table));
   return definitions;
 }
 
@@ -99,6 +143,6 @@ std::optional<std::string> DataAccessService::storedCell(const std::string& sche
 {
   const std::lock_guard<std::mutex> lock(content->mutex);
   const DasTable* table = content->catalog.find(schema);
-  return table == nullptr ? std::nullopt : readCell(content->database, *table, column, {indexColumn, indexValue});
+  return table == nullptr ? std::nullopt : readCell(*content->database, *table, column, {indexColumn, indexValue});
 }
 } // namespace host

@@ -3,8 +3,12 @@
 #include <soci/soci.h>
 #include <soci/sqlite3/soci-sqlite3.h>
 
+#include <cstdint>
+#include <sstream>
+
 #include "Files.h"
-#include "host/Error.h"
+#include "ScratchFolder.h"
+#include "Trouble.h"
 #include <logAppUni.h>
 
 namespace host
@@ -30,11 +34,59 @@ std::string reasonOf(const soci::soci_error& error)
   const std::size_t end = message.rfind("sqlite3_", 0) == 0 ? message.find(": ") : std::string::npos;
   return end == std::string::npos ? message : message.substr(end + 2);
 }
+
+// All of it is read for a check. Configuration is never that large, and what is has to be left to be found out.
+constexpr std::uintmax_t largestChecked = 64UL * 1024 * 1024;
+
+bool begins(const std::string& text, const std::string& with)
+{
+  return text.compare(0, with.size(), with) == 0;
+}
+
+bool ends(const std::string& text, const std::string& with)
+{
+  return text.size() >= with.size() && text.compare(text.size() - with.size(), with.size(), with) == 0;
+}
+
+/// What a row of the database's own check complains of; a page that nobody uses is wasted, but no loss.
+std::string firstComplaint(const std::string& row)
+{
+  std::istringstream lines(row);
+  for (std::string line; std::getline(lines, line);)
+    if (line != "ok" && !begins(line, "***") && !ends(line, "is never used"))
+      return line;
+  return "";
+}
+
+/// The error as one that says what can be done about it.
+[[noreturn]] void throwOurs(const std::filesystem::path& file, const soci::soci_error& error)
+{
+  const std::string text = file.string() + ": " + reasonOf(error);
+  const auto* own = dynamic_cast<const soci::sqlite3_soci_error*>(&error);
+  switch (own == nullptr ? SQLITE_ERROR : own->result() & 0xFF)
+  {
+  case SQLITE_CORRUPT:
+  case SQLITE_NOTADB:
+  case SQLITE_FORMAT:
+    throw DamagedFile(text);
+  case SQLITE_FULL:
+    throw DiskTrouble(text + "; make room on its disk");
+  case SQLITE_CANTOPEN:
+  case SQLITE_IOERR:
+    throw DiskTrouble(text + "; look whether its disk is full or broken, and make it and its folder writable");
+  case SQLITE_READONLY:
+  case SQLITE_PERM:
+    throw DiskTrouble(text + "; make it and its folder writable");
+  default:
+    throw Error(text);
+  }
+}
 } // namespace
 
 struct Database::Content
 {
   std::filesystem::path file;
+  Storage storage = Storage::file;
   soci::session session;
 
   /// Runs `action`, turning the driver's errors into ours. Its full text shows bound values, the message alone does
@@ -48,20 +100,77 @@ struct Database::Content
     }
     catch (const soci::soci_error& error)
     {
-      throw Error(file.string() + ": " + reasonOf(error));
+      throwOurs(file, error);
     }
   }
 };
 
-Database::Database(const std::filesystem::path& file, int applicationId, const std::vector<std::string>& layout)
+Database::Database(const std::filesystem::path& file, int applicationId, const std::vector<std::string>& layout,
+                   Storage storage)
     : content(std::make_unique<Content>())
 {
   content->file = file;
-  const std::string connection = connectionText(file);
-  content->guarded([&] { content->session.open(soci::sqlite3, connection); });
-  prepareForDurability();
+  content->storage = storage;
+  if (storage == Storage::copy)
+  {
+    openCopy();
+    layOut(applicationId, layout);
+    allowChangesOfCopy(false);
+    return;
+  }
+  openFile();
   layOut(applicationId, layout);
   syncFolderOf(file);
+}
+
+void Database::openFile()
+{
+  const std::string connection = connectionText(content->file);
+  content->guarded([&] { content->session.open(soci::sqlite3, connection); });
+  prepareForDurability();
+  requireSound();
+}
+
+void Database::openCopy()
+{
+  try
+  {
+    const ScratchFolder folder;
+    const std::filesystem::path copy = folder.path() / "copy.db";
+    std::filesystem::copy_file(content->file, copy);
+    // What was committed last may stand there alone.
+    if (std::filesystem::exists(content->file.string() + "-wal"))
+      std::filesystem::copy_file(content->file.string() + "-wal", copy.string() + "-wal");
+    content->guarded([&] { content->session.open(soci::sqlite3, connectionText(copy)); });
+    requireSound();
+    // Everything in the one file that is open, so that the folder can go.
+    select("PRAGMA journal_mode = DELETE", 1);
+    select("PRAGMA journal_mode = MEMORY", 1);
+    select("SELECT COUNT(*) FROM sqlite_master", 1);
+  }
+  catch (const std::exception& error)
+  {
+    logAppUni("HostPlatform", "host/src/Database", 2, __LINE__, "nothing of %s can be read: %s", content->file.c_str(),
+              error.what());
+    content->session.close();
+    content->guarded([&] { content->session.open(soci::sqlite3, ":memory:"); });
+  }
+}
+
+void Database::requireSound()
+{
+  std::error_code unknown;
+  if (const std::uintmax_t size = std::filesystem::file_size(content->file, unknown); unknown || size > largestChecked)
+    return;
+  for (const Row& row : select("PRAGMA integrity_check", 1))
+    if (const std::string complaint = firstComplaint(row.front().value_or("")); !complaint.empty())
+      throw DamagedFile(content->file.string() + ": is damaged: " + complaint);
+}
+
+void Database::allowChangesOfCopy(bool allowed)
+{
+  if (content->storage == Storage::copy)
+    execute(allowed ? "PRAGMA query_only = OFF" : "PRAGMA query_only = ON");
 }
 
 Database::~Database() = default;

@@ -8,10 +8,12 @@
 #include <string>
 #include <vector>
 
+#include "host/Storage.h"
+
 namespace host
 {
 /// One connection, for one thread at a time. Everything throws `Error` of the form "FILE: reason"; the reason holds no
-/// bound value.
+/// bound value. It is `DamagedFile` or `DiskTrouble` where that is the reason.
 class Database
 {
 public:
@@ -20,8 +22,11 @@ public:
   using Row = std::vector<std::optional<std::string>>;
 
   /// Opens the file or makes it. A new one gets `applicationId`, which tells what it is for, and the layout that the
-  /// statements make; an existing one must bear that id. From then on a commit returns when it is on the disk.
-  Database(const std::filesystem::path& file, int applicationId, const std::vector<std::string>& layout);
+  /// statements make; an existing one must bear that id and be sound. From then on a commit returns when it is on the
+  /// disk. With `Storage::copy` the file stays as it is: a copy of it is opened, or when that cannot be an empty
+  /// database, and neither takes changes.
+  Database(const std::filesystem::path& file, int applicationId, const std::vector<std::string>& layout,
+           Storage storage = Storage::file);
   ~Database();
   Database(const Database&) = delete;
   Database& operator=(const Database&) = delete;
@@ -47,7 +52,13 @@ public:
     bool open = true;
   };
 
+  /// Lets a copy take changes, which go with it, or not; a file always does.
+  void allowChangesOfCopy(bool allowed);
+
 private:
+  void openFile();
+  void openCopy();
+  void requireSound();
   void prepareForDurability();
   bool isInTransaction();
   void layOut(int applicationId, const std::vector<std::string>& layout);

@@ -9,10 +9,11 @@
 #include <system_error>
 
 #include "Files.h"
+#include "Trouble.h"
 #include "host/DasCrypt.h"
-#include "host/Error.h"
 #include "host/LockWatch.h"
 #include "host/PhysicalInterfaceServiceIfc.h"
+#include "host/keepAside.h"
 #include "host/logAppUni.h"
 
 namespace host
@@ -49,13 +50,27 @@ std::filesystem::path existingFolder(const std::filesystem::path& folder)
   return folder;
 }
 
+/// The file that is locked; on a disk that takes no changes it may be one that cannot be written, or the folder.
+FileDescriptor lockFile(const std::filesystem::path& file)
+{
+  FileDescriptor lock(::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR));
+  const int reason = errno;
+  if (lock.isOpen())
+    return lock;
+  for (const std::filesystem::path& instead : {file, file.parent_path()})
+  {
+    FileDescriptor readable(::open(instead.c_str(), O_RDONLY | O_CLOEXEC));
+    if (readable.isOpen())
+      return readable;
+  }
+  throwSystemError(file, "cannot be opened", reason);
+}
+
 /// Keeps the folder for this process. The system takes the lock back when the process ends, in whatever way.
 FileDescriptor lockedFolder(const std::filesystem::path& folder)
 {
   const std::filesystem::path file = folder / "lock";
-  FileDescriptor lock(::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR));
-  if (!lock.isOpen())
-    throwSystemError(file, "cannot be opened", errno);
+  FileDescriptor lock = lockFile(file);
   if (::flock(lock.number(), LOCK_EX | LOCK_NB) == 0)
     return lock;
   if (errno == EWOULDBLOCK)
@@ -85,13 +100,34 @@ private:
 
 std::atomic<bool> OnlyDevice::exists{false};
 
+/// What the operator has to know.
+class Notices
+{
+public:
+  void add(const std::string& text)
+  {
+    texts.push_back(text);
+    logAppUni("HostPlatform", "host/src/Device", 2, __LINE__, "%s", text.c_str());
+  }
+
+  std::vector<std::string> texts;
+};
+
 class OpenLog
 {
 public:
-  explicit OpenLog(const DeviceSettings& settings)
+  OpenLog(const DeviceSettings& settings, Notices& notices)
   {
-    openLog({settings.folder / "log" / "device.log", settings.consoleLevel, 6});
     setLogLevel(settings.logLevel);
+    try
+    {
+      openLog({settings.folder / "log" / "device.log", settings.consoleLevel, 6});
+    }
+    catch (const Error& error)
+    {
+      openLog({{}, settings.consoleLevel, 6});
+      notices.add(std::string(error.what()) + "; until that is mended the log goes to standard error alone");
+    }
   }
   ~OpenLog()
   {
@@ -104,9 +140,16 @@ public:
 class KeyInPlace
 {
 public:
-  explicit KeyInPlace(const std::filesystem::path& file)
+  KeyInPlace(const std::filesystem::path& file, Notices& notices)
   {
-    useKeyFile(file);
+    try
+    {
+      useOrReplace(file, notices);
+    }
+    catch (const DiskTrouble& trouble)
+    {
+      notices.add(std::string(trouble.what()) + "; until then encrypted values can be neither read nor written");
+    }
   }
   ~KeyInPlace()
   {
@@ -114,7 +157,81 @@ public:
   }
   KeyInPlace(const KeyInPlace&) = delete;
   KeyInPlace& operator=(const KeyInPlace&) = delete;
+
+private:
+  static void useOrReplace(const std::filesystem::path& file, Notices& notices)
+  {
+    try
+    {
+      useKeyFile(file);
+    }
+    catch (const DamagedFile& damage)
+    {
+      const std::string aside = keepAside(file).string();
+      notices.add(std::string(damage.what()) + "; it is kept as " + aside +
+                  " and a new one was made: put the right key back, or set the encrypted values again");
+      useKeyFile(file);
+    }
+  }
 };
+
+/// A database that was emptied is damaged as well when there are changes beside it that it does not know.
+bool isEmptied(const std::filesystem::path& file)
+{
+  std::error_code unknown;
+  return std::filesystem::is_regular_file(file, unknown) && std::filesystem::file_size(file, unknown) == 0;
+}
+
+template <typename Service>
+std::unique_ptr<Service> openedOrBegunAnew(const std::filesystem::path& file, Notices& notices)
+{
+  std::error_code unknown;
+  const std::filesystem::path changes = file.string() + "-wal";
+  try
+  {
+    if (isEmptied(file) && std::filesystem::exists(changes) && std::filesystem::file_size(changes, unknown) > 0)
+      throw DamagedFile(file.string() + ": is empty, but there are changes to it");
+    if (isEmptied(file))
+      notices.add(file.string() + ": is empty, as after a power cut while it was made, and is begun anew: if it should "
+                                  "hold values, put a backup in its place");
+    return std::make_unique<Service>(file);
+  }
+  catch (const DamagedFile& damage)
+  {
+    const std::string aside = keepAside(file).string();
+    notices.add(std::string(damage.what()) + "; it is kept as " + aside +
+                " and an empty one takes its place: put a backup there, or set the values again");
+    return std::make_unique<Service>(file);
+  }
+}
+
+/// The service on its file, or on what the disk lets it have.
+template <typename Service>
+std::unique_ptr<Service> opened(const std::filesystem::path& file, Notices& notices)
+{
+  try
+  {
+    return openedOrBegunAnew<Service>(file, notices);
+  }
+  catch (const DiskTrouble& trouble)
+  {
+    notices.add(std::string(trouble.what()) + "; until then changes are refused");
+    return std::make_unique<Service>(file, Storage::copy);
+  }
+}
+
+std::unique_ptr<SecurityLogService> openedLog(const std::filesystem::path& file, Notices& notices)
+{
+  try
+  {
+    return std::make_unique<SecurityLogService>(file);
+  }
+  catch (const DiskTrouble& trouble)
+  {
+    notices.add(std::string(trouble.what()) + "; until then changes that need a record of it fail");
+    return std::make_unique<SecurityLogService>(file, trouble);
+  }
+}
 } // namespace
 
 /// The order of the members is the order of bringing up, and the reverse of taking down.
@@ -123,30 +240,31 @@ struct Device::Content
   explicit Content(const DeviceSettings& settings)
       : folder(existingFolder(settings.folder)),
         lock(lockedFolder(folder)),
-        log(settings),
-        key(folder / "das.key"),
-        das(folder / "das.db"),
-        traffic(das, rememberedExchanges),
-        store(folder / "ocms.db"),
-        securityLog(folder / "security.log"),
+        log(settings, notices),
+        key(folder / "das.key", notices),
+        das(opened<DataAccessService>(folder / "das.db", notices)),
+        traffic(*das, rememberedExchanges),
+        store(opened<LocalMgmtStore>(folder / "ocms.db", notices)),
+        securityLog(openedLog(folder / "security.log", notices)),
         interfaces(settings.interfaceCount)
   {
     setSlowWait(settings.slowWait);
     context.offer("DataAccessServiceIfc", &traffic);
-    context.offer("LocalMgmtIfc", &store);
-    context.offer("SecurityLogServiceIfc", &securityLog);
+    context.offer("LocalMgmtIfc", store.get());
+    context.offer("SecurityLogServiceIfc", securityLog.get());
     context.offer("PhysicalInterfaceServiceIfc", &interfaces);
   }
 
   std::filesystem::path folder;
   FileDescriptor lock;
   OnlyDevice only;
+  Notices notices;
   OpenLog log;
   KeyInPlace key;
-  DataAccessService das;
+  std::unique_ptr<DataAccessService> das;
   TrafficRecorder traffic;
-  LocalMgmtStore store;
-  SecurityLogService securityLog;
+  std::unique_ptr<LocalMgmtStore> store;
+  std::unique_ptr<SecurityLogService> securityLog;
   PhysicalInterfaceService interfaces;
   RuntimeContext context;
 };
@@ -164,7 +282,7 @@ RuntimeContext& Device::context()
 
 DataAccessService& Device::das()
 {
-  return content->das;
+  return *content->das;
 }
 
 TrafficRecorder& Device::traffic()
@@ -174,11 +292,19 @@ TrafficRecorder& Device::traffic()
 
 LocalMgmtStore& Device::store()
 {
-  return content->store;
+  return *content->store;
 }
 
 SecurityLogService& Device::securityLog()
 {
-  return content->securityLog;
+  return *content->securityLog;
+}
+
+std::vector<std::string> Device::notices()
+{
+  std::vector<std::string> all = content->notices.texts;
+  if (const std::string trouble = content->das->diskTrouble(); !trouble.empty())
+    all.push_back(trouble + "; until then changes are refused");
+  return all;
 }
 } // namespace host

@@ -7,7 +7,7 @@
 #include <system_error>
 #include <utility>
 
-#include "host/Error.h"
+#include "Trouble.h"
 
 namespace host
 {
@@ -43,7 +43,21 @@ int FileDescriptor::release()
 
 void throwSystemError(const std::filesystem::path& file, const std::string& what, int errorNumber)
 {
-  throw Error(file.string() + ": " + what + ": " + std::generic_category().message(errorNumber));
+  const std::string text = file.string() + ": " + what + ": " + std::generic_category().message(errorNumber);
+  switch (errorNumber)
+  {
+  case ENOSPC:
+  case EDQUOT:
+    throw DiskTrouble(text + "; make room on its disk");
+  case EROFS:
+  case EACCES:
+  case EPERM:
+    throw DiskTrouble(text + "; make it and its folder writable");
+  case EIO:
+    throw DiskTrouble(text + "; look whether its disk is broken");
+  default:
+    throw Error(text);
+  }
 }
 
 void writeAll(int descriptor, std::string_view text, const std::filesystem::path& file)

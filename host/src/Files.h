@@ -28,7 +28,8 @@ private:
   int fd;
 };
 
-/// Throws `Error` of the form "FILE: what: reason of `errorNumber`".
+/// Throws `Error` of the form "FILE: what: reason of `errorNumber`"; when the disk takes no changes it is
+/// `DiskTrouble`, and says what to do.
 [[noreturn]] void throwSystemError(const std::filesystem::path& file, const std::string& what, int errorNumber);
 
 /// Writes all of `text`, however many calls it takes. Throws `Error` naming the file.

@@ -41,7 +41,7 @@ std::vector<std::string> rootIdsOf(ManageableData& data)
 /// in the order of the changes.
 struct LocalMgmtStore::Content
 {
-  explicit Content(const std::filesystem::path& file) : database(file, databaseKind, layout())
+  Content(const std::filesystem::path& file, Storage storage) : database(file, databaseKind, layout(), storage)
   {
   }
 
@@ -109,7 +109,8 @@ struct LocalMgmtStore::Content
   Deliveries deliveries;
 };
 
-LocalMgmtStore::LocalMgmtStore(const std::filesystem::path& database) : content(std::make_unique<Content>(database))
+LocalMgmtStore::LocalMgmtStore(const std::filesystem::path& database, Storage storage)
+    : content(std::make_unique<Content>(database, storage))
 {
 }
 

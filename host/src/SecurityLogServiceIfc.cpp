@@ -86,9 +86,15 @@ SecurityLogService::SecurityLogService(const std::filesystem::path& logFile) : f
   }
 }
 
+SecurityLogService::SecurityLogService(const std::filesystem::path& logFile, const Error& why)
+    : file(logFile), unwritable(why.what()), descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC))
+{
+}
+
 SecurityLogService::~SecurityLogService()
 {
-  ::close(descriptor);
+  if (descriptor >= 0)
+    ::close(descriptor);
 }
 
 bool SecurityLogService::endsInsideLine() const
@@ -112,6 +118,8 @@ void SecurityLogService::logSecurityEvent(time_t when, int facility, int severit
   line += field(record) + field(user) + field(origin) + "\n";
 
   const std::lock_guard<std::mutex> lock(mutex);
+  if (!unwritable.empty())
+    throw Error(unwritable);
   if (endsInsideLine())
     line.insert(0, endOfTornLine);
   writeAll(descriptor, line, file);
@@ -122,6 +130,8 @@ void SecurityLogService::logSecurityEvent(time_t when, int facility, int severit
 std::vector<std::string> SecurityLogService::lastLines(std::size_t count)
 {
   const std::lock_guard<std::mutex> lock(mutex);
+  if (descriptor < 0)
+    throw Error(unwritable);
   std::vector<std::string> lines = linesOf(tailOf(descriptor, count, file));
   if (lines.size() > count)
     lines.erase(lines.begin(), lines.end() - static_cast<std::ptrdiff_t>(count));

@@ -125,7 +125,7 @@ TEST_F(DasCryptKey, OpenToOthersIsRefused)
   {
     ::chmod(file.c_str(), mode);
     EXPECT_EQ(errorOf([&] { host::useKeyFile(file); }),
-              file.string() + ": the key is open to others than its owner; its mode must be 0600");
+              file.string() + ": the key is open to others than its owner; its mode must be 0600: chmod 600 it");
   }
   ::chmod(file.c_str(), 0400);
   EXPECT_EQ(errorOf([&] { host::useKeyFile(file); }), "");

@@ -128,14 +128,14 @@ TEST_F(DeviceFolder, SecondDeviceInAProcessIsRefused)
 TEST_F(DeviceFolder, ErrorNamesTheFileThatIsWrong)
 {
   std::filesystem::create_directories(path);
-  hosttest::writeFile(path / "das.key", "too short");
-  ::chmod((path / "das.key").c_str(), 0600);
-  EXPECT_EQ(bringUpError(), (path / "das.key").string() + ": a key has 32 bytes, not 9");
+  hosttest::writeFile(path / "das.key", std::string(32, 'k'));
+  ::chmod((path / "das.key").c_str(), 0644);
+  EXPECT_EQ(bringUpError(), (path / "das.key").string() +
+                                ": the key is open to others than its owner; its mode must be 0600: chmod 600 it");
   std::filesystem::remove(path / "das.key");
-  hosttest::writeFile(path / "ocms.db", std::string(4096, 'x'));
-  EXPECT_EQ(bringUpError(), (path / "ocms.db").string() + ": file is not a database");
-  std::filesystem::remove(path / "ocms.db");
   EXPECT_EQ(bringUpError(), "");
+  std::filesystem::rename(path / "das.db", path / "ocms.db");
+  EXPECT_EQ(bringUpError(), (path / "ocms.db").string() + ": is a database of another kind");
 }
 
 TEST_F(DeviceFolder, ThatIsAFileIsAnError)

@@ -155,13 +155,15 @@ TEST_F(SecurityLog, RecordThatCannotReachTheDiskIsAnError)
 {
   host::SecurityLogService service(file);
   const hosttest::FailingSync broken;
-  EXPECT_EQ(errorOf([&] { log(service, "record"); }), file.string() + ": cannot be made to last: Input/output error");
+  EXPECT_EQ(errorOf([&] { log(service, "record"); }),
+            file.string() + ": cannot be made to last: Input/output error; look whether its disk is broken");
 }
 
 TEST_F(SecurityLog, RecordThatCannotBeWrittenIsAnError)
 {
   host::SecurityLogService service("/dev/full");
-  EXPECT_EQ(errorOf([&] { log(service, "record"); }), "/dev/full: cannot be written: No space left on device");
+  EXPECT_EQ(errorOf([&] { log(service, "record"); }),
+            "/dev/full: cannot be written: No space left on device; make room on its disk");
 }
 
 TEST_F(SecurityLog, FileThatCannotBeOpenedIsAnError)

@@ -154,6 +154,33 @@ using namespace powercut;
 POWERCUT_OPEN(open)
 POWERCUT_OPEN(open64)
 
+namespace
+{
+using OpenStream = FILE* (*)(const char*, const char*);
+
+/// Streams are not counted, since what is written to them is nobody's promise; only their opening can fail.
+FILE* openedStream(const char* name, const char* path, const char* mode)
+{
+  if (*mode != 'r' && plan().refusesStream(resolved(path)))
+    return nullptr;
+  // The loader hands out functions as pointers to nothing in particular.
+  OpenStream real = nullptr;
+  void* const found = ::dlsym(RTLD_NEXT, name);
+  std::memcpy(&real, &found, sizeof real);
+  return real(path, mode);
+}
+} // namespace
+
+POWERCUT_CALL FILE* fopen(const char* path, const char* mode)
+{
+  return openedStream("fopen", path, mode);
+}
+
+POWERCUT_CALL FILE* fopen64(const char* path, const char* mode)
+{
+  return openedStream("fopen64", path, mode);
+}
+
 POWERCUT_CALL int mkostemp(char* name, int flags)
 {
   return madeTemporary(name, flags);

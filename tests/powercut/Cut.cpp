@@ -78,6 +78,14 @@ bool Plan::refuses(const std::string& kind) const
   return failure != 0 && kind != "sync";
 }
 
+bool Plan::refusesStream(const std::string& path) const
+{
+  if (!watches(path) || calls < failsFrom - 1 || !refuses("stream"))
+    return false;
+  errno = failure;
+  return true;
+}
+
 void Plan::cut()
 {
   disk.lose(loss, seed);

@@ -36,6 +36,9 @@ public:
   long carryOut(const char* kind, const std::string& path, const std::function<void()>& note,
                 const std::function<long()>& call, const std::function<long()>& half = nullptr);
 
+  /// True, with `errno`, when a stream to a file of this path cannot be opened for writing.
+  bool refusesStream(const std::string& path) const;
+
   Disk disk;
 
 private:

@@ -64,6 +64,85 @@ class Damage(ProgramTest):
         run = self.start_without_the_key()
         self.assertEqual(run.out.count("das.key was missing beside das.db, so a new one was made"), 1)
 
+    def put(self, name, content):
+        with open(os.path.join(self.device, name), "wb") as file:
+            file.write(content)
+
+    def content(self, name):
+        with open(os.path.join(self.device, name), "rb") as file:
+            return file.read()
+
+    def test_a_corrupt_database_is_told_and_kept_and_the_service_starts_with_defaults(self):
+        self.run_script("set display.brightness 44", "changed phone.room 4.12")
+        for name, damaged in (("das.db", b"first damage " * 500), ("das.db", b"second damage " * 500),
+                              ("ocms.db", b"another damage " * 500)):
+            self.put(name, damaged)
+            number = 2 if damaged.startswith(b"second") else 1
+            run = self.run_script("get display.brightness", "set display.contrast 30", "get phone.room")
+            self.assertEqual(run.code, 0)
+            self.assertIn("display.brightness = 80", run.lines())
+            told = run.after("  attention")
+            for part in (name, "file is not a database", "kept as", "%s.damaged-%d" % (name, number), "put a backup there"):
+                self.assertIn(part, told)
+            self.assertEqual(self.content("%s.damaged-%d" % (name, number)), damaged)
+            self.assertNotIn("attention", self.run_script().out)
+        self.assertIn(b"first damage", self.content("das.db.damaged-1"))
+        self.assertEqual(self.get("display.contrast"), "30")
+        self.assertEqual(self.get("phone.room"), '""')
+
+    def test_a_damaged_key_is_told_and_kept_and_its_values_stay(self):
+        self.run_script("set sip.userName anna sip.password opensesame42")
+        key = self.content("das.key")
+        self.put("das.key", key[:20])
+        run = self.run_script("list sip.password", "set feature.unlockPin 73591246")
+        self.assertEqual(run.code, 0)
+        self.assertIn("a key has 32 bytes, not 20; it is kept as", run.after("  attention"))
+        self.assertEqual(run.row("sip.password")[3], "default")
+        self.assertEqual(self.content("das.key.damaged-1"), key[:20])
+        self.put("das.key", key)
+        run = self.run_script("list sip.password")
+        self.assertEqual(run.row("sip.password")[3], "database", "what no key opened stayed until it was set again")
+
+    def test_a_wrong_key_opens_nothing_and_changes_nothing(self):
+        self.run_script("set sip.userName anna sip.password opensesame42", "set snmp.readCommunity private42")
+        key = self.content("das.key")
+        self.put("das.key", b"w" * 32)
+        run = self.run_script("list", "set snmp.readCommunity other4242")
+        self.assertEqual(run.after("  undecryptable")[0], "2")
+        self.put("das.key", key)
+        run = self.run_script("list")
+        self.assertEqual(run.row("sip.password")[3], "database")
+        self.assertEqual(run.after("  undecryptable")[0], "1", "that one was overwritten on purpose")
+
+    def test_a_map_that_cannot_be_read_is_told_and_the_device_goes_on_with_its_own(self):
+        self.run_script("set display.brightness 44")
+        empty = os.path.join(self.folder, "empty.csv")
+        open(empty, "w").close()
+        for name, why in ((os.path.join(self.folder, "gone.csv"), "No such file"), (empty, "holds no item")):
+            run = self.run_script("get display.brightness", options=("--map", name))
+            self.assertEqual(run.code, 0)
+            self.assertIn("display.brightness = 44", run.lines())
+            for part in (name, why, "--map", "its own copy", os.path.join(self.device, "CommsSettings.csv")):
+                self.assertIn(part, run.after("  attention"))
+
+    def test_a_damaged_copy_of_the_map_is_kept_aside(self):
+        self.run_script("set display.brightness 44")
+        for number in (1, 2):
+            self.put("CommsSettings.csv", b"damage %d" % number)
+            run = self.run_script("get display.brightness")
+            self.assertIn("display.brightness = 44", run.lines())
+            self.assertIn("CommsSettings.csv.damaged-%d" % number, run.after("  attention"))
+        self.assertEqual(self.content("CommsSettings.csv.damaged-1"), b"damage 1")
+        self.assertEqual(self.content("CommsSettings.csv.damaged-2"), b"damage 2")
+
+    def test_a_schema_that_is_gone_does_not_keep_the_service_from_starting(self):
+        self.run_script("set display.banner Hello")
+        self.in_database("ALTER TABLE SnmpSettings RENAME TO Elsewhere")
+        run = self.run_script("list", "get display.banner", "set snmp.readCommunity private42")
+        self.assertIn("failed SnmpSettings", run.out)
+        self.assertIn("display.banner = Hello", run.lines())
+        self.assertIn("the database did not take the change", run.out)
+
     def test_a_secret_that_the_service_refused_is_marked(self):
         self.run_script("set sip.userName anna sip.password opensesame42")
         self.assertEqual(self.run_script("list sip.password").row("sip.password")[-1], "E")

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "host/HostExport.h"
+#include "host/Storage.h"
 
 namespace host
 {
@@ -33,7 +34,10 @@ class SDM_HOST_EXPORT DataAccessService : public ::DataAccessServiceIfc
 public:
   /// Opens the database or makes it; what was provisioned earlier is there again. Throws `Error` naming the file and
   /// the reason, such as a file that is no database or a database of another kind.
-  explicit DataAccessService(const std::filesystem::path& database);
+  ///
+  /// On a disk that takes no changes a copy can do: it answers reads, refuses updates, and keeps what is provisioned to
+  /// itself.
+  explicit DataAccessService(const std::filesystem::path& database, Storage storage = Storage::file);
   ~DataAccessService() override;
   DataAccessService(const DataAccessService&) = delete;
   DataAccessService& operator=(const DataAccessService&) = delete;
@@ -41,11 +45,14 @@ public:
   /// Makes schemas, columns and rows that are missing, all or none, and keeps what is there. Throws `Error` for a
   /// definition that cannot be: an empty name, a column named like one of the message's own elements, a text that XML
   /// cannot carry, index values without an index column, another index column than the schema has. Throws `Error` as
-  /// well when the database fails.
+  /// well when the database fails; but when its disk takes no changes, the service goes on with a copy.
   void provision(const std::vector<SchemaDefinition>& schemas);
 
   /// The schemas as they stand, in the order they were made. The index values are those of all rows.
   std::vector<SchemaDefinition> schemas();
+
+  /// Why the service works on a copy, if it came to that after it was opened; empty otherwise.
+  std::string diskTrouble();
 
   /// Answers one request. Whatever is wrong with it, or with the database, becomes a reply of the kind
   /// "error_response" with the reason in an `Error` element, and nothing is changed. The reason never holds a value,

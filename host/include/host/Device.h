@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "host/DataAccessServiceIfc.h"
 #include "host/HostExport.h"
@@ -31,10 +33,14 @@ struct SDM_HOST_EXPORT DeviceSettings
 /// The services of the device in `folder`: das.db, ocms.db, das.key, security.log and log/device.log, each made when it
 /// is not there. The folder belongs to one process at a time; log and key are the process's, so there is one device at
 /// a time in a process.
+///
+/// A device comes up as far as it can: what is damaged is kept aside and begun anew, and on a disk that takes no
+/// changes it works with what can be read and refuses updates. `notices` tells.
 class SDM_HOST_EXPORT Device
 {
 public:
-  /// Throws `Error` naming the file or folder and the reason, such as a folder that another process uses.
+  /// Throws `Error` naming the file or folder and the reason, such as a folder that another process uses, a key that is
+  /// open to others, or a database of another kind.
   explicit Device(const DeviceSettings& settings);
 
   /// Takes the services down; nobody may use them any more.
@@ -49,6 +55,9 @@ public:
   TrafficRecorder& traffic();
   LocalMgmtStore& store();
   SecurityLogService& securityLog();
+
+  /// What is not as it should be, each as a sentence for the operator that names the file, says why and what to do.
+  std::vector<std::string> notices();
 
 private:
   struct Content;

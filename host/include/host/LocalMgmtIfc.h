@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "host/HostExport.h"
+#include "host/Storage.h"
 
 namespace host
 {
@@ -25,8 +26,9 @@ namespace host
 class SDM_HOST_EXPORT LocalMgmtStore : public ::LocalMgmtIfc
 {
 public:
-  /// Opens the database or makes it. Throws `Error` naming the file and the reason.
-  explicit LocalMgmtStore(const std::filesystem::path& database);
+  /// Opens the database or makes it. Throws `Error` naming the file and the reason. On a disk that takes no changes a
+  /// copy can do: it is read, and refuses changes as a failing database does.
+  explicit LocalMgmtStore(const std::filesystem::path& database, Storage storage = Storage::file);
   ~LocalMgmtStore() override;
   LocalMgmtStore(const LocalMgmtStore&) = delete;
   LocalMgmtStore& operator=(const LocalMgmtStore&) = delete;

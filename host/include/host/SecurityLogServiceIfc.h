@@ -10,21 +10,26 @@
 #include <string>
 #include <vector>
 
+#include "host/Error.h"
 #include "host/HostExport.h"
 
 namespace host
 {
 /// One line a record, its fields separated by tabs: time (ISO 8601, UTC), the four codes, "failed" or "ok", record,
 /// user, origin; an empty text stands as "-". Control characters, bytes that are no UTF-8 and backslashes are escaped
-/// in the manner of C, so a record is always one line and cannot pass for two. A line that a power cut or a failure left
-/// unfinished, whose record was never answered as written, is kept and ended by one more field, "\unfinished", which no
-/// record has. Every operation may be called from any thread.
+/// in the manner of C, so a record is always one line and cannot pass for two. A line that a power cut or a failure
+/// left unfinished, whose record was never answered as written, is kept and ended by one more field, "\unfinished",
+/// which no record has. Every operation may be called from any thread.
 class SDM_HOST_EXPORT SecurityLogService : public ::SecurityLogServiceIfc
 {
 public:
   /// Opens the file for appending, made with mode 0600 when it is not there. Throws `Error` naming the file and the
   /// reason.
   explicit SecurityLogService(const std::filesystem::path& file);
+
+  /// For a file that cannot be written, for the reason that `why` gives: throws it for every record. What the file
+  /// holds can be read as far as that goes.
+  SecurityLogService(const std::filesystem::path& file, const Error& why);
   ~SecurityLogService() override;
   SecurityLogService(const SecurityLogService&) = delete;
   SecurityLogService& operator=(const SecurityLogService&) = delete;
@@ -40,6 +45,7 @@ private:
   bool endsInsideLine() const;
 
   std::filesystem::path file;
+  std::string unwritable;
   std::mutex mutex;
   int descriptor;
 };

@@ -28,7 +28,7 @@ std::optional<std::string> contentOf(const std::filesystem::path& path)
 [[noreturn]] void notWritten(const std::filesystem::path& path)
 {
   throw StartError("the device's item map " + path.string() + " cannot be written: " + std::strerror(errno) +
-                   "; make room or choose another folder with --device");
+                   "; make room and the folder writable, or choose another one with --device");
 }
 
 /// A file that is closed, whatever happens.

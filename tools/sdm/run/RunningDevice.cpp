@@ -1,6 +1,7 @@
 #include "RunningDevice.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <set>
 #include <utility>
 
@@ -10,6 +11,7 @@
 #include "TrafficText.h"
 #include "host/DasCrypt.h"
 #include "host/Error.h"
+#include "host/keepAside.h"
 
 namespace cli
 {
@@ -32,6 +34,20 @@ std::unique_ptr<host::Device> bringUp(const std::filesystem::path& folder, const
   return std::make_unique<host::Device>(device);
 }
 
+constexpr const char* mapName = "CommsSettings.csv";
+
+bool isUsable(const std::filesystem::path& map)
+{
+  try
+  {
+    return !ItemTable(map).items().empty();
+  }
+  catch (const StartError&)
+  {
+    return false;
+  }
+}
+
 bool isKeyLost(const std::filesystem::path& folder)
 {
   return std::filesystem::exists(folder / "das.db") && !std::filesystem::exists(folder / "das.key");
@@ -41,12 +57,11 @@ bool isKeyLost(const std::filesystem::path& folder)
 
 RunningDevice::RunningDevice(const RunSettings& settings)
 try : loaded(settings.service.value_or(sampleService())),
-    map(std::filesystem::absolute(settings.map ? *settings.map : loaded.itemMap())),
-    path(std::filesystem::absolute(settings.device).lexically_normal()), interfaces(settings.interfaces), table(map),
-    masks(table), lostKey(isKeyLost(path)), platform(bringUp(path, settings))
+    path(std::filesystem::absolute(settings.device).lexically_normal()), map(usableMap(settings)),
+    interfaces(settings.interfaces), table(map), masks(table), lostKey(isKeyLost(path)),
+    platform(bringUp(path, settings))
 {
-  copyMap(map, path / "CommsSettings.csv");
-  std::filesystem::current_path(path);
+  goWhereTheMapIs();
   provision();
   platform->das().provision(loaded.provisioning());
   const std::uint64_t before = lastExchange();
@@ -69,6 +84,9 @@ catch (const std::filesystem::filesystem_error& error)
 RunningDevice::~RunningDevice()
 {
   takeDown();
+  std::error_code ignored;
+  if (!scratch.empty())
+    std::filesystem::remove_all(scratch, ignored);
 }
 
 bool RunningDevice::startService()
@@ -96,6 +114,59 @@ void RunningDevice::takeDown()
   if (running)
     platform->store().forgetAgent(&running->agent());
   running.reset();
+}
+
+std::filesystem::path RunningDevice::usableMap(const RunSettings& settings)
+{
+  const std::filesystem::path wanted = std::filesystem::absolute(settings.map ? *settings.map : loaded.itemMap());
+  const std::filesystem::path own = path / mapName;
+  try
+  {
+    const ItemTable readable(wanted);
+    return wanted;
+  }
+  catch (const StartError& error)
+  {
+    if (!isUsable(own))
+      throw;
+    mapNotices.push_back(std::string(error.what()) +
+                         "; until then the device goes on with its own copy of an earlier "
+                         "one, " +
+                         own.string());
+    return own;
+  }
+}
+
+void RunningDevice::goWhereTheMapIs()
+{
+  const std::filesystem::path own = path / mapName;
+  std::filesystem::path folder = path;
+  try
+  {
+    if (std::filesystem::exists(own) && !isUsable(own))
+      mapNotices.push_back("the device's item map " + own.string() + " is damaged and kept as " +
+                           host::keepAside(own).string() + "; it was made anew from " + map.string() +
+                           ", so nothing is to be done");
+    copyMap(map, own);
+  }
+  catch (const std::exception& error)
+  {
+    std::string name = (std::filesystem::temp_directory_path() / "sdm-XXXXXX").string();
+    if (::mkdtemp(name.data()) == nullptr)
+      throw;
+    folder = scratch = name;
+    copyMap(map, folder / mapName);
+    mapNotices.push_back(error.what());
+  }
+  std::filesystem::current_path(folder);
+}
+
+std::vector<std::string> RunningDevice::notices() const
+{
+  std::vector<std::string> all = mapNotices;
+  for (const std::string& notice : platform->notices())
+    all.push_back(notice);
+  return all;
 }
 
 void RunningDevice::provision()
@@ -221,7 +292,14 @@ std::optional<std::string> RunningDevice::storedCell(const MapItem& item)
 {
   if (item.isLocal())
     return std::nullopt;
-  return platform->das().storedCell(item.schema, item.column, item.indexName, item.indexValue);
+  try
+  {
+    return platform->das().storedCell(item.schema, item.column, item.indexName, item.indexValue);
+  }
+  catch (const host::Error&)
+  {
+    return std::nullopt; // The schema's own read failed as well, and was told.
+  }
 }
 
 bool RunningDevice::isUndecryptable(const MapItem& item)

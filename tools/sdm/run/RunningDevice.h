@@ -65,11 +65,15 @@ public:
   RunningService& service();
   const std::filesystem::path& folder() const;
 
+  /// What is not as it should be, each as a sentence that says what to do.
+  std::vector<std::string> notices() const;
+
   /// The default that applies to this unit.
   const std::string& defaultOf(const MapItem& item) const;
   bool usesAlternative(const MapItem& item) const;
 
-  /// What the database holds for an item, an encrypted one encrypted; nothing for local items.
+  /// What the database holds for an item, an encrypted one encrypted; nothing for local items, and when the database
+  /// fails.
   std::optional<std::string> storedCell(const MapItem& item);
 
   /// Whether the database holds an encrypted value for it that the key does not open.
@@ -86,18 +90,24 @@ public:
   bool hasGetter(const MapItem& item) const;
 
 private:
+  /// The map that was asked for, or the device's own copy of an earlier one.
+  std::filesystem::path usableMap(const RunSettings& settings);
+  void goWhereTheMapIs();
   void provision();
   bool startService();
   void takeDown();
   StartSummary summarise(std::chrono::steady_clock::time_point began, bool first);
 
   LoadedService loaded;
-  std::filesystem::path map;
+  std::vector<std::string> mapNotices;
   std::filesystem::path path;
+  std::filesystem::path map;
   std::uint32_t interfaces;
   ItemTable table;
   Masking masks;
   bool lostKey;
+  /// Where the library finds the map when the device folder cannot have it; empty otherwise.
+  std::filesystem::path scratch;
   std::unique_ptr<host::Device> platform;
   std::unique_ptr<RunningService> running;
   StartSummary started;

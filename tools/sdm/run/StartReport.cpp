@@ -99,6 +99,8 @@ void printStart(Session& session, const StartSummary& summary, const std::string
 {
   session.out << session.style.strong(headline) << "\n";
   printCounts(session, summary);
+  for (const std::string& notice : session.running.notices())
+    session.out << "  " << session.style.bad("attention") << " " << shown(notice) << "\n";
   printFailures(session, summary.failures);
   if (summary.newKey)
     session.out << "  "
