@@ -1,4 +1,4 @@
-"""Marked secrets are set in every way there is; then everything that was shown, logged or stored is searched for them."""
+"""Marked secrets are set in every way there is; then all that was shown, logged or stored is searched for them."""
 import base64
 import csv
 import os
@@ -29,7 +29,8 @@ vpn.passphrase,,,,,,,,,,,
 
 # Items that are the service's under other names: now they look secret, or the map says that they are.
 OTHER_NAMES = {"phone.label,": "vpn.sharedSecret,", "key.target-1,": "vpn.accessToken-1,"}
-MARKED = {"phone.assetNumber,,,,,,setAssetNumber,getAssetNumber,,,,": "vpn.badge,,,,,,setAssetNumber,getAssetNumber,,,,true"}
+MARKED = {"phone.assetNumber,,,,,,setAssetNumber,getAssetNumber,,,,":
+          "vpn.badge,,,,,,setAssetNumber,getAssetNumber,,,,true"}
 
 # Lines of the log that show values of items in the local store as they are, with the level from which they do.
 EXCEPTIONS = {
