@@ -142,6 +142,14 @@ TEST_F(SetSingleDataItem, DoesNothingAtAllForTheCurrentValue)
   EXPECT_THAT(access.changedItems, IsEmpty());
 }
 
+TEST_F(SetSingleDataItem, NotesNoChangeWhenTheSetterThrows)
+{
+  getter("i").value = "old";
+  setter("i").hook = [] { throw std::runtime_error("thrown"); };
+  EXPECT_THROW(access.setSingleChangedDataItem(&item("i"), "v", error), std::runtime_error);
+  EXPECT_THAT(access.changedItems, IsEmpty());
+}
+
 TEST_F(SetSingleDataItem, NotesAChangeEvenWhenItIsRefused)
 {
   getter("i").value = "old";

@@ -137,7 +137,7 @@ TEST_F(CallingBack, WhatAnInnerOperationLeavesBehindIsNotLost)
   EXPECT_THAT(recording::trace(), Contains(R"(validateGroup("", "grp"))")) << "flagged by the inner reply";
 }
 
-TEST_F(CallingBack, ClearingEverythingInsideASetter)
+TEST_F(CallingBack, AnOperationWorksOnWithItemsThatASetterCleared)
 {
   load({ItemLine("a").das("Snmp", "A").set("a"), ItemLine("b").das("Snmp", "B").set("b").group("g")});
   setter("a").hook = [&] { manager.clearAllManagedData(); };
@@ -160,7 +160,7 @@ TEST_F(CallingBack, ItemsClearedInsideACallbackLiveUntilTheOperationEnds)
   EXPECT_THAT(recording::traceOf("delete"), ::testing::SizeIs(1));
 }
 
-TEST_F(CallingBack, ClearingEverythingInsideAnImport)
+TEST_F(CallingBack, AnImportWorksOnWithItemsThatAGetterCleared)
 {
   load({ItemLine("a").das("S", "A").both("a").group("g"), ItemLine("b").das("S", "B").both("b")});
   manager.setStartup(false);
@@ -179,7 +179,7 @@ TEST_F(CallingBack, ClearingEverythingInsideAnImport)
   EXPECT_THAT(access.changedItems, Each(nullptr)) << "noted as a change, then freed";
 }
 
-TEST_F(CallingBack, DeletingCallbacksInsideACallback)
+TEST_F(CallingBack, CallbacksThatACallbackDeletesLiveUntilTheOperationEnds)
 {
   load({ItemLine("a").das("S", "A").set("a"), ItemLine("b").das("S", "B").set("b")});
   auto* last = &setter("a");
@@ -193,7 +193,7 @@ TEST_F(CallingBack, DeletingCallbacksInsideACallback)
   EXPECT_EQ(access.findSetterFunc("a"), nullptr);
 }
 
-TEST_F(CallingBack, DeletingGettersInsideAGetter)
+TEST_F(CallingBack, GettersThatAGetterDeletesLiveUntilTheOperationEnds)
 {
   load({ItemLine("a").das("S", "A").get("a"), ItemLine("b").das("S", "B").get("b")});
   getter("a").hook = [&]
@@ -205,7 +205,7 @@ TEST_F(CallingBack, DeletingGettersInsideAGetter)
   EXPECT_THAT(recording::traceOf("delete"), ElementsAre("delete getter a", "delete getter b"));
 }
 
-TEST_F(CallingBack, TakingTheValidatorAwayInsideIt)
+TEST_F(CallingBack, AValidatorThatTakesItselfAwayIsNotAskedAgain)
 {
   load(
       {ItemLine("a").das("S", "A").set("a").group("g").user(), ItemLine("b").das("S", "B").set("b").group("h").user()});
@@ -242,7 +242,7 @@ TEST_F(CallingBack, AChangeNotedWhileCallbacksAreFreedIsNoDanglingOne)
   EXPECT_THAT(access.changedItems, Each(nullptr));
 }
 
-TEST_F(CallingBack, StartingAgainInsideASetter)
+TEST_F(CallingBack, AStartInsideASetterLoadsOnTopOfTheOuterOne)
 {
   writeItemMap("a,S,A,,,1,a,a,,g,,\nb,S,B,,,2,b,b,,,,\n");
   setter("a");
@@ -254,7 +254,7 @@ TEST_F(CallingBack, StartingAgainInsideASetter)
   EXPECT_TRUE(manager.setData(*request({{"b", "3"}})));
 }
 
-TEST_F(CallingBack, EveryOperationInsideEveryCallbackOfAWholeLife)
+TEST_F(CallingBack, EveryCallbackOfAWholeLifeMayCallEveryOperation)
 {
   writeItemMap("a,Snmp,A,,,1,a,a,u,g,,\nb,S,B,I,2,2,b,b,u,,,true\nlocal,,,,,,local,local,,,,\n");
   for (const char* name : {"a", "b", "local"})

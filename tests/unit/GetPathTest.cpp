@@ -148,6 +148,13 @@ TEST_F(GetPath, SkipsAnItemWithNeitherGetterNorColumn)
   EXPECT_EQ(recording::describe(*data), "i");
 }
 
+TEST_F(GetPath, AnswersTheItemsBehindOneWithNeitherGetterNorColumn)
+{
+  load({ItemLine("i").das("S", ""), ItemLine("j").das("S", "C").get("j")});
+  EXPECT_THAT(get({"i", "j"}), ElementsAre(R"(get j(""))"));
+  EXPECT_TRUE(answered);
+}
+
 TEST_F(GetPath, ReportsUnknownItemsAndAnswersTheOthers)
 {
   load({ItemLine("i").das("S", "C").get("i"), ItemLine("local").get("local")});

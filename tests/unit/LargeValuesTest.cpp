@@ -33,7 +33,7 @@ protected:
   const std::string large = largeValue();
 };
 
-TEST_F(LargeValuesTest, IsWrittenWhole)
+TEST_F(LargeValuesTest, AValueOfTwoMebibytesIsWrittenWhole)
 {
   const auto data = request({{"item", large}});
   EXPECT_TRUE(manager.setData(*data));
@@ -43,7 +43,7 @@ TEST_F(LargeValuesTest, IsWrittenWhole)
   EXPECT_NE(requests.front().find("<C>" + large + "</C>"), std::string::npos);
 }
 
-TEST_F(LargeValuesTest, IsWrittenWholeWhenItIsEncrypted)
+TEST_F(LargeValuesTest, AValueOfTwoMebibytesIsWrittenWholeWhenItIsEncrypted)
 {
   EXPECT_TRUE(manager.setData(*request({{"secret", large}})));
   const std::vector<std::string> requests = recording::traceOf("sendRequest");
@@ -51,14 +51,14 @@ TEST_F(LargeValuesTest, IsWrittenWholeWhenItIsEncrypted)
   EXPECT_NE(requests.front().find("<X>" + recording::encrypted(large) + "</X>"), std::string::npos);
 }
 
-TEST_F(LargeValuesTest, IsCollectedWhole)
+TEST_F(LargeValuesTest, AValueOfTwoMebibytesIsCollectedWhole)
 {
   std::string values;
   EXPECT_TRUE(access.parseXMLDasReply(readReply("S", "<C>" + large + "</C><X>" + large + "</X>"), false, &values));
   EXPECT_TRUE(values == large + "," + large);
 }
 
-TEST_F(LargeValuesTest, IsImportedWhole)
+TEST_F(LargeValuesTest, AValueOfTwoMebibytesIsImportedWhole)
 {
   const std::string text = readReply("S", "<C>" + large + "</C><X>" + recording::encrypted(large) + "</X>");
   const auto calls = traced([&] { EXPECT_TRUE(access.parseXMLDasReply(text, true, nullptr)); });
@@ -67,7 +67,7 @@ TEST_F(LargeValuesTest, IsImportedWhole)
             2);
 }
 
-TEST_F(LargeValuesTest, IsReadWhole)
+TEST_F(LargeValuesTest, AValueOfTwoMebibytesIsReadWhole)
 {
   load({ItemLine("stored").das("T", "C")});
   das.replies = {readReply("T", "<C>" + large + "</C>")};
@@ -78,7 +78,7 @@ TEST_F(LargeValuesTest, IsReadWhole)
   EXPECT_TRUE(value == large);
 }
 
-TEST_F(LargeValuesTest, IsLoggedWholeWithItsRequest)
+TEST_F(LargeValuesTest, AValueOfTwoMebibytesIsLoggedWholeWithItsRequest)
 {
   recording::behaviour().openLevel = 5;
   manager.setData(*request({{"item", large}}));

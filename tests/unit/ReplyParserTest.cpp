@@ -37,6 +37,15 @@ TEST_F(ReplyParser, AcceptsAnUpdateReplyWithoutColumns)
   EXPECT_EQ(values, "");
 }
 
+TEST_F(ReplyParser, CollectsWhatHandlersGetBeforeAnyReply)
+{
+  const char* noAttributes = nullptr;
+  DASStartElementHandler(&manager, "a", &noAttributes);
+  DASCharacterDataHandler(&manager, "1", 1);
+  DASEndElementHandler(&manager, "a");
+  EXPECT_EQ(access.reply.values, "1");
+}
+
 TEST_F(ReplyParser, RefusesAReadReplyWithoutColumns)
 {
   EXPECT_FALSE(collect(readReply("S", "")));

@@ -75,13 +75,13 @@ protected:
   }
 };
 
-TEST_F(ThrowingCallbacks, ASetterOfASetRequest)
+TEST_F(ThrowingCallbacks, ASetRequestEndsCleanWhenASetterThrows)
 {
   setter("a").hook = throwIt;
   expectClean([&] { set(); });
 }
 
-TEST_F(ThrowingCallbacks, TheSecondSetterOfASetRequest)
+TEST_F(ThrowingCallbacks, ASetRequestEndsCleanWhenTheSecondSetterThrows)
 {
   setter("g").hook = throwIt;
   expectClean([&] { set(); });
@@ -90,14 +90,14 @@ TEST_F(ThrowingCallbacks, TheSecondSetterOfASetRequest)
       << "what was never sent is not reported later on";
 }
 
-TEST_F(ThrowingCallbacks, TheValidatorOfASetRequest)
+TEST_F(ThrowingCallbacks, ASetRequestEndsCleanWhenTheValidatorThrows)
 {
   validator.hook = throwIt;
   expectClean([&] { set(); });
   EXPECT_THAT(recording::trace(), Contains(R"(clearGroup("grp"))")) << "the validator is told to forget";
 }
 
-TEST_F(ThrowingCallbacks, TheDatabaseOfASetRequest)
+TEST_F(ThrowingCallbacks, TheSecurityLogHearsOfASetRequestThatTheDatabaseBroke)
 {
   das.hook = throwIt;
   expectClean([&] { set(); });
@@ -106,7 +106,7 @@ TEST_F(ThrowingCallbacks, TheDatabaseOfASetRequest)
       << "part of it may have been written, so the security log hears of it";
 }
 
-TEST_F(ThrowingCallbacks, TheSecurityLogOfASetRequestGetsEveryRecordOnce)
+TEST_F(ThrowingCallbacks, TheSecurityLogGetsEveryRecordOnceEvenIfItThrows)
 {
   load({ItemLine("b").das("Snmp", "B").set("b")});
   securityLog.hook = throwIt;
@@ -114,32 +114,32 @@ TEST_F(ThrowingCallbacks, TheSecurityLogOfASetRequestGetsEveryRecordOnce)
   EXPECT_EQ(recording::traceOf("logSecurityEvent").size(), 3U);
 }
 
-TEST_F(ThrowingCallbacks, AServiceLookup)
+TEST_F(ThrowingCallbacks, ASetRequestEndsCleanWhenAServiceLookupThrows)
 {
   context.hook = throwIt;
   expectClean([&] { set(); });
 }
 
-TEST_F(ThrowingCallbacks, AGetterOfAReadRequest)
+TEST_F(ThrowingCallbacks, AReadRequestEndsCleanWhenAGetterThrows)
 {
   getter("a").hook = throwIt;
   expectClean([&] { manager.getData(*request({{"a", ""}})); });
 }
 
-TEST_F(ThrowingCallbacks, TheDatabaseOfAReadRequest)
+TEST_F(ThrowingCallbacks, AReadRequestEndsCleanWhenTheDatabaseThrows)
 {
   item("a").getter = nullptr;
   das.hook = throwIt;
   expectClean([&] { manager.getData(*request({{"a", ""}})); });
 }
 
-TEST_F(ThrowingCallbacks, ASetterOfAChange)
+TEST_F(ThrowingCallbacks, AChangeEndsCleanWhenASetterThrows)
 {
   setter("local").hook = throwIt;
   expectClean([&] { manager.manageableDataChanged(*request({{"local", "1"}})); });
 }
 
-TEST_F(ThrowingCallbacks, ASetterOfTheCacheInitialisation)
+TEST_F(ThrowingCallbacks, AStartEndsCleanWhenASetterThrows)
 {
   setter("g").hook = throwIt;
   expectClean(
@@ -151,7 +151,7 @@ TEST_F(ThrowingCallbacks, ASetterOfTheCacheInitialisation)
       });
 }
 
-TEST_F(ThrowingCallbacks, ASetterInTheMiddleOfAReply)
+TEST_F(ThrowingCallbacks, AReplyIsAppliedNoFurtherThanToTheSetterThatThrows)
 {
   manager.setStartup(false);
   getter("a").value = "da";
@@ -170,7 +170,7 @@ TEST_F(ThrowingCallbacks, ASetterInTheMiddleOfAReply)
   EXPECT_THAT(recording::traceOf("log 2 parser error"), IsEmpty()) << "the stopped parser is no malformed reply";
 }
 
-TEST_F(ThrowingCallbacks, TheStoreOfAStart)
+TEST_F(ThrowingCallbacks, AStartCanBeRepeatedAfterTheStoreThrew)
 {
   store.hook = throwIt;
   EXPECT_THROW(manager.initialise("map"), Thrown);
@@ -182,7 +182,7 @@ TEST_F(ThrowingCallbacks, TheStoreOfAStart)
   EXPECT_EQ(access.items.size(), 2U);
 }
 
-TEST_F(ThrowingCallbacks, AnythingOfAResetOfUserData)
+TEST_F(ThrowingCallbacks, AResetOfUserDataEndsCleanWhateverThrows)
 {
   getter("a").hook = throwIt;
   expectClean([&] { manager.setDefaultUserData(); });
@@ -194,7 +194,7 @@ TEST_F(ThrowingCallbacks, AnythingOfAResetOfUserData)
   expectClean([&] { manager.setDefaultUserData(); });
 }
 
-TEST_F(ThrowingCallbacks, AnythingOfAReloadOfUserData)
+TEST_F(ThrowingCallbacks, AReloadOfUserDataEndsCleanWhateverThrows)
 {
   das.fallback = [](const std::string&)
   { return "<Schema><ReasonForMessage>update_response</ReasonForMessage></Schema>"; };
@@ -225,13 +225,13 @@ TEST_F(ThrowingCallbacks, ALaterSetterMakesTheValidatorForgetWhatEarlierOnesHand
   EXPECT_THAT(access.groups, IsEmpty());
 }
 
-TEST_F(ThrowingCallbacks, ASetterOfAReloadMakesTheValidatorForgetItsGroup)
+TEST_F(ThrowingCallbacks, ASetterThatThrowsInAReloadMakesTheValidatorForgetItsGroup)
 {
   setter("g").hook = throwIt;
   EXPECT_THAT(traced([&] { EXPECT_THROW(manager.reloadUserData(), Thrown); }), Contains(R"(clearGroup("grp"))"));
 }
 
-TEST_F(ThrowingCallbacks, ASetterOfAStartMakesTheValidatorForgetItsGroup)
+TEST_F(ThrowingCallbacks, ASetterThatThrowsInAStartMakesTheValidatorForgetItsGroup)
 {
   manager.setStartup(false);
   setter("g").hook = throwIt;
@@ -256,7 +256,7 @@ TEST_F(ThrowingCallbacks, ASetRequestDropsItsOwnRecordsAndThoseItFound)
   expectClean([&] { set(); });
 }
 
-TEST_F(ThrowingCallbacks, ALaterSetterOfARequestThatNamesAnUnknownItem)
+TEST_F(ThrowingCallbacks, ASetRequestWithAnUnknownItemEndsCleanWhenALaterSetterThrows)
 {
   setter("g").hook = throwIt;
   expectClean([&] { manager.setData(*request({{"nobody", "1"}, {"a", "2"}, {"g", "3"}})); });
@@ -303,7 +303,7 @@ TEST_F(ThrowingCallbacks, ALoadThatFailsBehindAnInnerOneLeavesNoIndexOverWhatGoe
   EXPECT_EQ(access.items.size(), 3U);
 }
 
-TEST_F(ThrowingCallbacks, ARegistration)
+TEST_F(ThrowingCallbacks, ARegistrationEndsCleanWhenTheStoreThrows)
 {
   store.hook = throwIt;
   expectClean([&] { manager.ready(); });
