@@ -1,5 +1,6 @@
 #include "Classes.h"
 
+#include <algorithm>
 #include <iomanip>
 #include <map>
 
@@ -74,9 +75,10 @@ const std::vector<Class>& classes()
       {"no database for an import", {"log 2 importFromDAS Can't find"}},
       {"no database for a single import", {"log 2 importItemFromDAS Can't find"}},
       {"no database for a get request", {"log 2 getData(", "Can't find"}},
-      {"a throw of a callback or service", {"threw what was thrown on purpose"}},
+      {"a value reported as not changed", {"reject ", "NOT_CHANGED"}},
+      {"an encrypted default written", {"sendRequest(", "update_request", "c0de"}},
+      {"a throw that leaves an operation", {"threw what was thrown on purpose"}},
       {"a reply that ends with a column's name", {"threw out_of_range"}},
-      {"a call back into the manager", {"calls back"}},
       {"a deleted setter", {"delete setter"}},
       {"a deleted getter", {"delete getter"}},
       {"a registration", {"registerService("}},
@@ -87,6 +89,26 @@ const std::vector<Class>& classes()
   };
   return all;
 }
+
+/// Where incidents have to have happened, each with a throw and with a call back.
+const std::vector<const char*> places = {"set ",
+                                         "get ",
+                                         "findService(\"D",
+                                         "findService(\"P",
+                                         "findService(\"L",
+                                         "findService(\"S",
+                                         "sendRequest(",
+                                         "getInterfaceCount(",
+                                         "lookupData(",
+                                         "subscribe(",
+                                         "publishData(",
+                                         "checkData(",
+                                         "registerService(",
+                                         "validateGroup(",
+                                         "clearGroup(",
+                                         "reloadGroup(",
+                                         "getValidGroupItems(",
+                                         "logSecurityEvent("};
 
 std::map<std::string, unsigned long>& counts()
 {
@@ -122,26 +144,36 @@ bool belongs(const Trace& trace, const Class& sought)
 void classify(const Life& life, const Trace& trace)
 {
   for (const Class& sought : classes())
+    counts()[sought.name] += belongs(trace, sought) ? 1U : 0U;
+  for (const char* place : places)
   {
-    if (belongs(trace, sought))
-      ++counts()[sought.name];
+    for (const char* incident : {"throws inside ", "calls back inside "})
+    {
+      const std::string beginning = std::string(incident) + place;
+      counts()[beginning] += belongs(trace, {"", {beginning.c_str()}}) ? 1U : 0U;
+    }
   }
-  for (const Step& step : life.steps)
-    ++counts()["step: " + nameOf(step.what)];
+  for (unsigned what = 0; what <= static_cast<unsigned>(Do::noMapFile); ++what)
+  {
+    const auto done = [&](const Step& step) { return step.what == static_cast<Do>(what); };
+    counts()["step " + nameOf(static_cast<Do>(what))] +=
+        std::any_of(life.steps.begin(), life.steps.end(), done) ? 1U : 0U;
+  }
 }
 
 bool reportClasses(std::ostream& out)
 {
+  out << "lives with\n";
   bool everywhere = true;
-  for (const Class& sought : classes())
+  for (const auto& [name, number] : counts())
   {
-    out << std::setw(8) << counts()[sought.name] << ' ' << sought.name << '\n';
-    everywhere = everywhere && counts()[sought.name] > 0;
+    out << std::setw(8) << number << ' ' << name << '\n';
+    everywhere = everywhere && number > 0;
   }
   for (const auto& [name, number] : counts())
   {
-    if (name.compare(0, 6, "step: ") == 0)
-      out << std::setw(8) << number << ' ' << name << '\n';
+    if (number == 0)
+      out << "never: " << name << '\n';
   }
   return everywhere;
 }

@@ -11,8 +11,10 @@ namespace
 using namespace std::string_literals;
 using Texts = std::vector<std::string>;
 
-const Texts rootIds = {"a", "b", "c", "d", "port-3", "g1", "g2", "ab", "secret", "port-", "a-1-2", "3", "", "x\xff"};
-const Texts schemas = {"S", "", "T", "S", "", "Snmp", "T", "SipBase", "SipFeature", "SipPermission", "Transport"};
+const Texts rootIds = {"a", "b",      "c",  "g1", "port-3", "a",      "b",     "c",     "g1", "a", "b",    "c",
+                       "d", "port-3", "g1", "g2", "ab",     "secret", "port-", "a-1-2", "3",  "",  "x\xff"};
+const Texts schemas = {"S",       "",           "Snmp",          "T",        "S", "", "Snmp", "T",
+                       "SipBase", "SipFeature", "SipPermission", "Transport"};
 const Texts columns = {"A", "B", "C", "D", "E", "A", "B", "CallForwardingAllowed", "", "Sch"};
 const Texts indexNames = {"", "", "", "I", "I", "J"};
 const Texts indexValues = {"", "1", "2", "10"};
@@ -120,7 +122,7 @@ rc::Gen<MapLine> mapLine()
           if (column.find_first_of(",\n\0"s) != std::string::npos)
             column = "other";
         }
-        if (rarely(6))
+        if (rarely(10))
           line.shape = static_cast<LineShape>(*upTo(static_cast<unsigned>(LineShape::nulByte)));
         return line;
       });
@@ -153,7 +155,7 @@ rc::Gen<Answer> answer()
 
 std::vector<std::pair<std::string, std::string>> requested()
 {
-  return severalOf(6, rc::gen::pair(textOf(rootIds), textOf(values)));
+  return severalOf(8, rc::gen::pair(textOf(rootIds), textOf(values)));
 }
 
 const std::vector<Do> operations = {Do::setData,
@@ -260,7 +262,7 @@ rc::Gen<Step> outerStep()
       []
       {
         Step made = step(false);
-        if (rarely(4))
+        if (rarely(3))
           made.incidents = severalOf(3, incident());
         return made;
       });
@@ -276,6 +278,7 @@ rc::Gen<Life> lives()
         Life life;
         life.fromFile = !rarely(3);
         life.lastLineEnds = !rarely(4);
+        life.absent = rarely(3) ? *upTo(31) : 0;
         life.gate = 6 - (rarely(2) ? *upTo(6) : 0);
         life.map = severalOf(12, mapLine());
         life.replies = severalOf(6, reply());

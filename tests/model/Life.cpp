@@ -130,7 +130,7 @@ std::string Life::mapText() const
 void showValue(const Life& life, std::ostream& out)
 {
   out << "map (" << (life.fromFile ? "file" : "dictionary") << (life.lastLineEnds ? "" : ", no last line end")
-      << "), gate " << life.gate << '\n';
+      << "), gate " << life.gate << ", absent " << life.absent << '\n';
   for (const MapLine& line : life.map)
     out << "  " << shown(line.text()) << '\n';
   out << "replies\n";

@@ -145,6 +145,8 @@ struct Life
   std::vector<std::string> getterValues;
   std::vector<std::string> groupReasons;
   unsigned gate = 6;
+  /// What is not there at first: the services bit by bit, and the validator.
+  unsigned absent = 0;
   std::vector<Step> steps;
 
   std::string mapText() const;

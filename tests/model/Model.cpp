@@ -15,6 +15,8 @@ namespace judge
 namespace
 {
 
+std::string formatted(const char* format, va_list arguments) __attribute__((format(printf, 1, 0)));
+
 std::string formatted(const char* format, va_list arguments)
 {
   va_list again;

@@ -30,10 +30,11 @@ void Model::initialiseWithoutSettingDefaultData(const std::string& name, const s
     publish();
 }
 
-/// A map that was read in part, because a service threw, is no map: the table stays as it was.
+/// A map that was read in part, because a service threw, is no map. What then goes is decided by the number of items,
+/// also where a callback loaded or cleared items meanwhile: a decision of the project.
 void Model::loadMap(const std::string& name)
 {
-  const std::vector<Item> itemsBefore = items;
+  const std::size_t itemsBefore = items.size();
   const std::vector<std::string> idsBefore = userDataIds;
   try
   {
@@ -41,8 +42,13 @@ void Model::loadMap(const std::string& name)
   }
   catch (...)
   {
-    items = itemsBefore;
     userDataIds = idsBefore;
+    if (items.size() > itemsBefore)
+    {
+      goneItems.insert(goneItems.end(), items.begin() + static_cast<std::ptrdiff_t>(itemsBefore), items.end());
+      items.resize(itemsBefore);
+      buildIndexes();
+    }
     throw;
   }
   buildIndexes();

@@ -68,7 +68,8 @@ Player::Player(const Life& lived, const std::function<Candidate()>& make)
   }
   around.called = [this] { called(); };
   candidate = make();
-  candidate.manager->setup(&around.context, &around.agent, "phone", &around.validator);
+  candidate.manager->setup(&around.context, &around.agent, "phone",
+                           (life.absent & 16U) != 0 ? nullptr : &around.validator);
   for (const char* name : callbackNames)
   {
     candidate.manager->addSetter({name, around.newSetter(name)});
@@ -132,9 +133,10 @@ void Player::called()
   {
     if (incident.atCall != call)
       continue;
+    const std::string where = recording::trace().back();
+    note((incident.inner.empty() ? "throws inside " : "calls back inside ") + where);
     if (incident.inner.empty())
       throw Thrown();
-    note("calls back");
     for (const Step& inner : incident.inner)
     {
       if (!incident.letsOut)

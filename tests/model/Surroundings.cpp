@@ -92,7 +92,7 @@ Surroundings::Surroundings(const Life& lived) : life(lived)
     return replyTo(request, replies.empty() ? good : replies[requests++ % replies.size()], life.map);
   };
   for (unsigned service = 0; service < serviceNames.size(); ++service)
-    place(service, own(service));
+    place(service, ((life.absent >> service) & 1U) != 0 ? nullptr : own(service));
   fillDictionary();
   if (life.fromFile)
     writeMap();

@@ -86,7 +86,9 @@ private:
 
 bool judged(unsigned long lives, const std::string& seed, const std::string& size)
 {
-  const std::string parameters = "seed=" + seed + " max_success=" + std::to_string(lives) + " max_size=" + size;
+  const char* const given = std::getenv("RC_PARAMS");
+  const std::string parameters = "seed=" + seed + " max_success=" + std::to_string(lives) + " max_size=" + size + " " +
+                                 (given == nullptr ? "" : given);
   setenv("RC_PARAMS", parameters.c_str(), 1);
   return rc::check("The manager lives as its model does",
                    []
@@ -103,7 +105,7 @@ bool judged(unsigned long lives, const std::string& seed, const std::string& siz
 } // namespace
 
 /// usage: model_judge [LIVES [SEED [SIZE]]]: how many lives, from which seed (a number, or "random"), and of how many
-/// steps at most.
+/// steps at most. RC_PARAMS in the environment adds to them, for instance what a failing run told to reproduce it.
 int main(int count, char** arguments)
 {
   const unsigned long lives = count > 1 ? std::stoul(arguments[1]) : 1000;
