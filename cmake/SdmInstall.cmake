@@ -88,6 +88,8 @@ if(SDM_OVER_HOST)
     "${PROJECT_SOURCE_DIR}/docs/man/sdm-check.1"
     "${PROJECT_SOURCE_DIR}/docs/man/sdm-run.1"
     DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT host)
+  install(FILES "${PROJECT_SOURCE_DIR}/tools/sdm/completion/sdm"
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" COMPONENT host)
 endif()
 
 # Texts and examples, laid out as in the tree so that their links hold.

@@ -1,4 +1,5 @@
 """Each page lists the commands, arguments, options and exit codes of the help text, in the same words and order."""
+import json
 import os
 import re
 import subprocess
@@ -84,6 +85,15 @@ class Pages(unittest.TestCase):
         page = page_lists("sdm-check.1")["Rules"]
         self.assertEqual([(term, words(written)) for term, written in page],
                          [(name, words(summary)) for name, _, summary in rules])
+
+    def test_reference_of_the_item_map_tells_and_links_every_rule(self):
+        listed = subprocess.run([PROGRAM, "check", "--rules", "--format", "json"], capture_output=True, check=True)
+        with open(os.path.join(os.environ["PAGES"], "..", "itemmap.md")) as file:
+            text, table = file.read().split("## The rules\n")
+        rows = re.findall(r'<a id="([\w-]+)"></a>`([\w-]+)` \| (\w+) \| (\w*) \| (.*) \|\n', table)
+        self.assertEqual(rows, [(rule["id"], rule["id"], rule["severity"], "yes" if rule["fixable"] else "",
+                                 rule["summary"]) for rule in json.loads(listed.stdout)])
+        self.assertEqual(set(re.findall(r"\[`([\w-]+)`\]\(#\1\)", text)), {row[0] for row in rows})
 
 
 if __name__ == "__main__":

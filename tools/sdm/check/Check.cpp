@@ -29,7 +29,8 @@ constexpr const char* footer =
 struct Wanted
 {
   CheckSettings check;
-  std::vector<std::string> explained;
+  /// Empty for all rules.
+  std::string explained;
   bool explains = false;
   bool lists = false;
 };
@@ -37,7 +38,7 @@ struct Wanted
 /// Refuses an unknown rule, with those that might be meant.
 std::string refusalOfRule(const std::string& id)
 {
-  if (check::findRule(id) != nullptr)
+  if (id.empty() || check::findRule(id) != nullptr)
     return "";
   std::vector<std::string> known;
   for (const check::Rule* rule : check::allRules())
@@ -50,8 +51,8 @@ ExitCode carryOut(const Wanted& wanted)
 {
   if (wanted.lists || (wanted.explains && wanted.explained.empty()))
     check::listRules(wanted.check.format);
-  for (const std::string& id : wanted.explained)
-    check::explainRule(*check::findRule(id));
+  else if (wanted.explains)
+    check::explainRule(*check::findRule(wanted.explained));
   if (wanted.lists || wanted.explains)
     return exitDone;
   if (wanted.check.maps.empty())
@@ -79,8 +80,7 @@ Action addCheck(CLI::App& app)
   app.add_flag("--fix", settings.fix, "Mend the files where it is safe, and tell what is left");
   app.add_option("--ignore", settings.ignored, "Do not look at a rule; may be given more than once")
       ->type_name("RULE")
-      ->expected(1)
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+      ->allow_extra_args(false)
       ->check(refusalOfRule, "");
   CLI::Option* explain =
       app.add_option("--explain", wanted->explained, "Tell what is behind a rule; without a rule list them all")

@@ -256,14 +256,15 @@ const std::vector<Rule>& textRules()
        "The library takes away the line feed of a line that ends in CR LF, and keeps the carriage return. Column 12 is "
        "then \"true\" and a carriage return, which is not \"true\": the value is stored, sent and logged in plain "
        "text. "
-       "--fix takes the carriage return away. Mind that devices in the field hold plain values then: they are reported "
-       "as undecodable once, until they are set again.",
+       "--fix takes the carriage return away. Mind that the databases of devices in the field hold plain values then, "
+       "which cannot be decoded: each start says so in the log at level 2, until the value is set again.",
        lookForReturns},
       {"encryption-flag", Severity::error, true, "Only \"true\" turns encryption on.",
        "Column 12 is compared with \"true\", letter by letter: True, TRUE, 1 and yes leave the value in plain text, in "
        "the database, in requests and in the security log. --fix writes \"true\" where a word of that kind stands. "
-       "Mind that devices in the field hold plain values then: they are reported as undecodable once, until they are "
-       "set again. Any other text here probably belongs to another column.",
+       "Mind that the databases of devices in the field hold plain values then, which cannot be decoded: each start "
+       "says so in the log at level 2, until the value is set again. Any other text here probably belongs to another "
+       "column.",
        lookForFlags},
       {"encryption-denied", Severity::note, true, "A flag of \"false\" is the same as none.",
        "Everything but \"true\" means that the value is not encrypted. An empty column says that with less doubt. "
