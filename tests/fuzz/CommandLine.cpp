@@ -155,6 +155,7 @@ public:
       return *device;
     std::filesystem::remove_all(folder.path / "device");
     cli::RunSettings settings;
+    settings.service = SDM_SAMPLE_SERVICE;
     settings.map = folder.path / "map.csv";
     settings.device = folder.path / "device";
     device = std::make_unique<cli::RunningDevice>(settings);

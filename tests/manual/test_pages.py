@@ -95,6 +95,12 @@ class Pages(unittest.TestCase):
                                  rule["summary"]) for rule in json.loads(listed.stdout)])
         self.assertEqual(set(re.findall(r"\[`([\w-]+)`\]\(#\1\)", text)), {row[0] for row in rows})
 
+    def test_page_of_new(self):
+        page, told = page_lists("sdm-new.1"), help_lists("new")
+        self.assertEqual([re.sub(r" .*", "", term) if "," not in term else term for term, _ in page["Options"]],
+                         [re.sub(r"[ :=].*", "", term).replace(",", ", ") for term, _ in told["Options"]])
+        self.assert_same(page["Exit status"], told["Exit codes"])
+
 
 if __name__ == "__main__":
     unittest.main()

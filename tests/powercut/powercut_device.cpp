@@ -179,6 +179,7 @@ int main(int count, char** arguments)
   try
   {
     cli::RunSettings settings;
+    settings.service = SDM_SAMPLE_SERVICE;
     settings.device = arguments[2];
     settings.map = arguments[3];
     if (std::string(arguments[1]) == "state")

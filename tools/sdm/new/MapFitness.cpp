@@ -1,0 +1,52 @@
+#include "MapFitness.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+
+#include "StartError.h"
+
+namespace cli
+{
+namespace
+{
+
+// As the library reads lines.
+constexpr std::size_t longestLine = 500;
+constexpr std::size_t passedOver = 9;
+constexpr std::ptrdiff_t commas = 11;
+
+std::string problemOf(const std::string& line)
+{
+  if (line.size() > longestLine)
+    return "it has more than 500 characters and would be cut";
+  if (line.find('\0') != std::string::npos)
+    return "it holds a NUL character and would end there";
+  if (line.size() > passedOver && std::count(line.begin(), line.end(), ',') < commas)
+    return "it has fewer than twelve columns and would be skipped";
+  if (!line.empty() && line.back() == '\r')
+    return "it ends in CR LF, so its item is never encrypted";
+  return "";
+}
+
+} // namespace
+
+std::vector<std::string> unfitLines(const std::filesystem::path& map)
+{
+  std::ifstream file(map, std::ios::binary);
+  if (!file)
+    throw StartError("the item map " + map.string() + " cannot be read: " + std::strerror(errno));
+  std::vector<std::string> problems;
+  std::size_t number = 0;
+  for (std::string line; std::getline(file, line);)
+  {
+    ++number;
+    const std::string problem = problemOf(line);
+    if (!problem.empty())
+      problems.push_back("line " + std::to_string(number) + ": " + problem);
+  }
+  return problems;
+}
+
+} // namespace cli
