@@ -21,6 +21,7 @@ std::vector<checktest::RuleCase> checktest::userDataCases()
       lasting("ambiguous-import", "a.b,LineKeys,Line,,,1,setB,getB,,,,\n", 1, 14, "a.b,Keys,Line,,,1,setB,getB,,,,\n"),
       lasting("ambiguous-import", "a-1,Keys,Row,RowId,1,1,setB,getB,,,,\n", 1, 10,
               "a-1,Keys,RowIds,RowId,1,1,setB,getB,,,,\n"),
+      lasting("ambiguous-import", "a-1,Keys,try,Row,1,1,setB,getB,,,,\n", 1, 10, "a,Keys,try,,,1,setB,getB,,,,\n"),
   };
 }
 

@@ -64,7 +64,7 @@ const char* columnName(Column which)
   return names[static_cast<std::size_t>(which)];
 }
 
-MapText::MapText(std::string path, std::string bytes) : name(std::move(path)), content(std::move(bytes))
+MapText::MapText(std::string path, std::string text) : name(std::move(path)), content(std::move(text))
 {
   all.reserve(static_cast<std::size_t>(std::count(content.begin(), content.end(), '\n')) + 1);
   if (!content.empty())
@@ -96,7 +96,7 @@ std::uint32_t MapText::addLines(std::uint32_t begin, std::uint32_t end)
   while (begin < end)
   {
     const std::size_t longest = std::min<std::size_t>(begin + sdm::ItemMapFile::longestLine, content.size());
-    const auto feed = static_cast<const char*>(std::memchr(content.data() + begin, '\n', longest - begin));
+    const auto* const feed = static_cast<const char*>(std::memchr(content.data() + begin, '\n', longest - begin));
     MapLine line;
     line.place = {begin, feed != nullptr ? narrow(static_cast<std::size_t>(feed - content.data())) : narrow(longest)};
     begin = line.place.end + (feed != nullptr ? 1 : 0);

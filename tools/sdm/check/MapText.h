@@ -65,8 +65,8 @@ struct MapLine
 class MapText
 {
 public:
-  /// Takes the content of a file of less than 4 GiB. `path` is for the reader's eyes.
-  MapText(std::string path, std::string content);
+  /// `text` is the content of a file of less than 4 GiB. `path` is for the reader's eyes.
+  MapText(std::string path, std::string text);
 
   const std::string& path() const
   {
