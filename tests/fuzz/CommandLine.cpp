@@ -7,15 +7,15 @@
 #include <sstream>
 
 #include "Arguments.h"
-#include "run/Commands.h"
-#include "run/Completion.h"
 #include "Fuzz.h"
-#include "run/Session.h"
 #include "Tokens.h"
-#include "run/Words.h"
 #include "WorkingFolder.h"
 #include "host/DasCrypt.h"
 #include "host/logAppUni.h"
+#include "run/Commands.h"
+#include "run/Completion.h"
+#include "run/Session.h"
+#include "run/Words.h"
 
 namespace
 {

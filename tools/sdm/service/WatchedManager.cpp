@@ -48,7 +48,8 @@ std::vector<std::string> namesOf(const std::map<std::string, Callback*>& callbac
 
 } // namespace
 
-WatchedManager::WatchedManager(CallWatch& callWatch) : watch(callWatch), manager(watch::marked(makeServiceDataManager()))
+WatchedManager::WatchedManager(CallWatch& callWatch)
+    : watch(callWatch), manager(watch::marked(makeServiceDataManager()))
 {
 }
 
