@@ -10,6 +10,7 @@
 #include <functional>
 #include <iterator>
 #include <map>
+#include <ostream>
 #include <thread>
 
 #include <LocalMgmtIfc.h>
@@ -25,6 +26,15 @@ namespace
 {
 
 using std::chrono::milliseconds;
+
+/// Waits for what happens soon, unless something is broken.
+bool happens(const std::function<bool()>& what)
+{
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+  while (!what() && std::chrono::steady_clock::now() < end)
+    std::this_thread::sleep_for(milliseconds(1));
+  return what();
+}
 
 /// Counts the objects that are left, and does what it is told within a call.
 class Setter : public ManagedItemSetter
@@ -184,8 +194,7 @@ TEST_F(MarkedManager, SlowCallbackIsNamedToTheOneThatWaitsForIt)
     std::this_thread::sleep_for(milliseconds(150));
   };
   std::thread slow([this] { set(); });
-  while (!inside)
-    std::this_thread::yield();
+  EXPECT_TRUE(happens([&] { return inside.load(); }));
   manager->getItem("banner");
   slow.join();
   EXPECT_NE(log().find("getItem (thread "), std::string::npos) << log();
@@ -256,6 +265,12 @@ struct OperationCase
   void (*run)(ServiceDataManagerIfc& manager);
 };
 
+/// Names the case in reports, where GoogleTest would show bytes.
+void PrintTo(const OperationCase& each, std::ostream* out)
+{
+  *out << each.name;
+}
+
 void withRecord(ServiceDataManagerIfc& manager, bool (ServiceDataManagerIfc::*operation)(ManageableData&))
 {
   ManageableData data;
@@ -313,15 +328,19 @@ TEST_P(WatchedOperation, IsKnownByItsNameWhileItWaits)
       std::this_thread::yield();
   };
   std::thread slow([this] { set(); });
-  while (holder().callback != "setBanner")
-    std::this_thread::yield();
+  EXPECT_TRUE(happens([] { return holder().callback == "setBanner"; }));
   std::thread waiting([this] { GetParam().run(*manager); });
   std::vector<host::LockUser> waiters;
-  while (waiters.empty())
-    waiters = host::lockReports().front().waiters;
+  EXPECT_TRUE(happens(
+      [&]
+      {
+        waiters = host::lockReports().front().waiters;
+        return !waiters.empty();
+      }));
   release = true;
   slow.join();
   waiting.join();
+  ASSERT_EQ(waiters.size(), 1U);
   EXPECT_EQ(waiters.front().operation, GetParam().name);
 }
 
