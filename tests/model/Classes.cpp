@@ -72,6 +72,8 @@ const std::vector<Class>& classes()
       {"no store at a start", {"log 2 importFromOCMS Can't find"}},
       {"no store for the map", {"log 2 setAllManagedData Can't find"}},
       {"no store for a publication", {"log 2 publishChanges - no OCMS"}},
+      {"no store for a reset", {"log 2 setDefaultUserData Can't find OCMS"}},
+      {"no database for a reset", {"log 2 setDefaultUserData Can't find Data"}},
       {"no database for an import", {"log 2 importFromDAS Can't find"}},
       {"no database for a single import", {"log 2 importItemFromDAS Can't find"}},
       {"no database for a get request", {"log 2 getData(", "Can't find"}},

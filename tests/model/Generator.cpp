@@ -21,8 +21,8 @@ const Texts indexValues = {"", "1", "2", "10"};
 const Texts values = {"",         "1",      "2",           "<&\"'>",      "NOT_CHANGED",         "plain text", "a\nb\r",
                       "\xff\xfe", "c0dezz", "nul\0in it"s, "caf\xc3\xa9", std::string(700, 'v'), "%s %d"};
 const Texts callbacks = {"k", "l", "m", "k", "l", "m", "", "n", "k2"};
-const Texts marks = {"", "", "u"};
-const Texts groups = {"", "", "", "g", "g", "h", " "};
+const Texts marks = {"", "u"};
+const Texts groups = {"", "", "g", "g", "h", " "};
 const Texts flags = {"", "", "true", "true", "True", "1"};
 const Texts mapNames = {"CommsItemMap", "CommsItemMap", "other", "nobody", ""};
 const Texts prefixes = {"", "a", "port-3 and more", "g", "port"};
@@ -262,7 +262,7 @@ rc::Gen<Step> outerStep()
       []
       {
         Step made = step(false);
-        if (rarely(3))
+        if (rarely(2))
           made.incidents = severalOf(3, incident());
         return made;
       });
