@@ -118,6 +118,7 @@ void Model::readFile(std::istream& file)
     const std::vector<std::string> c = columnsOf(line);
     if (c.size() < 12)
     {
+      // Skipped, and told: a decision of the project, as is a unit without the service that counts its interfaces.
       say(2, "setAllManagedData line %d of \"CommsSettings.csv\" has fewer than 12 columns", number);
       continue;
     }
