@@ -106,6 +106,7 @@ ServiceDataManager::TriedValues::~TriedValues()
 {
   if (std::uncaught_exceptions() == exceptionsBefore)
     return;
+  manager.lockIsHeld();
   flagGroupOf(item);
   if (blobs == nullptr)
     return;

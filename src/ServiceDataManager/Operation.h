@@ -11,8 +11,8 @@
 /// Items, indexes and callbacks that an inner operation gets rid of stay alive until the outermost one ends.
 ///
 /// When an exception leaves the operation, so that the next one starts clean, no group stays flagged; the
-/// validator is told to forget all that were flagged or tried; and security-log records of requests that were
-/// never sent are dropped.
+/// validator is told to forget all that were flagged and those of all values that were about to be tried; and
+/// security-log records of requests that were never sent are dropped.
 class SDM_SCOPED_HOLD ServiceDataManager::Operation
 {
 public:
@@ -54,7 +54,7 @@ public:
   TriedValues& operator=(const TriedValues&) = delete;
 
 private:
-  void flagGroupOf(const ManagedDataItem* tried);
+  void flagGroupOf(const ManagedDataItem* tried) SDM_NEEDS(manager);
 
   ServiceDataManager& manager;
   const std::vector<SetDataBlob>* blobs = nullptr;
