@@ -85,6 +85,27 @@ std::string text(bool result)
   return result ? "true" : "false";
 }
 
+/// A callback that is on the stage's list for as long as it lives.
+template <typename Callback>
+class Counted : public Callback
+{
+public:
+  Counted(const std::string& callbackName, std::map<const void*, std::function<void()>>& living)
+      : Callback(callbackName), list(living)
+  {
+    list.emplace(this, [this] { delete this; });
+  }
+  ~Counted() override
+  {
+    list.erase(this);
+  }
+  Counted(const Counted&) = delete;
+  Counted& operator=(const Counted&) = delete;
+
+private:
+  std::map<const void*, std::function<void()>>& list;
+};
+
 } // namespace
 
 Stage::Stage(bool loaded) : manager((recording::reset(), std::make_unique<ServiceDataManager>())), access(*manager)
@@ -116,6 +137,12 @@ Stage::~Stage()
     manager->deleteSetters();
     manager->deleteGetters();
   }
+  // A manager that ends does not delete what nobody told it to delete.
+  while (!callbacks.empty())
+  {
+    const std::function<void()> remove = callbacks.begin()->second;
+    remove();
+  }
 }
 
 void Stage::registerCallbacks()
@@ -124,14 +151,14 @@ void Stage::registerCallbacks()
   {
     if (!line.setter.empty() && access.findSetterFunc(line.setter) == nullptr)
     {
-      auto* setter = new recording::Setter(line.setter);
+      auto* setter = new Counted<recording::Setter>(line.setter, callbacks);
       setter->accepts = line.setter != "c";
       setter->remark = setter->accepts ? "" : "refused";
       manager->addSetter({line.setter.c_str(), setter});
     }
     if (!line.getter.empty() && access.findGetterFunc(line.getter) == nullptr)
     {
-      auto* getter = new recording::Getter(line.getter);
+      auto* getter = new Counted<recording::Getter>(line.getter, callbacks);
       getter->value = "live " + line.getter;
       manager->addGetter({line.getter.c_str(), getter});
     }

@@ -59,6 +59,9 @@ public:
 private:
   void fillStore();
   void load();
+
+  /// The registered callbacks that live, each with what deletes it.
+  std::map<const void*, std::function<void()>> callbacks;
 };
 
 /// One operation of the manager's interface, with arguments that lead it through all it does.

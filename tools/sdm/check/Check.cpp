@@ -89,11 +89,9 @@ Action addCheck(CLI::App& app)
           ->check(refusalOfRule, "");
   app.add_flag("--rules", wanted->lists, "List all rules");
   app.footer(footer);
-  return [wanted, explain]
-  {
-    wanted->explains = explain->count() > 0;
-    return carryOut(*wanted);
-  };
+  // The options are gone when the action runs.
+  app.parse_complete_callback([wanted, explain] { wanted->explains = explain->count() > 0; });
+  return [wanted] { return carryOut(*wanted); };
 }
 
 } // namespace cli
