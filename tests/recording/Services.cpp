@@ -79,8 +79,6 @@ bool Store::registerService(const std::string& serviceName, MgmtAgentIfc* agent,
 bool Store::lookupData(ManageableData& data)
 {
   called("lookupData(" + describe(data) + ")");
-  if (!looksUp)
-    return false;
   const UntracedRecords untraced;
   const std::string dictionary = data.getRootId();
   if (!dictionary.empty())

@@ -1,6 +1,8 @@
 // Reading the local management store's values at start-up.
 #include <stdexcept>
 
+#include <algorithm>
+
 #include "ManagerTest.h"
 
 namespace
@@ -48,6 +50,18 @@ TEST_F(ImportFromOCMSTest, AsksForAllItemsAtOnceAndReadsThemByRootIdTwice)
   EXPECT_THAT(importing(), ElementsAre("findService(\"LocalMgmtIfc\")", "addRootId(a, null)", "addRootId(b, null)",
                                        "lookupData(a,b)", "interogate(a, a)", "set a(\"\", \"\")", "interogate(b, b)",
                                        "set b(\"\", \"\")"));
+}
+
+TEST_F(ImportFromOCMSTest, LogsEachItemBeforeItEntersTheRequest)
+{
+  load({ItemLine("a").set("a")});
+  recording::behaviour().traceRecords = true;
+  recording::behaviour().openLevel = 5;
+  EXPECT_THAT(importing(),
+              ::testing::IsSupersetOf({"log 5 importFromOCMS ocmsItemName = \"a\"", "addRootId(a, null)"}));
+  const auto& lines = recording::trace();
+  EXPECT_EQ(std::find(lines.begin(), lines.end(), "addRootId(a, null)") - 1,
+            std::find(lines.begin(), lines.end(), "log 5 importFromOCMS ocmsItemName = \"a\""));
 }
 
 TEST_F(ImportFromOCMSTest, LooksUpAnEmptyRequestWhenThereIsNothingToImport)

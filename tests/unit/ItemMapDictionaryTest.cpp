@@ -183,6 +183,14 @@ TEST_F(ItemMapDictionaryTest, ReportsAFailedLookupEvenWhileTheGateIsClosed)
                                           "log 2 setAllManagedData OCMS lookup failed for \"Map\""));
 }
 
+TEST_F(ItemMapDictionaryTest, UsesNothingOfWhatAFailedLookupLeftInTheRecord)
+{
+  store.dictionaries["Map"] = {{"/item[1]/rootId", "a"}};
+  store.looksUp = false;
+  loading("Map");
+  EXPECT_THAT(access.items, IsEmpty());
+}
+
 TEST_F(ItemMapDictionaryTest, IndexesWhatThereIsAfterAFailure)
 {
   access.addDataItem("before", "S", "c", "", "", "", "", "", "", "");

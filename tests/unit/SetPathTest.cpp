@@ -239,6 +239,15 @@ TEST_F(SetPath, RejectsAFailedGroupBeforeItemsAndWritesNoneOfIt)
   EXPECT_THAT(rejects(), ElementsAre("|/|does not fit", "b|b|no"));
 }
 
+TEST_F(SetPath, RejectsAFailedGroupBehindAValidOne)
+{
+  load({ItemLine("a").das("S", "A").set("a").group("g"), ItemLine("b").das("S", "B").set("b").group("h")});
+  validator.groups["h"] = {false, "does not fit", {}};
+  set({{"a", "1"}, {"b", "2"}});
+  EXPECT_FALSE(done);
+  EXPECT_THAT(rejects(), ElementsAre("|/|does not fit"));
+}
+
 TEST_F(SetPath, RejectsEveryGroupWithoutAValidator)
 {
   manager.setup(&context, &agent, "phone", nullptr);

@@ -61,6 +61,13 @@ TEST_F(PopulateDasRequestMap, SkipsRecordsWithoutItemOrColumn)
   EXPECT_THAT(access.populateDasRequestMapWith({unknown, blob("i", "v", true)}), IsEmpty());
 }
 
+TEST_F(PopulateDasRequestMap, GathersTheCellsBehindAnUnknownItem)
+{
+  load({ItemLine("a").das("S", "A")});
+  EXPECT_THAT(access.populateDasRequestMapWith({SetDataBlob("nobody", "v", nullptr), blob("a", "1", true)}),
+              ElementsAre(Pair("S", begin("S") + "<A>1</A>")));
+}
+
 TEST_F(PopulateDasRequestMap, EntersAColumnWithoutSchemaUnderTheEmptyName)
 {
   load({ItemLine("i").das("", "C")});
