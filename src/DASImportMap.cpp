@@ -1,5 +1,7 @@
 #include "DASImportMap.h"
 
+#include <utility>
+
 #include "ServiceDataManagerIfc.h"
 
 bool operator<(const DasItemKey& lhs, const DasItemKey& rhs)
@@ -8,23 +10,37 @@ bool operator<(const DasItemKey& lhs, const DasItemKey& rhs)
   return order != 0 ? order < 0 : lhs.index < rhs.index;
 }
 
+namespace
+{
+
+void enter(DasSchemaInfo& info, DasItemKey key, ManagedDataItem& item)
+{
+  if (info.dasIndexName != item.dasIndexName)
+    info.dasIndexName = item.dasIndexName;
+  info.items.insert_or_assign(info.items.end(), std::move(key), &item);
+}
+
+} // namespace
+
 DASImportMap::DASImportMap(std::vector<ManagedDataItem*>& items)
 {
+  // Items of one schema mostly stand together and in order.
+  auto schema = schemas.end();
   for (ManagedDataItem* item : items)
   {
-    if (item != nullptr && !item->dasSchema.empty() && item->setter != nullptr)
-      setItem(item->dasSchema, item->dasItem, item->dasIndexValue, item);
+    if (item == nullptr || item->dasSchema.empty() || item->setter == nullptr)
+      continue;
+    if (schema == schemas.end() || schema->first != item->dasSchema)
+      schema = schemas.try_emplace(item->dasSchema).first;
+    enter(schema->second, {item->dasItem, item->dasIndexValue}, *item);
   }
 }
 
 void DASImportMap::setItem(const std::string& schema, const std::string& item, const std::string& index,
                            ManagedDataItem* data)
 {
-  if (data == nullptr)
-    return;
-  DasSchemaInfo& info = schemas[schema];
-  info.dasIndexName = data->dasIndexName;
-  info.items[DasItemKey{item, index}] = data;
+  if (data != nullptr)
+    enter(schemas[schema], {item, index}, *data);
 }
 
 ManagedDataItem* DASImportMap::getItem(const std::string& schema, const std::string& item, const std::string& index)

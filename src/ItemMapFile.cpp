@@ -23,25 +23,26 @@ ItemMapFile::Line ItemMapFile::next()
       buffer[--length] = '\0';
     if (length < shortestLine)
       continue;
-    return split() ? Line::item : Line::tooFewColumns;
+    return split(length) ? Line::item : Line::tooFewColumns;
   }
   return std::ferror(file.get()) != 0 ? Line::readError : Line::end;
 }
 
-bool ItemMapFile::split()
+bool ItemMapFile::split(std::size_t length)
 {
   char* rest = buffer.data();
-  columns[0] = rest;
-  for (std::size_t i = 1; i < columns.size(); ++i)
+  char* const end = rest + length;
+  for (std::size_t i = 0; i + 1 < columns.size(); ++i)
   {
-    rest = std::strchr(rest, ',');
-    if (rest == nullptr)
-      return false;
-    *rest++ = '\0';
     columns[i] = rest;
+    char* comma = static_cast<char*>(std::memchr(rest, ',', static_cast<std::size_t>(end - rest)));
+    const bool isLast = i + 2 == columns.size();
+    if (comma == nullptr && !isLast)
+      return false;
+    rest = comma != nullptr ? comma : end;
+    *rest++ = '\0';
   }
-  if (char* surplus = std::strchr(rest, ','))
-    *surplus = '\0';
+  columns.back() = rest;
   return true;
 }
 

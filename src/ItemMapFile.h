@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdio>
 #include <memory>
+#include <string_view>
 
 namespace sdm
 {
@@ -68,6 +69,13 @@ public:
     return columns[static_cast<std::size_t>(which)];
   }
 
+  /// The same with its length, which is known already.
+  std::string_view text(ItemMapColumn which) const
+  {
+    const std::size_t i = static_cast<std::size_t>(which);
+    return {columns[i], static_cast<std::size_t>(columns[i + 1] - columns[i] - 1)};
+  }
+
   /// Where the current line stands in the file, counted from 1; too high behind a line of more than 500
   /// characters with a NUL byte in it.
   unsigned long lineNumber() const
@@ -76,7 +84,7 @@ public:
   }
 
 private:
-  bool split();
+  bool split(std::size_t length);
 
   struct Close
   {
@@ -88,7 +96,8 @@ private:
 
   std::unique_ptr<std::FILE, Close> file;
   std::array<char, longestLine + 1> buffer{};
-  std::array<const char*, static_cast<std::size_t>(ItemMapColumn::count)> columns{};
+  /// Where each column begins, and where one behind the last would.
+  std::array<const char*, static_cast<std::size_t>(ItemMapColumn::count) + 1> columns{};
   unsigned long number = 0;
   bool lineContinues = false;
 };

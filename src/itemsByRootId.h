@@ -10,7 +10,8 @@
 namespace sdm
 {
 
-/// The selected items by root id; an item without one can not be found and is left out.
+/// The selected items by root id; an item without one can not be found and is left out. Maps mostly list their items in
+/// order, so each is first tried behind the one before it.
 template <typename Selected>
 std::map<std::string, ManagedDataItem*> itemsByRootId(const std::vector<ManagedDataItem*>& items, Selected selected)
 {
@@ -18,7 +19,7 @@ std::map<std::string, ManagedDataItem*> itemsByRootId(const std::vector<ManagedD
   for (ManagedDataItem* item : items)
   {
     if (item != nullptr && !item->rootId.empty() && selected(*item))
-      byRootId[item->rootId] = item;
+      byRootId.insert_or_assign(byRootId.end(), item->rootId, item);
   }
   return byRootId;
 }

@@ -1,6 +1,8 @@
 // Filling the item table from a file or from a dictionary of the local management store.
+#include <array>
 #include <cerrno>
 #include <cstring>
+#include <string_view>
 #include <utility>
 
 #include <LocalMgmtIfc.h>
@@ -26,6 +28,36 @@ bool takesAlternativeDefaults(std::uint32_t interfaceCount)
 {
   return interfaceCount - 2U <= 2U;
 }
+
+/// Fills a text of a new item. By a new text, since an assigned one rounds its room up, and items live long.
+void keep(std::string& field, const std::string& text)
+{
+  if (!text.empty())
+    field = std::string(text);
+}
+
+/// The columns of one line as texts. What a line shares with the one before, and lines share much, is not copied again.
+class LineTexts
+{
+public:
+  void read(const sdm::ItemMapFile& file)
+  {
+    for (std::size_t i = 0; i < texts.size(); ++i)
+    {
+      const std::string_view text = file.text(static_cast<sdm::ItemMapColumn>(i));
+      if (texts[i] != text)
+        texts[i] = text;
+    }
+  }
+
+  const std::string& operator[](sdm::ItemMapColumn column) const
+  {
+    return texts[static_cast<std::size_t>(column)];
+  }
+
+private:
+  std::array<std::string, static_cast<std::size_t>(sdm::ItemMapColumn::count)> texts;
+};
 
 /// The entries of one item of a dictionary.
 class DictionaryItem
@@ -92,26 +124,28 @@ void ServiceDataManager::loadItemMapFile(sdm::ItemMapFile& file)
 
   PhysicalInterfaceServiceIfc* interfaces = physicalInterfaceIfc();
   interfaceCount = interfaces != nullptr ? interfaces->getInterfaceCount() : 0;
-  for (Line line = file.next(); line != Line::end; line = file.next())
+  const bool alternativesWanted = takesAlternativeDefaults(interfaceCount);
+  LineTexts line;
+  for (Line kind = file.next(); kind != Line::end; kind = file.next())
   {
-    if (line == Line::readError)
+    if (kind == Line::readError)
     {
       SDM_LOG(2, "setAllManagedData Can't read \"%s\": %s", itemMapFileName, std::strerror(errno));
       return;
     }
-    if (line == Line::tooFewColumns)
+    if (kind == Line::tooFewColumns)
     {
       SDM_LOG(2, "setAllManagedData line %lu of \"%s\" has fewer than 12 columns", file.lineNumber(), itemMapFileName);
       continue;
     }
-    if (*file.column(Column::userData) != '\0')
-      userDataIds.emplace_back(file.column(Column::rootId));
-    const char* alternative = file.column(Column::alternativeDefault);
-    const bool useAlternative = takesAlternativeDefaults(interfaceCount) && *alternative != '\0';
-    addDataItem(file.column(Column::rootId), file.column(Column::dasSchema), file.column(Column::dasItem),
-                file.column(Column::dasIndexName), file.column(Column::dasIndexValue),
-                useAlternative ? alternative : file.column(Column::defaultValue), file.column(Column::setter),
-                file.column(Column::getter), file.column(Column::isGroupItem), file.column(Column::dasEncrypted));
+    line.read(file);
+    const std::string& rootId = line[Column::rootId];
+    if (!line[Column::userData].empty())
+      userDataIds.push_back(rootId);
+    const bool useAlternative = alternativesWanted && !line[Column::alternativeDefault].empty();
+    addDataItem(rootId, line[Column::dasSchema], line[Column::dasItem], line[Column::dasIndexName],
+                line[Column::dasIndexValue], line[useAlternative ? Column::alternativeDefault : Column::defaultValue],
+                line[Column::setter], line[Column::getter], line[Column::isGroupItem], line[Column::dasEncrypted]);
   }
 }
 
@@ -165,18 +199,17 @@ void ServiceDataManager::addDataItem(const std::string& rootId, const std::strin
                                      const std::string& setterName, const std::string& getterName,
                                      const std::string& isGroupItem, const std::string& dasEncrypted)
 {
-  // Each a new text, since an assigned one rounds its room up, and items live long.
   auto item = std::make_unique<ManagedDataItem>();
-  item->rootId = std::string(rootId);
-  item->dasSchema = std::string(dasSchema);
-  item->dasItem = std::string(dasItem);
-  item->dasIndexName = std::string(dasIndexName);
-  item->dasIndexValue = std::string(dasIndexValue);
+  keep(item->rootId, rootId);
+  keep(item->dasSchema, dasSchema);
+  keep(item->dasItem, dasItem);
+  keep(item->dasIndexName, dasIndexName);
+  keep(item->dasIndexValue, dasIndexValue);
   item->setter = findSetterFunc(setterName);
   item->getter = findGetterFunc(getterName);
-  item->defaultValue = std::string(defaultValue);
-  item->isGroupItem = std::string(isGroupItem);
-  item->dasEncrypted = std::string(dasEncrypted);
+  keep(item->defaultValue, defaultValue);
+  keep(item->isGroupItem, isGroupItem);
+  keep(item->dasEncrypted, dasEncrypted);
   items.push_back(nullptr);
   items.back() = item.release();
 }
