@@ -11,10 +11,15 @@ const char* const schemaEnd = "</Schema>";
 namespace
 {
 
+/// Room for what mostly follows a request's beginning, so that the request grows once.
+constexpr std::size_t usualLength = 250;
+
 std::string beginRequest(const std::string& schema, const char* reason)
 {
-  return R"(<?xml version="1.0" encoding="utf-8"?><Schema name=")" + schema + R"(">)" +
-         createXmlElement("ReasonForMessage", reason);
+  std::string request;
+  request.reserve(usualLength + schema.size());
+  request.append(R"(<?xml version="1.0" encoding="utf-8"?><Schema name=")").append(schema);
+  return request.append(R"("><ReasonForMessage>)").append(reason).append("</ReasonForMessage>");
 }
 
 std::string beginColumnRequest(const ManagedDataItem& item)

@@ -2,12 +2,29 @@
 #pragma once
 
 #include <exception>
+#include <map>
 #include <string>
+
+#include "DASImportMap.h"
 
 struct XML_ParserStruct;
 
 namespace sdm
 {
+
+/// What one parse keeps at hand, so that a column asks for no memory and for its schema only once.
+struct RunningParser
+{
+  XML_ParserStruct* expat = nullptr;
+  /// The index in which the current schema was looked up, null before that; and the schema's items, null when there
+  /// are none.
+  const DASImportMap* map = nullptr;
+  const std::map<DasItemKey, ManagedDataItem*>* items = nullptr;
+  /// The place of the column that is being imported.
+  DasItemKey place;
+  /// What its setter finds and leaves as its remark.
+  std::string error;
+};
 
 /// Schema, index column, index value and kind carry over from one reply to the next until a reply names its
 /// own: a reply without a kind is judged by that of the reply before it, which is meant.
@@ -29,8 +46,8 @@ struct DASReplyState
   bool importMode = false;
   bool columnSeen = false;
 
-  /// The running parse, null between parses; and what a callback threw during it.
-  XML_ParserStruct* parser = nullptr;
+  /// The running parser, null between parses; and what a callback threw meanwhile.
+  RunningParser* parser = nullptr;
   std::exception_ptr failure;
 };
 

@@ -27,6 +27,6 @@ void ServiceDataManager::handleElement(Handler handler)
   catch (...)
   {
     state.failure = std::current_exception();
-    XML_StopParser(state.parser, XML_FALSE);
+    XML_StopParser(state.parser->expat, XML_FALSE);
   }
 }

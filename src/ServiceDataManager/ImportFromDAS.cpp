@@ -77,7 +77,7 @@ std::string ServiceDataManager::readItemFromDAS(const std::string& rootId)
   return text;
 }
 
-void ServiceDataManager::stripXml(std::string& text, std::string tag)
+void ServiceDataManager::stripXml(std::string& text, const std::string& tag)
 {
   const std::size_t found = text.find(tag);
   if (found == std::string::npos)
@@ -86,6 +86,6 @@ void ServiceDataManager::stripXml(std::string& text, std::string tag)
     return;
   }
   // One character more, for the end of the opening tag. Nothing there at all is an error of the standard kind.
-  const std::string rest = text.substr(found + tag.size() + 1);
-  text = rest.substr(0, rest.find('<'));
+  const std::size_t begin = found + tag.size() + 1;
+  text = text.substr(begin, text.find('<', begin) - begin);
 }

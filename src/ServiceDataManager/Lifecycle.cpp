@@ -12,6 +12,7 @@
 #include "OCMSSubscribeMap.h"
 #include "Retire.h"
 #include "ServiceDataManager.h"
+#include "itemsByRootId.h"
 
 std::unique_ptr<ServiceDataManagerIfc> makeServiceDataManager()
 {
@@ -82,7 +83,12 @@ void ServiceDataManager::discardItemsFrom(std::size_t first)
 ManagedDataItem* ServiceDataManager::getItem(const std::string& name)
 {
   const Hold hold(*this);
-  return ocmsSubscribeMap ? ocmsSubscribeMap->getItem(name) : nullptr;
+  return observedItem(name);
+}
+
+ManagedDataItem* ServiceDataManager::observedItem(const std::string& rootId) const
+{
+  return ocmsSubscribeMap ? sdm::itemWithRootId(ocmsSubscribeMap->getItemMap(), rootId) : nullptr;
 }
 
 ManagedDataItem* ServiceDataManager::getPublishedItem(const std::string& name)
@@ -93,7 +99,7 @@ ManagedDataItem* ServiceDataManager::getPublishedItem(const std::string& name)
 
 ManagedDataItem* ServiceDataManager::publishedItem(const std::string& rootId) const
 {
-  return ocmsPublishMap ? ocmsPublishMap->getItem(rootId) : nullptr;
+  return ocmsPublishMap ? sdm::itemWithRootId(ocmsPublishMap->getItemMap(), rootId) : nullptr;
 }
 
 bool ServiceDataManager::isItemManaged(const std::string& name) const

@@ -8,6 +8,21 @@
 #include "OCMSSubscribeMap.h"
 #include "Operation.h"
 
+namespace
+{
+
+std::string joinedRootIds(OCMSSubscribeMap* map)
+{
+  std::string joined;
+  if (map == nullptr)
+    return joined;
+  for (const auto& entry : map->getItemMap())
+    joined.append(entry.first).append(",");
+  return joined;
+}
+
+} // namespace
+
 void ServiceDataManager::subscribeForObservations()
 {
   SDM_TRACE(5, "subscribeForObservations");
@@ -18,19 +33,17 @@ void ServiceDataManager::subscribeForObservations()
     return;
   }
   std::list<std::string> rootIds;
-  std::string joined;
   if (ocmsSubscribeMap != nullptr)
   {
     for (const auto& entry : ocmsSubscribeMap->getItemMap())
-    {
       rootIds.push_back(entry.first);
-      joined.append(entry.first).append(",");
-    }
   }
+  // Still there when the store is done, whatever it called: the running operation keeps it.
+  OCMSSubscribeMap* observed = ocmsSubscribeMap.get();
   SDM_TRACE(5, "subscribeForObservations MgmtAgent: \"%s\" subscribing for: \"%s\"", serviceName.c_str(),
-            joined.c_str());
+            joinedRootIds(observed).c_str());
   if (!store->subscribe(rootIds, agent))
-    SDM_LOG(2, "subscribeForObservations Failed to subscribe for \"%s\"", joined.c_str());
+    SDM_LOG(2, "subscribeForObservations Failed to subscribe for \"%s\"", joinedRootIds(observed).c_str());
 }
 
 void ServiceDataManager::manageableDataChanged(ManageableData& data)
@@ -42,7 +55,7 @@ void ServiceDataManager::manageableDataChanged(ManageableData& data)
   for (const std::string& rootId : rootIds)
   {
     data.interogate(rootId, rootId, value);
-    ManagedDataItem* item = ocmsSubscribeMap ? ocmsSubscribeMap->getItem(rootId) : nullptr;
+    ManagedDataItem* item = observedItem(rootId);
     if (item == nullptr)
     {
       SDM_LOG(2, "manageableDataChanged unknown item \"%s\"", rootId.c_str());

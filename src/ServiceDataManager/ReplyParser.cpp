@@ -2,6 +2,7 @@
 #include <climits>
 #include <cstring>
 #include <memory>
+#include <string_view>
 
 #include <DasCrypt.h>
 #include <expat.h>
@@ -23,13 +24,14 @@ struct FreeParser
   }
 };
 
-/// Marks the parser as running for as long as it lives, however the parse ends.
+/// Marks the parse as running for as long as it lives, however it ends.
 class RunningParse
 {
 public:
-  RunningParse(sdm::DASReplyState& replyState, XML_Parser parser) : state(replyState)
+  RunningParse(sdm::DASReplyState& replyState, XML_Parser expat) : state(replyState)
   {
-    state.parser = parser;
+    parser.expat = expat;
+    state.parser = &parser;
   }
 
   ~RunningParse()
@@ -43,6 +45,7 @@ public:
 
 private:
   sdm::DASReplyState& state;
+  sdm::RunningParser parser;
 };
 
 /// The value of the attribute "name" among pairs of names and values, or null.
@@ -105,7 +108,7 @@ bool ServiceDataManager::runParser(const std::string& text)
 
 void ServiceDataManager::startElementHandler(const char* name, const char** atts)
 {
-  const std::string element = name;
+  const std::string_view element = name;
   reply->characters.clear();
   if (element == "Schema")
   {
@@ -113,6 +116,8 @@ void ServiceDataManager::startElementHandler(const char* name, const char** atts
     if (schema == nullptr)
       return;
     reply->schema = schema;
+    if (reply->parser != nullptr)
+      reply->parser->map = nullptr;
     reply->indexColumn = dasImportMap ? dasImportMap->getDasIndexName(reply->schema) : std::string();
     reply->indexValue.clear();
   }
@@ -129,7 +134,7 @@ void ServiceDataManager::characterDataHandler(const char* s, int len)
 
 void ServiceDataManager::endElementHandler(const char* name)
 {
-  const std::string element = name;
+  const std::string_view element = name;
   if (element == "ReasonForMessage")
   {
     reply->kind = reply->characters;
@@ -139,7 +144,7 @@ void ServiceDataManager::endElementHandler(const char* name)
     return;
   reply->columnSeen = true;
   if (reply->importMode)
-    importColumn(element);
+    importColumn(name);
   else
     collectColumn();
 }
@@ -151,20 +156,42 @@ void ServiceDataManager::collectColumn()
   reply->values += reply->characters;
 }
 
-void ServiceDataManager::importColumn(const std::string& column)
+ManagedDataItem* ServiceDataManager::importedItem(sdm::RunningParser& parser, const char* column) const
+{
+  if (dasImportMap == nullptr)
+    return nullptr;
+  // Looked up once a schema, unless a callback loads another map meanwhile.
+  if (parser.map != dasImportMap.get())
+  {
+    const auto found = dasImportMap->getSchemaMap().find(reply->schema);
+    parser.map = dasImportMap.get();
+    parser.items = found != dasImportMap->getSchemaMap().end() ? &found->second.items : nullptr;
+  }
+  if (parser.items == nullptr)
+    return nullptr;
+  parser.place.item = column;
+  parser.place.index = reply->indexValue;
+  const auto found = parser.items->find(parser.place);
+  return found == parser.items->end() ? nullptr : found->second;
+}
+
+void ServiceDataManager::importColumn(const char* column)
 {
   if (column == reply->indexColumn)
   {
     reply->indexValue = reply->characters;
     return;
   }
-  ManagedDataItem* item = dasImportMap ? dasImportMap->getItem(reply->schema, column, reply->indexValue) : nullptr;
+  sdm::RunningParser outside;
+  sdm::RunningParser& parser = reply->parser != nullptr ? *reply->parser : outside;
+  ManagedDataItem* item = importedItem(parser, column);
   if (item == nullptr || item->setter == nullptr)
     return;
 
   // While starting up every value counts. Later on an item that can tell its value is only set when that
   // changes, and an empty cell means that the value was taken away: back to the default.
-  std::string error = "no setter available";
+  std::string& error = parser.error;
+  error = "no setter available";
   const bool starting = startup;
   const bool empty = reply->characters.empty();
   if (!starting && item->getter != nullptr)

@@ -149,6 +149,8 @@ private:
   void buildIndexes() SDM_NEEDS(this);
   /// The item published under a root id, or null; null as well before a map is loaded.
   ManagedDataItem* publishedItem(const std::string& rootId) const SDM_NEEDS(this);
+  /// The same of the items of the local management store.
+  ManagedDataItem* observedItem(const std::string& rootId) const SDM_NEEDS(this);
 
   // Cache initialisation.
   void initialiseCacheItems(const std::string& prefix) SDM_NEEDS(this);
@@ -167,14 +169,15 @@ private:
   void characterDataHandler(const char* s, int len) SDM_NEEDS(this);
   void endElementHandler(const char* name) SDM_NEEDS(this);
   void collectColumn() SDM_NEEDS(this);
-  void importColumn(const std::string& column) SDM_NEEDS(this);
+  void importColumn(const char* column) SDM_NEEDS(this);
+  ManagedDataItem* importedItem(sdm::RunningParser& parser, const char* column) const SDM_NEEDS(this);
   std::string decryptData(ManagedDataItem* item) SDM_NEEDS(this);
 
   // Import from the database.
   void importFromDAS() SDM_NEEDS(this);
   std::vector<std::string> importedSchemas() const SDM_NEEDS(this);
   std::string readItemFromDAS(const std::string& rootId) SDM_NEEDS(this);
-  void stripXml(std::string& text, std::string tag) SDM_NEEDS(this);
+  void stripXml(std::string& text, const std::string& tag) SDM_NEEDS(this);
 
   // Local management store.
   void subscribeForObservations() SDM_NEEDS(this);
@@ -186,7 +189,7 @@ private:
   // Set path.
   std::vector<SetDataBlob> convertManageableDataToLocal(ManageableData& data) const SDM_NEEDS(this);
   void trySetData(std::vector<SetDataBlob>& blobs) const SDM_NEEDS(this);
-  bool setData(ManagedDataItem* item, std::string value, std::string& error) const SDM_NEEDS(this);
+  bool setData(ManagedDataItem* item, const std::string& value, std::string& error) const SDM_NEEDS(this);
   void rejectRefusedItems(const std::vector<SetDataBlob>& blobs, ManageableData& data) const SDM_NEEDS(this);
   bool isSetOperationSuccessful(bool dasResult, ManageableData& data) SDM_NEEDS(this);
 

@@ -1,4 +1,6 @@
 // Answering a set request.
+#include <utility>
+
 #include <ClientUtils.h>
 #include <ManageableData.h>
 #include <RejectReasonsStrings.h>
@@ -43,11 +45,12 @@ ServiceDataManager::convertManageableDataToLocal(ManageableData& data) const
   data.getRootIds(rootIds);
   std::vector<SetDataBlob> blobs;
   blobs.reserve(rootIds.size());
-  for (const std::string& rootId : rootIds)
+  for (std::string& rootId : rootIds)
   {
     std::string value;
     data.interogate(rootId, rootId, value);
-    blobs.emplace_back(rootId, value, publishedItem(rootId));
+    ManagedDataItem* item = publishedItem(rootId);
+    blobs.emplace_back(std::move(rootId), std::move(value), item);
   }
   return blobs;
 }
@@ -68,7 +71,7 @@ void ServiceDataManager::trySetData(std::vector<SetDataBlob>& blobs) const
   }
 }
 
-bool ServiceDataManager::setData(ManagedDataItem* item, std::string value, std::string& error) const
+bool ServiceDataManager::setData(ManagedDataItem* item, const std::string& value, std::string& error) const
 {
   bool accepted = false;
   if (item->setter != nullptr)

@@ -96,8 +96,8 @@ bool ServiceDataManager::sendDASRequests(std::map<std::string, std::string>& req
   recordsToKeep = pendingSecurityLogRecords.size();
   try
   {
-    for (const auto& request : requests)
-      sent = sendUpdateRequest(*das, request.second + sdm::schemaEnd);
+    for (auto& request : requests)
+      sent = sendUpdateRequest(*das, request.second.append(sdm::schemaEnd));
   }
   catch (...)
   {
