@@ -10,24 +10,12 @@
 namespace sdm
 {
 
-/// The selected items by root id; an item without one can not be found and is left out. Maps mostly list their items in
-/// order, so each is first tried behind the one before it.
-template <typename Selected>
-std::map<std::string, ManagedDataItem*> itemsByRootId(const std::vector<ManagedDataItem*>& items, Selected selected)
-{
-  std::map<std::string, ManagedDataItem*> byRootId;
-  for (ManagedDataItem* item : items)
-  {
-    if (item != nullptr && !item->rootId.empty() && selected(*item))
-      byRootId.insert_or_assign(byRootId.end(), item->rootId, item);
-  }
-  return byRootId;
-}
+/// The selected items by root id; null entries and items without a root id, which can not be found, are left out. Of
+/// items with the same root id the last one counts.
+std::map<std::string, ManagedDataItem*> itemsByRootId(const std::vector<ManagedDataItem*>& items,
+                                                      bool (*selected)(const ManagedDataItem& item));
 
-inline ManagedDataItem* itemWithRootId(const std::map<std::string, ManagedDataItem*>& byRootId, const std::string& key)
-{
-  const auto found = byRootId.find(key);
-  return found == byRootId.end() ? nullptr : found->second;
-}
+/// Null when there is none.
+ManagedDataItem* itemWithRootId(const std::map<std::string, ManagedDataItem*>& byRootId, const std::string& rootId);
 
 } // namespace sdm
