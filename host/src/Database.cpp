@@ -1,5 +1,9 @@
 #include "Database.h"
 
+#include <tuple>
+#include <unordered_map>
+#include <utility>
+
 #include <soci/soci.h>
 #include <soci/sqlite3/soci-sqlite3.h>
 
@@ -81,6 +85,49 @@ std::string firstComplaint(const std::string& row)
     throw Error(text);
   }
 }
+
+/// A statement with room for what goes in and comes out; compiled once, run as often as wanted.
+class PreparedStatement
+{
+public:
+  PreparedStatement(soci::session& session, const std::string& sql, std::size_t columns, std::size_t values)
+      : inputs(values), texts(columns), indicators(columns, soci::i_ok), statement(session)
+  {
+    for (std::size_t i = 0; i < columns; ++i)
+      statement.exchange(soci::into(texts[i], indicators[i]));
+    for (const std::string& input : inputs)
+      statement.exchange(soci::use(input));
+    statement.alloc();
+    statement.prepare(sql);
+    statement.define_and_bind();
+  }
+
+  void run(const Database::Values& values)
+  {
+    inputs = values;
+    statement.execute(texts.empty());
+  }
+
+  bool fetch(Database::Row& row)
+  {
+    if (!statement.fetch())
+      return false;
+    row.resize(texts.size());
+    for (std::size_t i = 0; i < texts.size(); ++i)
+      row[i] = indicators[i] == soci::i_ok ? std::make_optional(texts[i]) : std::nullopt;
+    return true;
+  }
+
+private:
+  Database::Values inputs;
+  std::vector<std::string> texts;
+  std::vector<soci::indicator> indicators;
+  soci::statement statement;
+};
+
+/// The same requests come again and again; those for making and changing tables do not.
+constexpr std::size_t statementsToKeep = 64;
+constexpr std::size_t longestToKeep = 16384;
 } // namespace
 
 struct Database::Content
@@ -88,6 +135,26 @@ struct Database::Content
   std::filesystem::path file;
   Storage storage = Storage::file;
   soci::session session;
+  std::unordered_map<std::string, PreparedStatement> statements;
+
+  PreparedStatement& prepared(const std::string& sql, std::size_t columns, std::size_t values)
+  {
+    const auto known = statements.find(sql);
+    if (known != statements.end())
+      return known->second;
+    if (statements.size() == statementsToKeep)
+      statements.clear();
+    return statements
+        .emplace(std::piecewise_construct, std::forward_as_tuple(sql),
+                 std::forward_as_tuple(session, sql, columns, values))
+        .first->second;
+  }
+
+  /// Values may be large, and nothing of a statement that failed is to be left open.
+  void forget(const std::string& sql)
+  {
+    statements.erase(sql);
+  }
 
   /// Runs `action`, turning the driver's errors into ours. Its full text shows bound values, the message alone does
   /// not.
@@ -152,6 +219,7 @@ void Database::openCopy()
   {
     logAppUni("HostPlatform", "host/src/Database", 2, __LINE__, "nothing of %s can be read: %s", content->file.c_str(),
               error.what());
+    content->statements.clear();
     content->session.close();
     content->guarded([&] { content->session.open(soci::sqlite3, ":memory:"); });
   }
@@ -199,44 +267,42 @@ void Database::layOut(int applicationId, const std::vector<std::string>& layout)
 
 void Database::execute(const std::string& sql, const Values& values)
 {
-  content->guarded(
-      [&]
-      {
-        soci::statement statement(content->session);
-        for (const std::string& value : values)
-          statement.exchange(soci::use(value));
-        statement.alloc();
-        statement.prepare(sql);
-        statement.define_and_bind();
-        statement.execute(true);
-      });
+  run(sql, 0, values);
 }
 
 std::vector<Database::Row> Database::select(const std::string& sql, std::size_t columns, const Values& values)
 {
+  return run(sql, columns, values);
+}
+
+std::vector<Database::Row> Database::run(const std::string& sql, std::size_t columns, const Values& values)
+{
+  std::size_t length = sql.size();
+  for (const std::string& value : values)
+    length += value.size();
   std::vector<Row> rows;
-  content->guarded(
-      [&]
-      {
-        std::vector<std::string> texts(columns);
-        std::vector<soci::indicator> indicators(columns, soci::i_ok);
-        soci::statement statement(content->session);
-        for (std::size_t i = 0; i < columns; ++i)
-          statement.exchange(soci::into(texts[i], indicators[i]));
-        for (const std::string& value : values)
-          statement.exchange(soci::use(value));
-        statement.alloc();
-        statement.prepare(sql);
-        statement.define_and_bind();
-        statement.execute(false);
-        while (statement.fetch())
+  try
+  {
+    content->guarded(
+        [&]
         {
-          Row& row = rows.emplace_back(columns);
-          for (std::size_t i = 0; i < columns; ++i)
-            if (indicators[i] == soci::i_ok)
-              row[i] = texts[i];
-        }
-      });
+          PreparedStatement& statement = content->prepared(sql, columns, values.size());
+          statement.run(values);
+          for (Row row; columns > 0 && statement.fetch(row); row.clear())
+          {
+            for (const auto& cell : row)
+              length += cell ? cell->size() : 0;
+            rows.push_back(std::move(row));
+          }
+        });
+  }
+  catch (...)
+  {
+    content->forget(sql);
+    throw;
+  }
+  if (length > longestToKeep)
+    content->forget(sql);
   return rows;
 }
 

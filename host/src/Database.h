@@ -59,6 +59,7 @@ private:
   void openFile();
   void openCopy();
   void requireSound();
+  std::vector<Row> run(const std::string& sql, std::size_t columns, const Values& values);
   void prepareForDurability();
   bool isInTransaction();
   void layOut(int applicationId, const std::vector<std::string>& layout);

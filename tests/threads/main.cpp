@@ -173,5 +173,5 @@ int main(int argc, char** argv)
     return 2;
   }
   const std::uint64_t seed = argc == 3 ? std::strtoull(argv[2], nullptr, 10) : std::random_device()();
-  return threads::load(std::strtoull(argv[1], nullptr, 10), seed);
+  return threads::load(std::strtoul(argv[1], nullptr, 10), seed);
 }
