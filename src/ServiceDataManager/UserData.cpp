@@ -1,5 +1,6 @@
 // Items that belong to the user: back to their defaults, and again from the database.
-#include <algorithm>
+#include <map>
+#include <string_view>
 #include <utility>
 
 #include <DasCrypt.h>
@@ -16,54 +17,28 @@
 namespace
 {
 
-/// All items of a table by root id, the ones that share a root id in the order of the table.
-class ItemsByRootId
+/// All items of a table by root id, the ones that share a root id in the order of the table. Borrows their texts.
+using ItemsByRootId = std::multimap<std::string_view, ManagedDataItem*>;
+
+ItemsByRootId allByRootId(const std::vector<ManagedDataItem*>& items)
 {
-public:
-  explicit ItemsByRootId(const std::vector<ManagedDataItem*>& items)
+  ItemsByRootId byRootId;
+  for (ManagedDataItem* item : items)
   {
-    sorted.reserve(items.size());
-    for (ManagedDataItem* item : items)
-    {
-      if (item != nullptr)
-        sorted.push_back(item);
-    }
-    std::stable_sort(sorted.begin(), sorted.end(), Order());
+    if (item != nullptr)
+      byRootId.emplace_hint(byRootId.end(), item->rootId, item);
   }
-
-  auto equalRange(const std::string& rootId) const
-  {
-    return std::equal_range(sorted.begin(), sorted.end(), rootId, Order());
-  }
-
-private:
-  struct Order
-  {
-    bool operator()(const ManagedDataItem* lhs, const ManagedDataItem* rhs) const
-    {
-      return lhs->rootId < rhs->rootId;
-    }
-    bool operator()(const ManagedDataItem* item, const std::string& rootId) const
-    {
-      return item->rootId < rootId;
-    }
-    bool operator()(const std::string& rootId, const ManagedDataItem* item) const
-    {
-      return rootId < item->rootId;
-    }
-  };
-
-  std::vector<ManagedDataItem*> sorted;
-};
+  return byRootId;
+}
 
 template <typename Visit>
 void forEachItem(const ItemsByRootId& items, const std::vector<std::string>& rootIds, Visit visit)
 {
   for (const std::string& rootId : rootIds)
   {
-    const auto [first, last] = items.equalRange(rootId);
+    const auto [first, last] = items.equal_range(rootId);
     for (auto item = first; item != last; ++item)
-      visit(**item);
+      visit(*item->second);
   }
 }
 
@@ -72,7 +47,7 @@ void forEachItem(const ItemsByRootId& items, const std::vector<std::string>& roo
 bool ServiceDataManager::setDefaultUserData()
 {
   Operation operation(*this);
-  const ItemsByRootId itemsByRootId(items);
+  const ItemsByRootId itemsByRootId = allByRootId(items);
   ManageableData candidates;
   forEachItem(itemsByRootId, std::vector<std::string>(userDataIds),
               [&](const ManagedDataItem& item)
