@@ -297,7 +297,7 @@ std::vector<Scenario> floors()
       {"floor/split", shape, true, split},
       {"floor/expat", shape, true, expat},
       {"floor/expat/wide", {1000, 1000, false}, false, expat},
-      {"floor/expat/rows", {1000, 1000, false, 100}, false, expat},
+      {"floor/expat/rows", {1000, 1000, false, false, 100}, false, expat},
       {"floor/lookup", shape, true, [](const Shape& wanted) { return lookUp(wanted, wanted.items); }},
       {"floor/lookup/1", shape, false, [](const Shape& wanted) { return lookUp(wanted, 1); }},
       {"floor/record", shape, true, [](const Shape& wanted) { return record(wanted, wanted.items); }},

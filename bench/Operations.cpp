@@ -1,4 +1,7 @@
 // The library's operations as scenarios.
+#include <algorithm>
+#include <iterator>
+
 #include <ManageableData.h>
 
 #include "Scenarios.h"
@@ -135,7 +138,7 @@ Run lookUp(const Shape& shape)
 
 Scenario scaling(const char* name, const std::function<Run(const Shape&)>& make, bool shuffled = false)
 {
-  return {name, {1000, 50, false, 0, shuffled}, true, make};
+  return {name, {1000, 50, false, false, 0, shuffled}, true, make};
 }
 
 Scenario fixed(const char* name, const std::function<Run(const Shape&)>& make)
@@ -155,7 +158,7 @@ std::vector<Scenario> operations()
       scaling("cache", cache),
       scaling("import", import),
       {"import/wide", {1000, 1000, false}, false, import},
-      {"import/rows", {1000, 1000, false, 100}, false, import},
+      {"import/rows", {1000, 1000, false, false, 100}, false, import},
       scaling("start", start),
       scaling("set/all", setAll),
       scaling("get/getter", [](const Shape& shape) { return get(shape, shape.items, true); }),
@@ -165,8 +168,8 @@ std::vector<Scenario> operations()
       scaling("changed", [](const Shape& shape) { return changed(shape, shape.items); }),
       fixed("changed/1", [](const Shape& shape) { return changed(shape, 1); }),
       scaling("publish", publish),
-      scaling("user/defaults", userDefaults),
-      scaling("user/reload", userReload),
+      {"user/defaults", {1000, 50, false, true}, true, userDefaults},
+      {"user/reload", {1000, 50, false, true}, true, userReload},
       scaling("lookup", lookUp),
       scaling("lookup/shuffled", lookUp, true),
   };
@@ -182,8 +185,8 @@ std::vector<Scenario> operations()
 std::vector<Scenario> allScenarios()
 {
   std::vector<Scenario> all = operations();
-  for (Scenario& floor : floors())
-    all.push_back(std::move(floor));
+  for (std::vector<Scenario> more : {floors(), platformFloors()})
+    std::move(more.begin(), more.end(), std::back_inserter(all));
   return all;
 }
 

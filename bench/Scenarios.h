@@ -36,7 +36,10 @@ std::vector<Scenario> operations();
 /// What such work costs when nothing but the bare work is done: no checks, no locks, no log, no storage.
 std::vector<Scenario> floors();
 
-/// Both.
+/// Floors that only the platform at hand has.
+std::vector<Scenario> platformFloors();
+
+/// All of them.
 std::vector<Scenario> allScenarios();
 
 } // namespace bench

@@ -32,12 +32,6 @@ std::vector<std::string> callbackNames(const char* name)
   return names;
 }
 
-/// Whatever the database holds belongs to the user.
-const char* userMark(const Item& item)
-{
-  return item.schema.empty() ? "" : "1";
-}
-
 /// Steps that are no divisor of any size lead through all entries.
 template <typename Entry>
 std::vector<Entry> shuffled(const std::vector<Entry>& ordered)
@@ -89,6 +83,7 @@ void Workload::addSchema(std::size_t first, std::size_t end)
       item.column = numbered("Setting", hasRows ? (i - first) / rowsHere : i);
       item.indexColumn = schema.indexColumn;
       item.indexValue = hasRows ? schema.indexValues[(i - first) % rowsHere] : "";
+      item.userMark = shape.allOfUser || i % 10 == 0 ? "1" : "";
       item.group = shape.grouped ? schema.name : "";
       if (schema.columns.empty() || schema.columns.back() != item.column)
         schema.columns.push_back(item.column);
@@ -145,7 +140,7 @@ void Workload::writeFile() const
   for (const Item& item : items)
     std::fprintf(file, "%s,%s,%s,%s,%s,%s,%s,%s,%s,%s,,\n", item.rootId.c_str(), item.schema.c_str(),
                  item.column.c_str(), item.indexColumn.c_str(), item.indexValue.c_str(), defaultValue,
-                 item.setter.c_str(), item.getter.c_str(), userMark(item), item.group.c_str());
+                 item.setter.c_str(), item.getter.c_str(), item.userMark.c_str(), item.group.c_str());
   if (std::fclose(file) != 0)
     throw std::runtime_error("CommsSettings.csv cannot be written");
 }
@@ -165,7 +160,7 @@ std::vector<std::pair<std::string, std::string>> Workload::dictionary() const
                                       {"default", defaultValue},
                                       {"setter", item.setter},
                                       {"getter", item.getter},
-                                      {"userData", userMark(item)},
+                                      {"userData", item.userMark},
                                       {"isGroupItem", item.group},
                                       {"dasEncrypted", ""}})
       entries.emplace_back(key + name, value);

@@ -19,6 +19,8 @@ struct Shape
   std::size_t itemsPerSchema = 50;
   /// Each item belongs to the validation group of its schema.
   bool grouped = false;
+  /// All items of the database belong to the user; otherwise one of ten does.
+  bool allOfUser = false;
   /// How many rows every schema has; 0: every fifth has five, the others none.
   std::size_t rows = 0;
   /// The map's lines stand in no order that helps.
@@ -36,6 +38,7 @@ struct Item
   std::string indexValue;
   std::string setter;
   std::string getter;
+  std::string userMark;
   std::string group;
 };
 

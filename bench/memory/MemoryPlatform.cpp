@@ -9,6 +9,7 @@
 #include <PhysicalInterfaceServiceIfc.h>
 
 #include "Platform.h"
+#include "Scenarios.h"
 
 namespace bench
 {
@@ -179,6 +180,11 @@ private:
 std::unique_ptr<Platform> makePlatform(const Workload& workload)
 {
   return std::make_unique<MemoryPlatform>(workload);
+}
+
+std::vector<Scenario> platformFloors()
+{
+  return {};
 }
 
 } // namespace bench
