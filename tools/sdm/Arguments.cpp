@@ -16,15 +16,16 @@ namespace
 {
 
 constexpr const char* about =
-    "Runs a sample communications service on a device that lasts in a folder, and lets you read and change its "
-    "configuration.";
+    "Runs a service on a device that lasts in a folder, and lets you read and change its configuration; helps to write "
+    "services.";
 
-constexpr const char* footer = "`sdm run --help` tells the options and commands.\n\n"
-                               "Exit codes:\n"
-                               "  0  done\n"
-                               "  1  a command of a script was refused or failed, or output was lost\n"
-                               "  2  wrong usage of the command line\n"
-                               "  3  the device cannot be brought up: item map, folder, database or key\n";
+constexpr const char* footer =
+    "`sdm run --help` tells the options and commands, and what the exit codes mean there; so do the others.\n\n"
+    "Exit codes:\n"
+    "  0  done\n"
+    "  1  something was refused or failed, or output was lost\n"
+    "  2  wrong usage of the command line\n"
+    "  3  what was asked for cannot be done: service, item map, folder, database or key\n";
 
 void addOptionNames(const CLI::App& app, std::vector<std::string>& names)
 {

@@ -1,5 +1,6 @@
 #include "LoadedService.h"
 
+#include <array>
 #include <cerrno>
 #include <cstring>
 #include <dlfcn.h>
@@ -30,7 +31,7 @@ using EntryPoint = const host::ServiceEntry* (*)();
 /// The parts of an ELF header that tell the machine; they lie at the same places for 32 and 64 bits.
 struct Machine
 {
-  unsigned char identification[EI_NIDENT];
+  std::array<unsigned char, EI_NIDENT> identification;
   std::uint16_t type;
   std::uint16_t machine;
 };
@@ -42,7 +43,7 @@ Machine machineOf(const std::filesystem::path& path)
   if (!file)
     notLoaded(path, std::strerror(errno));
   if (!file.read(reinterpret_cast<char*>(&header), sizeof header) ||
-      std::memcmp(header.identification, ELFMAG, SELFMAG) != 0)
+      std::memcmp(header.identification.data(), ELFMAG, SELFMAG) != 0)
     notLoaded(path, "it is not a shared object");
   return header;
 }
@@ -91,7 +92,7 @@ void checkFile(const std::filesystem::path& path)
     notLoaded(path, "it is a folder");
   const Machine its = machineOf(path);
   const Machine own = machineOf("/proc/self/exe");
-  const bool sameBytes = std::memcmp(its.identification, own.identification, EI_VERSION) == 0;
+  const bool sameBytes = std::memcmp(its.identification.data(), own.identification.data(), EI_VERSION) == 0;
   if (!sameBytes || its.machine != own.machine)
     notLoaded(path, "it is built for " + machineName(its) + ", this program for " + machineName(own));
   if (its.type != ET_DYN)
@@ -211,7 +212,7 @@ std::filesystem::path LoadedService::itemMap() const
   for (const std::filesystem::path& place : places)
   {
     std::error_code unknown;
-    const std::filesystem::path map = (path.parent_path() / place).lexically_normal();
+    std::filesystem::path map = (path.parent_path() / place).lexically_normal();
     if (std::filesystem::exists(map, unknown))
       return map;
   }

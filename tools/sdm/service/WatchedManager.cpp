@@ -41,6 +41,7 @@ template <typename Callback>
 std::vector<std::string> namesOf(const std::map<std::string, Callback*>& callbacks)
 {
   std::vector<std::string> names;
+  names.reserve(callbacks.size());
   for (const auto& [name, callback] : callbacks)
     names.push_back(name);
   return names;
