@@ -165,8 +165,8 @@ TEST_F(ServiceCheckTest, SurvivesACrash)
 
 TEST_F(ServiceCheckTest, WaitsForNoServiceThatHangs)
 {
-  EXPECT_EQ(checkItem("bell.a,Bell,A,,,1,setHang,,,,hang,\n", 1), Found{" hang"});
-  EXPECT_THAT(texts, HasSubstr("did not come back within 1 s when its setter setHang got the alternative default"));
+  EXPECT_EQ(checkItem("bell.a,Bell,A,,,1,setHang,,,,hang,\n", 8), Found{" hang"});
+  EXPECT_THAT(texts, HasSubstr("did not come back within 8 s when its setter setHang got the alternative default"));
 }
 
 TEST_F(ServiceCheckTest, NeedsAServiceAndAMap)

@@ -48,8 +48,13 @@ public:
   CodeSetter(Code& itsCode, const char* itsRootId) : code(itsCode), rootId(itsRootId)
   {
   }
-  bool setValue(const std::string& value, const std::string&, std::string&) override
+  bool setValue(const std::string& value, const std::string&, std::string& error) override
   {
+    if (value.find_first_not_of("0123456789") != std::string::npos)
+    {
+      error = "must be digits";
+      return false;
+    }
     code.pending[rootId] = value;
     return true;
   }
