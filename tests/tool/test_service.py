@@ -58,6 +58,7 @@ class Services(ProgramTest):
         # With its last member refused, the manager neither judges nor clears the group.
         run = self.run_service(service("Doorbell"), "set bell.code 123 bell.codeLength many", "set bell.codeLength 2")
         self.assertIn("bell.codeLength = 2", run.lines())
+        self.assertNotIn("refused: group", run.out)
 
     def test_its_wishes_for_the_database_are_met(self):
         self.run_service(service("Doorbell"))

@@ -11,7 +11,7 @@ namespace commsservice
 namespace
 {
 
-class HostedService : public host::Service
+class LoadableService : public host::Service
 {
 public:
   std::string name() const override
@@ -46,4 +46,4 @@ private:
 } // namespace
 } // namespace commsservice
 
-SDM_SERVICE(commsservice::HostedService)
+SDM_SERVICE(commsservice::LoadableService)
