@@ -72,7 +72,7 @@ public:
   /// The same with its length, which is known already.
   std::string_view text(ItemMapColumn which) const
   {
-    const std::size_t i = static_cast<std::size_t>(which);
+    const auto i = static_cast<std::size_t>(which);
     return {columns[i], static_cast<std::size_t>(columns[i + 1] - columns[i] - 1)};
   }
 

@@ -29,7 +29,7 @@ void countCall(const std::string& name, std::chrono::steady_clock::duration took
   try
   {
     const auto duration = std::chrono::duration_cast<std::chrono::microseconds>(took);
-    const auto bound = std::upper_bound(callTimeBounds.begin(), callTimeBounds.end(), duration);
+    const auto* const bound = std::upper_bound(callTimeBounds.begin(), callTimeBounds.end(), duration);
     const std::lock_guard<std::mutex> lock(counts().mutex);
     CallTime& time = counts().byName[name];
     ++time.calls;

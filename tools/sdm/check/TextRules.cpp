@@ -19,7 +19,7 @@ bool isBlank(char c)
 Span trimmed(const MapText& map, Span place)
 {
   const std::string_view text = map.text(place);
-  const auto first = std::find_if_not(text.begin(), text.end(), isBlank);
+  const auto* const first = std::find_if_not(text.begin(), text.end(), isBlank);
   if (first == text.end())
     return {place.begin, place.begin};
   const auto last = std::find_if_not(text.rbegin(), text.rend(), isBlank);

@@ -118,8 +118,8 @@ void RunningDevice::takeDown()
 
 std::filesystem::path RunningDevice::usableMap(const RunSettings& settings)
 {
-  const std::filesystem::path wanted = std::filesystem::absolute(settings.map ? *settings.map : loaded.itemMap());
-  const std::filesystem::path own = path / mapName;
+  std::filesystem::path wanted = std::filesystem::absolute(settings.map ? *settings.map : loaded.itemMap());
+  std::filesystem::path own = path / mapName;
   try
   {
     const ItemTable readable(wanted);
@@ -130,9 +130,7 @@ std::filesystem::path RunningDevice::usableMap(const RunSettings& settings)
     if (!isUsable(own))
       throw;
     mapNotices.push_back(std::string(error.what()) +
-                         "; until then the device goes on with its own copy of an earlier "
-                         "one, " +
-                         own.string());
+                         "; until then the device goes on with its own copy of an earlier one, " + own.string());
     return own;
   }
 }
@@ -156,7 +154,7 @@ void RunningDevice::goWhereTheMapIs()
       throw;
     folder = scratch = name;
     copyMap(map, folder / mapName);
-    mapNotices.push_back(error.what());
+    mapNotices.emplace_back(error.what());
   }
   std::filesystem::current_path(folder);
 }
