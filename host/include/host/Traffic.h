@@ -20,11 +20,13 @@ struct SDM_HOST_EXPORT Exchange
 {
   /// Counts all exchanges since the recorder was made, from 1.
   std::uint64_t number = 0;
+  /// As sent, unmasked; without the terminator.
   std::string request;
   /// Empty when the service threw.
   std::string reply;
   /// What the service threw, as text; empty when it answered.
   std::string failure;
+  /// How long the service worked on it.
   std::chrono::microseconds duration{0};
 };
 

@@ -17,6 +17,7 @@ struct SDM_HOST_EXPORT LogSettings
   std::filesystem::path file;
   /// For standard error; 0 keeps it silent.
   int consoleLevel = 2;
+  /// For the file; 6 is all there is.
   int fileLevel = 6;
 };
 
