@@ -51,13 +51,16 @@ public:
   void reloadUserData() override;
 
 private:
-  std::shared_ptr<ManagedItemSetter> shared(ManagedItemSetter* setter);
+  /// Does the work of an operation, with the listener told of both ends.
+  template <typename Work>
+  void told(const OperationCall& call, const Work& work);
 
   CallWatch& watch;
   std::map<std::string, ManagedItemSetter*> setters;
   std::map<std::string, ManagedItemGetter*> getters;
   /// One object may be registered under several names, and is deleted with the last of them.
-  std::map<ManagedItemSetter*, std::weak_ptr<ManagedItemSetter>> owned;
+  std::map<ManagedItemSetter*, std::weak_ptr<ManagedItemSetter>> ownedSetters;
+  std::map<ManagedItemGetter*, std::weak_ptr<ManagedItemGetter>> ownedGetters;
   std::unique_ptr<ServiceDataManagerIfc> manager;
 };
 
