@@ -87,7 +87,9 @@ if(SDM_OVER_HOST)
     "${PROJECT_SOURCE_DIR}/docs/man/sdm.1"
     "${PROJECT_SOURCE_DIR}/docs/man/sdm-check.1"
     "${PROJECT_SOURCE_DIR}/docs/man/sdm-new.1"
+    "${PROJECT_SOURCE_DIR}/docs/man/sdm-replay.1"
     "${PROJECT_SOURCE_DIR}/docs/man/sdm-run.1"
+    "${PROJECT_SOURCE_DIR}/docs/man/sdm-test.1"
     DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT host)
   install(FILES "${PROJECT_SOURCE_DIR}/tools/sdm/completion/sdm"
     DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" COMPONENT host)

@@ -101,6 +101,15 @@ class Pages(unittest.TestCase):
                          [re.sub(r"[ :=].*", "", term).replace(",", ", ") for term, _ in told["Options"]])
         self.assert_same(page["Exit status"], told["Exit codes"])
 
+    def test_pages_of_replay_and_test(self):
+        for name in ("replay", "test"):
+            page, told = page_lists("sdm-%s.1" % name), help_lists(name)
+            self.assertEqual([re.sub(r" .*", "", term) if "," not in term else term for term, _ in page["Options"]],
+                             [re.sub(r"[ :=].*", "", term).replace(",", ", ") for term, _ in told["Options"]])
+            for (term, written), (_, said) in zip(page["Options"], told["Options"]):
+                self.assertEqual(words(written)[:len(words(said))], words(said), term)
+            self.assert_same(page["Exit status"], told["Exit codes"])
+
 
 if __name__ == "__main__":
     unittest.main()

@@ -20,16 +20,13 @@ namespace
 
 constexpr const char* itemMap = "CommsItemMap";
 
-/// What the gate lets through reaches standard error; `log` moves the gate.
-constexpr int everything = 6;
-
 std::unique_ptr<host::Device> bringUp(const std::filesystem::path& folder, const RunSettings& settings)
 {
   host::DeviceSettings device;
   device.folder = folder;
   device.interfaceCount = settings.interfaces;
   device.logLevel = settings.logLevel;
-  device.consoleLevel = everything;
+  device.consoleLevel = settings.consoleLevel;
   device.slowWait = settings.slowWait;
   return std::make_unique<host::Device>(device);
 }
@@ -48,6 +45,19 @@ bool isUsable(const std::filesystem::path& map)
   }
 }
 
+/// The device's folder; for a recording one without a device.
+std::filesystem::path folderFor(const RunSettings& settings, bool records)
+{
+  std::filesystem::path folder = std::filesystem::absolute(settings.device).lexically_normal();
+  for (const char* name : {"das.db", "ocms.db"})
+  {
+    if (records && std::filesystem::exists(folder / name))
+      throw StartError("a recording begins with a new device, and " + folder.string() +
+                       " has one already; choose another folder with --device");
+  }
+  return folder;
+}
+
 bool isKeyLost(const std::filesystem::path& folder)
 {
   return std::filesystem::exists(folder / "das.db") && !std::filesystem::exists(folder / "das.key");
@@ -55,12 +65,12 @@ bool isKeyLost(const std::filesystem::path& folder)
 
 } // namespace
 
-RunningDevice::RunningDevice(const RunSettings& settings)
-try : loaded(settings.service.value_or(sampleService())),
-    path(std::filesystem::absolute(settings.device).lexically_normal()), map(usableMap(settings)),
-    interfaces(settings.interfaces), table(map), masks(table), lostKey(isKeyLost(path)),
-    platform(bringUp(path, settings))
+RunningDevice::RunningDevice(const RunSettings& settings, record::Recorder* itsRecorder)
+try : loaded(settings.service.value_or(sampleService())), path(folderFor(settings, itsRecorder != nullptr)),
+    map(usableMap(settings)), interfaces(settings.interfaces), table(map), masks(table), lostKey(isKeyLost(path)),
+    platform(bringUp(path, settings)), recorder(itsRecorder)
 {
+  beginRecord(settings);
   goWhereTheMapIs();
   provision();
   platform->das().provision(loaded.provisioning());
@@ -83,17 +93,28 @@ catch (const std::filesystem::filesystem_error& error)
 
 RunningDevice::~RunningDevice()
 {
+  if (recorder != nullptr)
+    recorder->end();
   takeDown();
   std::error_code ignored;
   if (!scratch.empty())
     std::filesystem::remove_all(scratch, ignored);
 }
 
+void RunningDevice::beginRecord(const RunSettings& settings)
+{
+  if (recorder == nullptr)
+    return;
+  const record::Header header = {SDM_VERSION, loaded.name(), record::digestOf(map), interfaces, settings.logLevel};
+  recorder->begin(header, table, masks, path);
+  recorded = std::make_unique<record::RecordedPlatform>(*platform, *recorder);
+}
+
 bool RunningDevice::startService()
 {
   try
   {
-    running = std::make_unique<RunningService>(loaded.service(), platform->context(), table);
+    running = std::make_unique<RunningService>(loaded.service(), platform->context(), table, recorder);
     return running->start(itemMap);
   }
   catch (const host::Error&)

@@ -11,6 +11,8 @@
 #include "Masking.h"
 #include "RunSettings.h"
 #include "host/Device.h"
+#include "record/RecordedPlatform.h"
+#include "record/Recorder.h"
 #include "service/LoadedService.h"
 #include "service/RunningService.h"
 
@@ -43,8 +45,9 @@ struct StartSummary
 class RunningDevice
 {
 public:
-  /// Throws `StartError` with a line for the operator.
-  explicit RunningDevice(const RunSettings& settings);
+  /// Throws `StartError` with a line for the operator. Everything from here on is recorded when there is a recorder,
+  /// which is borrowed; then the device has to be a new one, or nobody could do the same again.
+  explicit RunningDevice(const RunSettings& settings, record::Recorder* itsRecorder = nullptr);
   ~RunningDevice();
   RunningDevice(const RunningDevice&) = delete;
   RunningDevice& operator=(const RunningDevice&) = delete;
@@ -94,6 +97,7 @@ private:
   std::filesystem::path usableMap(const RunSettings& settings);
   void goWhereTheMapIs();
   void provision();
+  void beginRecord(const RunSettings& settings);
   bool startService();
   void takeDown();
   StartSummary summarise(std::chrono::steady_clock::time_point began, bool first);
@@ -109,6 +113,8 @@ private:
   /// Where the library finds the map when the device folder cannot have it; empty otherwise.
   std::filesystem::path scratch;
   std::unique_ptr<host::Device> platform;
+  record::Recorder* recorder;
+  std::unique_ptr<record::RecordedPlatform> recorded;
   std::unique_ptr<RunningService> running;
   StartSummary started;
 };
