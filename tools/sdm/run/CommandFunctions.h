@@ -22,6 +22,7 @@ Outcome reloadUserData(Session& session, const Arguments& arguments);
 Outcome restartService(Session& session, const Arguments& arguments);
 Outcome lockItem(Session& session, const Arguments& arguments);
 Outcome unlockItem(Session& session, const Arguments& arguments);
+Outcome demandFault(Session& session, const Arguments& arguments);
 
 // Looking behind.
 Outcome showTraffic(Session& session, const Arguments& arguments);

@@ -125,6 +125,8 @@ Outcome importItem(Session& session, const Arguments& arguments)
   std::string value;
   const std::uint64_t before = session.running.lastExchange();
   session.running.service().manager().importItemFromDAS(item->rootId, value);
+  if (session.running.lastExchange() == before)
+    return session.refuse(shown(item->rootId) + " could not be read: the database was not found");
   const auto failures = session.running.failuresAfter(before);
   if (!failures.empty())
     return session.refuse(shown(item->rootId) + " could not be read: " + failures.front().reason);

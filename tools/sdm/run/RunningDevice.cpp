@@ -11,6 +11,7 @@
 #include "TrafficText.h"
 #include "host/DasCrypt.h"
 #include "host/Error.h"
+#include "host/Faults.h"
 #include "host/keepAside.h"
 
 namespace cli
@@ -74,13 +75,7 @@ try : loaded(settings.service.value_or(sampleService())), path(folderFor(setting
   goWhereTheMapIs();
   provision();
   platform->das().provision(loaded.provisioning());
-  const std::uint64_t before = lastExchange();
-  const auto began = std::chrono::steady_clock::now();
-  const bool registered = startService();
-  started = summarise(began, true);
-  started.registered = registered;
-  started.newKey = lostKey;
-  started.failures = failuresAfter(before);
+  start(lostKey);
 }
 catch (const host::Error& error)
 {
@@ -199,6 +194,25 @@ void RunningDevice::provision()
     throw StartError("the item map " + map.string() + " does not fit the database " + (path / "das.db").string() +
                      ": " + error.what() + "; mend the map, or choose another folder with --device");
   }
+}
+
+void RunningDevice::start(bool newKey)
+{
+  const std::uint64_t before = lastExchange();
+  const auto began = std::chrono::steady_clock::now();
+  const bool registered = startService();
+  started = summarise(began, true);
+  started.registered = registered;
+  started.newKey = newKey;
+  started.failures = failuresAfter(before);
+}
+
+StartSummary RunningDevice::startAnew()
+{
+  takeDown();
+  loaded.makeAnew();
+  start(false);
+  return started;
 }
 
 StartSummary RunningDevice::restart()
@@ -326,6 +340,7 @@ bool RunningDevice::isUndecryptable(const MapItem& item)
   // An empty cell is the manager's own text for an empty value.
   const auto cell = item.encrypted ? storedCell(item) : std::nullopt;
   std::string plain;
+  const host::WithoutFaults asItIs;
   return cell && !cell->empty() && !DasCrypt::fromEncryptedText(*cell, plain);
 }
 

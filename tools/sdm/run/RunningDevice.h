@@ -55,6 +55,10 @@ public:
   /// Defaults, the database's values, publication.
   StartSummary restart();
 
+  /// The same as after a power-up: service and manager are made again, and find their platform again. On the way there
+  /// is none of either, so what throws leaves this to be destroyed only.
+  StartSummary startAnew();
+
   /// Of the last start.
   const StartSummary& summary() const;
 
@@ -99,6 +103,7 @@ private:
   void provision();
   void beginRecord(const RunSettings& settings);
   bool startService();
+  void start(bool newKey);
   void takeDown();
   StartSummary summarise(std::chrono::steady_clock::time_point began, bool first);
 

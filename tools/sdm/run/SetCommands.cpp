@@ -48,6 +48,8 @@ public:
         session.refuse("group " + shown(reject.reason));
     }
     reportDatabase(before);
+    if (!success && takenAny && failure.empty() && lastExchange() == before)
+      session.refuse("the database was not found, so the change is gone after a restart");
     return success && !heldBack ? Outcome::done : Outcome::refused;
   }
 
@@ -104,6 +106,7 @@ private:
 
   void accepted(const MapItem& item, const std::string& value, bool unchanged)
   {
+    takenAny = true;
     session.noteOrigin(item.rootId, "set");
     session.out << shown(item.rootId) << " = " << session.running.masking().value(item, value)
                 << (unchanged ? "  (unchanged)" : "") << "\n";
@@ -150,6 +153,7 @@ private:
   ManageableData data;
   std::vector<std::string> rootIds;
   bool heldBack = false;
+  bool takenAny = false;
   /// What the platform threw, made safe to print.
   std::string failure;
 };
