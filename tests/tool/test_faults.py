@@ -19,10 +19,10 @@ class Faults(ProgramTest):
 
     def assert_well_again(self, fault, *commands):
         run = self.run_script("fault " + fault, *commands, "fault off", "set display.banner After sip.password hunter2 "
-                              "sip.userName bob", "restart", "get display.banner")
-        self.assertEqual(run.lines()[-1], "display.banner = After")
-        self.assertEqual(self.stored("display.banner"), "display.banner is stored as After")
-        self.assertEqual(self.stored("sip.password"), "sip.password is stored as ***** (stored encrypted)")
+                              "sip.userName bob", "restart", "get display.banner", "import display.banner",
+                              "import sip.password")
+        self.assertEqual(run.lines()[-3:], ["display.banner = After", "display.banner is stored as After",
+                                            "sip.password is stored as ***** (stored encrypted)"])
 
     def test_each_is_over_after_off(self):
         for fault in ("das absent", "das slow 1", "das empty", "das malformed", "das refused", "das wrong-kind",
@@ -137,6 +137,7 @@ class Faults(ProgramTest):
         self.assertEqual(run.code, 0)
 
     def test_words_that_nobody_knows(self):
+        told = []
         for words, answer in (("dsa empty", "there is no fault of dsa; did you mean das?"),
                               ("das", "fault das needs one of absent, slow, empty, malformed, refused, wrong-kind"),
                               ("das gone", "there is no fault das gone; there are absent, slow, empty, "),
@@ -147,9 +148,11 @@ class Faults(ProgramTest):
                               ("disk full 3", "a full disk counts no calls; `fault off` makes room"),
                               ("off das", "`fault off` ends all faults and takes no more words"),
                               ("das slow 1 2 3", "usage: fault [WORD...]")):
-            run = self.run_script("fault " + words, "fault")
-            self.assertEqual((run.code, run.lines()[-1]), (1, "no fault is set"))
-            self.assertTrue(run.lines()[-2].startswith("refused: " + answer), run.lines()[-2])
+            told.append((words, "refused: " + answer))
+        run = self.run_script(*("fault " + words for words, _ in told), "fault")
+        self.assertEqual((run.code, run.lines()[-1]), (1, "no fault is set"))
+        for (words, answer), line in zip(told, run.lines()[-1 - len(told):]):
+            self.assertTrue(line.startswith(answer), (words, line))
 
 
 if __name__ == "__main__":

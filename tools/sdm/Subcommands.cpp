@@ -1,5 +1,6 @@
 #include "Subcommand.h"
 #include "check/Check.h"
+#include "explain/Explain.h"
 #include "new/New.h"
 #include "replay/Replay.h"
 #include "run/Run.h"
@@ -12,6 +13,7 @@ const std::vector<Subcommand>& subcommands()
 {
   static const std::vector<Subcommand> table = {
       {"check", "Tell what is wrong with item maps", addCheck},
+      {"explain", "Tell where the value of an item came from", addExplain},
       {"new", "Write the project of a service from its item map", addNew},
       {"replay", "Run the commands of a transcript again and show the first difference", addReplay},
       {"run", "Bring the device up, then take commands", addRun},

@@ -41,6 +41,9 @@ public:
   /// The real service's answer; what it throws passes on and is remembered as a failure.
   std::string sendRequest(const char* request, std::size_t length) override;
 
+  /// How many exchanges ended since the recorder was made, which is the number of the last one.
+  std::uint64_t count() const;
+
   /// The remembered exchanges in the order in which they ended, the oldest first. Texts are as sent, unmasked.
   std::vector<Exchange> exchanges() const;
 
@@ -50,7 +53,7 @@ private:
   ::DataAccessServiceIfc& real;
   const std::size_t keep;
   mutable std::mutex mutex;
-  std::uint64_t count = 0;
+  std::uint64_t ended = 0;
   std::deque<Exchange> kept;
 };
 } // namespace host

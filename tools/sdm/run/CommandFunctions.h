@@ -9,6 +9,7 @@ namespace cli
 // Reading.
 Outcome listItems(Session& session, const Arguments& arguments);
 Outcome showItem(Session& session, const Arguments& arguments);
+Outcome explainItem(Session& session, const Arguments& arguments);
 Outcome getItems(Session& session, const Arguments& arguments);
 Outcome importItem(Session& session, const Arguments& arguments);
 

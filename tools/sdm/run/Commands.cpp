@@ -52,6 +52,10 @@ const std::vector<Command>& commands()
   static const std::vector<Command> table = {
       {"list", "[PREFIX]", "Show all items, or those whose root id begins so", Expects::prefix, 0, 1, listItems},
       {"show", "ID", "Show everything about one item", Expects::rootIds, 1, 1, showItem},
+      {"explain", "ID",
+       "Tell where the value of one item came from, and what was refused\n"
+       "  Of this run and earlier ones; the numbers of requests are those of `traffic`.",
+       Expects::rootIds, 1, 1, explainItem},
       {"get", "ID...", "Read values", Expects::rootIds, 1, anyNumber, getItems},
       {"set", "ID VALUE [ID VALUE...]",
        "Set values in one request; a group is taken as a whole or not at all\n"

@@ -3,6 +3,7 @@
 
 #include "CommandFunctions.h"
 #include "Shown.h"
+#include "explain/Explanation.h"
 
 namespace cli
 {
@@ -83,6 +84,21 @@ Outcome showItem(Session& session, const Arguments& arguments)
           session.style.notable("the value in the database cannot be decrypted; is das.key the one of this database?"));
   if (session.differsFromDatabase(*item, value))
     field(session, "note", session.style.notable(session.whyItDiffers(*item)));
+  return Outcome::done;
+}
+
+Outcome explainItem(Session& session, const Arguments& arguments)
+{
+  const MapItem* item = session.known(arguments.front());
+  if (item == nullptr)
+    return Outcome::refused;
+  const History& history = session.running.history();
+  printExplanation(session.out, session.style, item->rootId, history.of(item->rootId));
+  if (!session.running.hasSetter(*item))
+    session.out << "  the service has no setter for it, so nobody gives it a value\n";
+  if (!history.problem().empty())
+    session.out << "  " << session.style.bad("attention")
+                << " of this run nothing is kept: " << shown(history.problem()) << "\n";
   return Outcome::done;
 }
 

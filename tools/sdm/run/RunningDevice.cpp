@@ -69,9 +69,11 @@ bool isKeyLost(const std::filesystem::path& folder)
 RunningDevice::RunningDevice(const RunSettings& settings, record::Recorder* itsRecorder)
 try : loaded(settings.service.value_or(sampleService())), path(folderFor(settings, itsRecorder != nullptr)),
     map(usableMap(settings)), interfaces(settings.interfaces), table(map), masks(table), lostKey(isKeyLost(path)),
-    platform(bringUp(path, settings)), recorder(itsRecorder)
+    platform(bringUp(path, settings)), events(path), historian(events, table, masks, platform->traffic(), interfaces),
+    recorder(itsRecorder)
 {
   beginRecord(settings);
+  listeners.add(historian);
   goWhereTheMapIs();
   provision();
   platform->das().provision(loaded.provisioning());
@@ -103,13 +105,14 @@ void RunningDevice::beginRecord(const RunSettings& settings)
   const record::Header header = {SDM_VERSION, loaded.name(), record::digestOf(map), interfaces, settings.logLevel};
   recorder->begin(header, table, masks, path);
   recorded = std::make_unique<record::RecordedPlatform>(*platform, *recorder);
+  listeners.add(*recorder);
 }
 
 bool RunningDevice::startService()
 {
   try
   {
-    running = std::make_unique<RunningService>(loaded.service(), platform->context(), table, recorder);
+    running = std::make_unique<RunningService>(loaded.service(), platform->context(), table, &listeners);
     return running->start(itemMap);
   }
   catch (const host::Error&)
@@ -228,8 +231,7 @@ StartSummary RunningDevice::restart()
 
 std::uint64_t RunningDevice::lastExchange()
 {
-  const auto exchanges = platform->traffic().exchanges();
-  return exchanges.empty() ? 0 : exchanges.back().number;
+  return platform->traffic().count();
 }
 
 // The manager logs a failed read at a level that is mostly shut, and goes on with the defaults.
@@ -294,6 +296,11 @@ const Masking& RunningDevice::masking() const
 host::Device& RunningDevice::device()
 {
   return *platform;
+}
+
+const History& RunningDevice::history() const
+{
+  return events;
 }
 
 const std::string& RunningDevice::serviceName() const

@@ -10,9 +10,11 @@
 #include "ItemTable.h"
 #include "Masking.h"
 #include "RunSettings.h"
+#include "explain/HistoryRecorder.h"
 #include "host/Device.h"
 #include "record/RecordedPlatform.h"
 #include "record/Recorder.h"
+#include "service/CallListeners.h"
 #include "service/LoadedService.h"
 #include "service/RunningService.h"
 
@@ -67,6 +69,8 @@ public:
   const ItemTable& items() const;
   const Masking& masking() const;
   host::Device& device();
+  /// Of this run and earlier ones.
+  const History& history() const;
   /// By the name that it gave itself.
   const std::string& serviceName() const;
   RunningService& service();
@@ -118,8 +122,11 @@ private:
   /// Where the library finds the map when the device folder cannot have it; empty otherwise.
   std::filesystem::path scratch;
   std::unique_ptr<host::Device> platform;
+  History events;
+  HistoryRecorder historian;
   record::Recorder* recorder;
   std::unique_ptr<record::RecordedPlatform> recorded;
+  CallListeners listeners;
   std::unique_ptr<RunningService> running;
   StartSummary started;
 };

@@ -70,8 +70,7 @@ private:
 
   std::uint64_t lastExchange() const
   {
-    const auto exchanges = session.running.device().traffic().exchanges();
-    return exchanges.empty() ? 0 : exchanges.back().number;
+    return session.running.lastExchange();
   }
 
   std::string reasonFor(const std::string& rootId) const

@@ -60,17 +60,30 @@ struct ValidatorCall
 
 /// Called on the thread that the call is on, often with the manager's lock held. Texts are unmasked. Callbacks are told
 /// when they are over, operations at both ends. It must not throw.
+/// What a listener does not want to hear it leaves as it is here.
 class CallListener
 {
 public:
   virtual ~CallListener() = default;
 
-  virtual void registered(const std::vector<std::string>& setters, const std::vector<std::string>& getters) = 0;
-  virtual void operationBegins(const OperationCall& call) = 0;
-  virtual void operationEnded(const OperationCall& call, const OperationAnswer& answer) = 0;
-  virtual void setterEnded(const SetterCall& call) = 0;
-  virtual void getterEnded(const GetterCall& call) = 0;
-  virtual void validatorEnded(const ValidatorCall& call) = 0;
+  virtual void registered(const std::vector<std::string>& /*setters*/, const std::vector<std::string>& /*getters*/)
+  {
+  }
+  virtual void operationBegins(const OperationCall& /*call*/)
+  {
+  }
+  virtual void operationEnded(const OperationCall& /*call*/, const OperationAnswer& /*answer*/)
+  {
+  }
+  virtual void setterEnded(const SetterCall& /*call*/)
+  {
+  }
+  virtual void getterEnded(const GetterCall& /*call*/)
+  {
+  }
+  virtual void validatorEnded(const ValidatorCall& /*call*/)
+  {
+  }
 };
 
 /// The text of the exception that is being handled.
