@@ -87,6 +87,7 @@ if(SDM_OVER_HOST)
     "${PROJECT_SOURCE_DIR}/docs/man/sdm.1"
     "${PROJECT_SOURCE_DIR}/docs/man/sdm-check.1"
     "${PROJECT_SOURCE_DIR}/docs/man/sdm-explain.1"
+    "${PROJECT_SOURCE_DIR}/docs/man/sdm-groups.1"
     "${PROJECT_SOURCE_DIR}/docs/man/sdm-new.1"
     "${PROJECT_SOURCE_DIR}/docs/man/sdm-replay.1"
     "${PROJECT_SOURCE_DIR}/docs/man/sdm-run.1"

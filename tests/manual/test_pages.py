@@ -101,6 +101,9 @@ class Pages(unittest.TestCase):
     def test_page_of_explain(self):
         self.assert_page_of("explain")
 
+    def test_page_of_groups(self):
+        self.assert_page_of("groups")
+
     def assert_page_of(self, name):
         page, told = page_lists("sdm-%s.1" % name), help_lists(name)
         self.assertEqual([re.sub(r" .*", "", term) if "," not in term else term for term, _ in page["Options"]],
