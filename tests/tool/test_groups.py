@@ -46,7 +46,7 @@ class Groups(ProgramTest):
         self.assertIn("range.high refused: (nothing)\n", run.out[high:])
         self.assertIn("range.high stored: 9\n", run.out[high:])
 
-    def test_each_request_meets_the_same_device(self):
+    def test_json_tells_each_outcome(self):
         self.assertEqual(self.in_order("--permute").code, 0)
         run = self.in_order("--permute", "--json", "--set", "range.low=20")
         outcomes = json.loads(run.out)["groups"][0]["differences"][0]["outcomes"]
