@@ -14,6 +14,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "Descriptor.h"
 #include "StartError.h"
 
 namespace cli
@@ -74,21 +75,8 @@ std::vector<HistoryEvent> eventsIn(std::istream& input)
 /// Values stand in it, so a new file is its owner's alone. The first line begins anew, whatever the last one lacks.
 bool append(const std::filesystem::path& file, const std::string& text, int flags)
 {
-  const int descriptor = ::open(file.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | flags, S_IRUSR | S_IWUSR);
-  if (descriptor < 0)
-    return false;
-  std::size_t written = 0;
-  while (written < text.size())
-  {
-    const ssize_t count = ::write(descriptor, text.data() + written, text.size() - written);
-    if (count < 0 && errno != EINTR)
-      break;
-    written += static_cast<std::size_t>(std::max<ssize_t>(count, 0));
-  }
-  const int reason = errno;
-  ::close(descriptor);
-  errno = reason;
-  return written == text.size();
+  const Descriptor opened(::open(file.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | flags, S_IRUSR | S_IWUSR));
+  return opened.number >= 0 && writeAll(opened.number, text);
 }
 
 } // namespace

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cstdlib>
 #include <functional>
 #include <iostream>
 #include <memory>
@@ -15,6 +14,7 @@
 #include <vector>
 
 #include "Masking.h"
+#include "ScratchFolder.h"
 #include "Shown.h"
 #include "StartError.h"
 #include "Style.h"
@@ -47,29 +47,6 @@ struct GroupsSettings
   std::vector<std::string> values;
   bool permute = false;
   bool json = false;
-};
-
-/// Goes away with all that is in it.
-class Scratch
-{
-public:
-  Scratch()
-  {
-    std::string name = (std::filesystem::temp_directory_path() / "sdm-groups-XXXXXX").string();
-    if (::mkdtemp(name.data()) == nullptr)
-      throw StartError("no folder can be made in " + std::filesystem::temp_directory_path().string() +
-                       "; name another one in TMPDIR");
-    path = name;
-  }
-  ~Scratch()
-  {
-    std::error_code ignored;
-    std::filesystem::remove_all(path, ignored);
-  }
-  Scratch(const Scratch&) = delete;
-  Scratch& operator=(const Scratch&) = delete;
-
-  std::filesystem::path path;
 };
 
 /// Orders that come to the same.
@@ -331,8 +308,8 @@ ExitCode permute(const GroupsSettings& settings, const std::filesystem::path& se
 {
   const MoreValues more = givenValues(items, settings.values);
   const Masking masking(items);
-  const Scratch scratch;
-  const PermutationTrial trial(service, map, scratch.path);
+  const ScratchFolder scratch("groups");
+  const PermutationTrial trial(service, map, scratch.path());
   const auto current = trial.currentValues(items);
   Json document = Json::array();
   bool matters = false;

@@ -4,6 +4,8 @@
 #include <filesystem>
 #include <string>
 
+#include "Descriptor.h"
+
 namespace cli::record
 {
 
@@ -12,10 +14,7 @@ class TranscriptFile
 {
 public:
   /// Makes the file, or empties it. It is its owner's alone, since values stand in it. Throws `StartError`.
-  explicit TranscriptFile(const std::filesystem::path& file);
-  ~TranscriptFile();
-  TranscriptFile(const TranscriptFile&) = delete;
-  TranscriptFile& operator=(const TranscriptFile&) = delete;
+  explicit TranscriptFile(const std::filesystem::path& itsPath);
 
   /// Adds a line and its end. After a failure nothing more is written.
   void write(const std::string& line);
@@ -30,7 +29,7 @@ private:
   void fail(int reason);
 
   const std::filesystem::path path;
-  int descriptor;
+  const Descriptor file;
   std::string failure;
 };
 

@@ -14,6 +14,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "ScratchFolder.h"
 #include "StartError.h"
 #include "record/CommandText.h"
 #include "run/Commands.h"
@@ -26,28 +27,6 @@ namespace
 {
 
 constexpr int notStarted = 97;
-
-/// A folder that goes when nobody needs it.
-class ScratchFolder
-{
-public:
-  ScratchFolder()
-  {
-    std::string pattern = (std::filesystem::temp_directory_path() / "sdm-replay-XXXXXX").string();
-    if (::mkdtemp(pattern.data()) == nullptr)
-      throw StartError("no folder can be made for the replay, " + pattern + ": " + std::strerror(errno));
-    path = pattern;
-  }
-  ~ScratchFolder()
-  {
-    std::error_code kept;
-    std::filesystem::remove_all(path, kept);
-  }
-  ScratchFolder(const ScratchFolder&) = delete;
-  ScratchFolder& operator=(const ScratchFolder&) = delete;
-
-  std::filesystem::path path;
-};
 
 std::string contentOf(const std::filesystem::path& path)
 {
@@ -201,22 +180,22 @@ private:
 
 Performance perform(const record::Transcript& transcript, const StandIns& standIns, const ReplaySettings& settings)
 {
-  const ScratchFolder scratch;
+  const ScratchFolder scratch("replay");
   RunSettings run;
   if (settings.service)
     run.service = std::filesystem::absolute(*settings.service);
   if (settings.map)
     run.map = std::filesystem::absolute(*settings.map);
-  Stage stage(transcript, standIns, run, scratch.path);
+  Stage stage(transcript, standIns, run, scratch.path());
   const auto trouble = Child(stage).trouble(settings.patience);
   if (!trouble)
-    throw StartError(contentOf(scratch.path / reasonName));
+    throw StartError(contentOf(scratch.path() / reasonName));
   Performance done;
   done.trouble = *trouble;
-  done.map = contentOf(scratch.path / mapName);
-  if (std::filesystem::exists(scratch.path / transcriptName) &&
-      !std::filesystem::is_empty(scratch.path / transcriptName))
-    done.transcript = record::readTranscript(scratch.path / transcriptName, false);
+  done.map = contentOf(scratch.path() / mapName);
+  if (std::filesystem::exists(scratch.path() / transcriptName) &&
+      !std::filesystem::is_empty(scratch.path() / transcriptName))
+    done.transcript = record::readTranscript(scratch.path() / transcriptName, false);
   if (done.trouble.empty() && !done.transcript.complete)
     done.trouble = "the service ended the process";
   return done;

@@ -63,17 +63,6 @@ private:
 };
 
 template <typename Callback>
-std::shared_ptr<Callback> shared(std::map<Callback*, std::weak_ptr<Callback>>& owned, Callback* callback)
-{
-  std::weak_ptr<Callback>& known = owned[callback];
-  std::shared_ptr<Callback> owner = known.lock();
-  if (!owner)
-    owner.reset(callback);
-  known = owner;
-  return owner;
-}
-
-template <typename Callback>
 Callback* find(const std::map<std::string, Callback*>& callbacks, const std::string& name)
 {
   const auto found = callbacks.find(name);
@@ -197,7 +186,7 @@ void WatchedManager::addGetter(const Getter& getter)
       getters.emplace(getter.name, getter.getter);
     return;
   }
-  auto watched = std::make_unique<WatchedGetter>(getter.name, shared(ownedGetters, getter.getter), *watch.listener());
+  auto watched = std::make_unique<WatchedGetter>(getter.name, sharedGetters.of(getter.getter), *watch.listener());
   getters[getter.name] = watched.get();
   manager->addGetter({getter.name, watched.release()});
 }
@@ -210,7 +199,7 @@ void WatchedManager::addSetter(const Setter& setter)
     manager->addSetter(setter);
     return;
   }
-  auto watched = std::make_unique<WatchedSetter>(setter.name, shared(ownedSetters, setter.setter), watch);
+  auto watched = std::make_unique<WatchedSetter>(setter.name, sharedSetters.of(setter.setter), watch);
   setters[setter.name] = watched.get();
   manager->addSetter({setter.name, watched.release()});
 }
@@ -258,12 +247,14 @@ void WatchedManager::deleteGetters()
 {
   getters.clear();
   manager->deleteGetters();
+  sharedGetters.forget();
 }
 
 void WatchedManager::deleteSetters()
 {
   setters.clear();
   manager->deleteSetters();
+  sharedSetters.forget();
 }
 
 void WatchedManager::reloadUserData()

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "CallWatch.h"
+#include "SharedCallbacks.h"
 
 namespace cli
 {
@@ -58,9 +59,8 @@ private:
   CallWatch& watch;
   std::map<std::string, ManagedItemSetter*> setters;
   std::map<std::string, ManagedItemGetter*> getters;
-  /// One object may be registered under several names, and is deleted with the last of them.
-  std::map<ManagedItemSetter*, std::weak_ptr<ManagedItemSetter>> ownedSetters;
-  std::map<ManagedItemGetter*, std::weak_ptr<ManagedItemGetter>> ownedGetters;
+  watch::SharedCallbacks<ManagedItemSetter> sharedSetters;
+  watch::SharedCallbacks<ManagedItemGetter> sharedGetters;
   std::unique_ptr<ServiceDataManagerIfc> manager;
 };
 
