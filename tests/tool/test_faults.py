@@ -1,4 +1,7 @@
 """Failures on demand: what the service answers, that nothing is half done, and that all is well afterwards."""
+import json
+import os
+import shutil
 import unittest
 
 from program import ProgramTest
@@ -153,6 +156,59 @@ class Faults(ProgramTest):
         self.assertEqual((run.code, run.lines()[-1]), (1, "no fault is set"))
         for (words, answer), line in zip(told, run.lines()[-1 - len(told):]):
             self.assertTrue(line.startswith(answer), (words, line))
+
+
+class FaultsInTranscripts(ProgramTest):
+    FAULTS = ("das absent", "das slow 1", "das empty", "das malformed 2", "das refused", "das wrong-kind",
+              "encryption fails", "store absent", "store refuses", "disk full")
+    COMMANDS = ("set display.banner Lost time.zone Europe/Rome", "set sip.userName bob sip.password hunter2hunter2",
+                "reset", "restart", "reload", "get display.banner sip.password", "fault")
+
+    def setUp(self):
+        super().setUp()
+        self.tests = os.path.join(self.folder, "tests")
+        os.mkdir(self.tests)
+
+    def record(self, name, *commands):
+        self.file = os.path.join(self.tests, name + ".jsonl")
+        shutil.rmtree(self.device, ignore_errors=True)
+        self.run_script(*commands, options=("--log-level", "3", "--record", self.file))
+        with open(self.file) as file:
+            return [json.loads(line) for line in file]
+
+    def replies(self, events):
+        return [event["reply"] for event in events if "reply" in event]
+
+    def test_each_is_met_again(self):
+        for number, fault in enumerate(self.FAULTS):
+            self.record("%d" % number, "fault " + fault, *self.COMMANDS)
+        self.record("none", *self.COMMANDS)
+        run = self.sdm("test", self.tests)
+        self.assertEqual((run.code, run.out.count("\nok ")), (0, len(self.FAULTS) + 1), run.out)
+
+    def test_what_it_did_is_in_the_transcript(self):
+        events = self.record("malformed", "fault das malformed 1", "set time.zone Europe/Rome", "set time.zone UTC")
+        answered = self.replies(events)[-2:]
+        self.assertEqual([reply.endswith("</Schema>") for reply in answered], [False, True], answered)
+        met = [event["text"] for event in events if event.get("text", "").startswith("fault on demand: ")]
+        self.assertEqual(len(met), 1, met)
+
+    def test_another_one_is_a_difference(self):
+        for other in ("fault das empty 2", "fault das malformed 1", "fault"):
+            self.record("fault", "fault das malformed 2", "set time.zone Europe/Rome", "set time.zone UTC")
+            with open(self.file) as file:
+                text = file.read()
+            with open(self.file, "w") as file:
+                file.write(text.replace('"fault das malformed 2"', '"%s"' % other))
+            run = self.sdm("replay", self.file)
+            self.assertEqual(run.code, 1, other)
+            self.assertIn('- expected  {"reply":"<', run.out, other)
+
+    def test_a_recording_ends_with_its_faults(self):
+        self.record("a-full", "fault disk full")
+        self.record("b-after", "set time.zone Europe/Rome")
+        run = self.sdm("test", self.tests)
+        self.assertEqual((run.code, run.out.count("\nok ")), (0, 2), run.out)
 
 
 if __name__ == "__main__":
