@@ -172,7 +172,7 @@ class FaultsInTranscripts(ProgramTest):
     def record(self, name, *commands):
         self.file = os.path.join(self.tests, name + ".jsonl")
         shutil.rmtree(self.device, ignore_errors=True)
-        self.run_script(*commands, options=("--log-level", "3", "--record", self.file))
+        self.recorded_run = self.run_script(*commands, options=("--log-level", "3", "--record", self.file))
         with open(self.file) as file:
             return [json.loads(line) for line in file]
 
@@ -192,6 +192,17 @@ class FaultsInTranscripts(ProgramTest):
         self.assertEqual([reply.endswith("</Schema>") for reply in answered], [False, True], answered)
         met = [event["text"] for event in events if event.get("text", "").startswith("fault on demand: ")]
         self.assertEqual(len(met), 1, met)
+
+    def test_recording_meets_none_of_the_calls(self):
+        commands = ("set sip.userName bob sip.password hunter2hunter2", "set line.pin-1 47110815", "fault encryption fails 1",
+                    "traffic", "set line.pin-1 47110816", "import line.pin-1", "fault")
+        self.record("counted", *commands)
+        recorded = self.recorded_run.lines()
+        shutil.rmtree(self.device)
+        alone = self.run_script(*commands, options=("--log-level", "3")).lines()
+        self.assertEqual([line for line in recorded if "line.pin" in line or "fault" in line],
+                         [line for line in alone if "line.pin" in line or "fault" in line])
+        self.assertEqual(alone[-1], "no fault is set")
 
     def test_another_one_is_a_difference(self):
         for other in ("fault das empty 2", "fault das malformed 1", "fault"):
