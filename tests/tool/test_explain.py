@@ -2,6 +2,7 @@
 import json
 import os
 import re
+import shutil
 import unittest
 
 from program import ProgramTest
@@ -128,6 +129,18 @@ class Explain(ProgramTest):
         alone = self.sdm("explain", "time.zone", "--device", self.device)
         self.assertEqual((alone.code, alone.err, alone.lines()), (0, "", run.lines()[-len(alone.lines()):]))
         self.assertEqual(self.files(), before)
+
+    def test_a_recorded_run_has_the_same_history(self):
+        commands = ("set time.zone Europe/Rome", "set time.zone Mars", "set ip.address 10.1.1.5",
+                    "changed phone.room 4", "reset")
+        told = []
+        for options in ((), ("--record", os.path.join(self.folder, "transcript.jsonl"))):
+            told.append([])
+            for root_id in ("time.zone", "ip.address", "phone.room"):
+                told[-1].append(self.explain(root_id, *commands, options=options)[1])
+                shutil.rmtree(self.device)
+        self.assertEqual(*told)
+        self.assertEqual(told[0][2], [["changed", "4", "taken"]])
 
     def test_json(self):
         self.run_script("set time.zone Mars", "set time.zone Europe/Rome", "set sip.userName b sip.password hunter2")
