@@ -86,8 +86,12 @@ if(SDM_OVER_HOST)
   install(FILES
     "${PROJECT_SOURCE_DIR}/docs/man/sdm.1"
     "${PROJECT_SOURCE_DIR}/docs/man/sdm-check.1"
+    "${PROJECT_SOURCE_DIR}/docs/man/sdm-explain.1"
+    "${PROJECT_SOURCE_DIR}/docs/man/sdm-groups.1"
     "${PROJECT_SOURCE_DIR}/docs/man/sdm-new.1"
+    "${PROJECT_SOURCE_DIR}/docs/man/sdm-replay.1"
     "${PROJECT_SOURCE_DIR}/docs/man/sdm-run.1"
+    "${PROJECT_SOURCE_DIR}/docs/man/sdm-test.1"
     DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT host)
   install(FILES "${PROJECT_SOURCE_DIR}/tools/sdm/completion/sdm"
     DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" COMPONENT host)
@@ -98,4 +102,5 @@ install(FILES "${PROJECT_SOURCE_DIR}/README.md" "${PROJECT_SOURCE_DIR}/CHANGELOG
   DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT doc)
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs" "${PROJECT_SOURCE_DIR}/examples"
   DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT doc
-  PATTERN man EXCLUDE)
+  PATTERN man EXCLUDE
+  PATTERN api EXCLUDE)

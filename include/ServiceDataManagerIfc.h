@@ -70,8 +70,12 @@ public:
   ManagedItemSetter* setter = nullptr;
   /// Likewise.
   ManagedItemGetter* getter = nullptr;
+  /// What the setter gets at each start, and user data at a reset; the alternative default where that applies. The
+  /// empty text is a default as well.
   std::string defaultValue;
+  /// The name of the item's validation group; empty for none.
   std::string isGroupItem;
+  /// "true" when the database holds the value encrypted; whatever else for plain text.
   std::string dasEncrypted;
 };
 
@@ -83,14 +87,18 @@ public:
   /// on registration.
   struct Getter
   {
+    /// Borrowed for the call. Null is refused, the empty text is a name.
     const char* name;
+    /// The manager's own once it was taken; null for a name without a callback.
     ManagedItemGetter* getter;
   };
 
   /// A setter and the name by which item maps refer to it.
   struct Setter
   {
+    /// Borrowed for the call. Null is refused, the empty text is a name.
     const char* name;
+    /// The manager's own once it was taken; null for a name without a callback.
     ManagedItemSetter* setter;
   };
 

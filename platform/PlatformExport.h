@@ -3,4 +3,5 @@
 // platform, however each of them was built.
 #pragma once
 
+/// Marks a class, function or text that the platform defines, or whose type information is shared.
 #define SDM_PLATFORM_EXPORT __attribute__((visibility("default")))

@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "FaultLayer.h"
 #include "Files.h"
 #include "Trouble.h"
 
@@ -181,7 +182,7 @@ void forgetKey()
 bool DasCrypt::toEncryptedText(const std::string& in, std::string& out)
 {
   const std::optional<host::Key> key = host::currentKey();
-  if (!key)
+  if (!key || host::encryptionFailsOnDemand())
   {
     out.clear();
     return false;
@@ -200,6 +201,8 @@ bool DasCrypt::toEncryptedText(const std::string& in, std::string& out)
 
 bool DasCrypt::fromEncryptedText(const std::string& in, std::string& out)
 {
+  if (host::encryptionFailsOnDemand())
+    return false;
   const std::optional<host::Key> key = host::currentKey();
   const std::optional<std::vector<unsigned char>> sealed = host::fromBase64(in);
   if (!key || !sealed || sealed->size() < host::nonceSize + host::sealSize)

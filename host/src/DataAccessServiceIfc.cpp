@@ -7,6 +7,7 @@
 #include "DasReply.h"
 #include "DasRequest.h"
 #include "Database.h"
+#include "FaultLayer.h"
 #include "Refusal.h"
 #include "Trouble.h"
 #include <logAppUni.h>
@@ -114,6 +115,8 @@ std::vector<SchemaDefinition> DataAccessService::schemas()
 
 std::string DataAccessService::sendRequest(const char* request, std::size_t length)
 {
+  if (std::optional<std::string> demanded = replyOnDemand(request, length))
+    return *std::move(demanded);
   DasRequest asked;
   try
   {

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <sstream>
 
+#include "FaultLayer.h"
 #include "Files.h"
 #include "ScratchFolder.h"
 #include "Trouble.h"
@@ -267,6 +268,8 @@ void Database::layOut(int applicationId, const std::vector<std::string>& layout)
 
 void Database::execute(const std::string& sql, const Values& values)
 {
+  if (content->storage == Storage::file && sql != "ROLLBACK")
+    requireRoom(content->file);
   run(sql, 0, values);
 }
 

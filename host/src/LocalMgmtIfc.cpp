@@ -7,6 +7,7 @@
 
 #include "Database.h"
 #include "Deliveries.h"
+#include "FaultLayer.h"
 
 namespace host
 {
@@ -119,11 +120,13 @@ LocalMgmtStore::~LocalMgmtStore() = default;
 bool LocalMgmtStore::registerService(const std::string&, MgmtAgentIfc*, int version)
 {
   // Nothing is asked of a registered service: agents hear of what they subscribed to.
-  return version == 1;
+  return version == 1 && !storeRefusesOnDemand("registration");
 }
 
 bool LocalMgmtStore::lookupData(ManageableData& data)
 {
+  if (storeRefusesOnDemand("lookup"))
+    return false;
   try
   {
     const std::lock_guard<std::mutex> lock(content->mutex);
@@ -142,12 +145,16 @@ bool LocalMgmtStore::lookupData(ManageableData& data)
 
 bool LocalMgmtStore::subscribe(std::list<std::string>& rootIds, MgmtAgentIfc* agent)
 {
+  if (storeRefusesOnDemand("subscription"))
+    return false;
   content->deliveries.subscribe(rootIds, agent);
   return true;
 }
 
 bool LocalMgmtStore::publishData(ManageableData& data)
 {
+  if (storeRefusesOnDemand("publication"))
+    return false;
   try
   {
     const std::lock_guard<std::mutex> lock(content->mutex);
@@ -167,6 +174,8 @@ bool LocalMgmtStore::checkData(ManageableData& data, void*)
 {
   const std::vector<std::string> rootIds = rootIdsOf(data);
   std::string objection;
+  if (!rootIds.empty() && storeRefusesOnDemand("check for locks"))
+    objection = rootIds.front();
   try
   {
     const std::lock_guard<std::mutex> lock(content->mutex);

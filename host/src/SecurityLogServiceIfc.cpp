@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <string_view>
 
+#include "FaultLayer.h"
 #include "Files.h"
 #include "PlainLine.h"
 #include "host/Error.h"
@@ -120,6 +121,7 @@ void SecurityLogService::logSecurityEvent(time_t when, int facility, int severit
   const std::lock_guard<std::mutex> lock(mutex);
   if (!unwritable.empty())
     throw Error(unwritable);
+  requireRoom(file);
   if (endsInsideLine())
     line.insert(0, endOfTornLine);
   writeAll(descriptor, line, file);

@@ -1,5 +1,7 @@
 #include "host/SvcRTEContext.h"
 
+#include "FaultLayer.h"
+
 namespace host
 {
 void RuntimeContext::offer(const std::string& interfaceName, Executable* service)
@@ -18,6 +20,8 @@ void RuntimeContext::withdraw(const std::string& interfaceName)
 
 Executable* RuntimeContext::findService(const std::string& interfaceName)
 {
+  if (isAbsentOnDemand(interfaceName))
+    return nullptr;
   const std::lock_guard<std::mutex> lock(mutex);
   const auto found = services.find(interfaceName);
   return found == services.end() ? nullptr : found->second;

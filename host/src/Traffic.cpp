@@ -54,10 +54,16 @@ std::string TrafficRecorder::sendRequest(const char* request, std::size_t length
 void TrafficRecorder::remember(Exchange exchange)
 {
   const std::lock_guard<std::mutex> lock(mutex);
-  exchange.number = ++count;
+  exchange.number = ++ended;
   kept.push_back(std::move(exchange));
   if (kept.size() > keep)
     kept.pop_front();
+}
+
+std::uint64_t TrafficRecorder::count() const
+{
+  const std::lock_guard<std::mutex> lock(mutex);
+  return ended;
 }
 
 std::vector<Exchange> TrafficRecorder::exchanges() const

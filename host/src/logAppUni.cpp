@@ -10,11 +10,13 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <shared_mutex>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "PlainLine.h"
@@ -72,6 +74,10 @@ struct Log
   std::atomic<bool> modulesDiffer{false};
   std::shared_mutex modulesMutex;
   std::map<std::string, int, std::less<>> modules;
+
+  std::atomic<bool> heard{false};
+  std::mutex listenerMutex;
+  std::function<void(const LogLine&)> listener;
 };
 
 /// Never destroyed: what lives until the end of the process, such as a static device, still logs while it goes away.
@@ -113,6 +119,16 @@ std::string_view withoutLineEnd(std::string_view text)
   if (!text.empty() && text.back() == '\n')
     text.remove_suffix(1);
   return text;
+}
+
+void tellListener(const char* module, int level, std::string_view text)
+{
+  Log& log = theLog();
+  if (!log.heard)
+    return;
+  const std::lock_guard<std::mutex> lock(log.listenerMutex);
+  if (log.listener)
+    log.listener({module, level, std::string(text)});
 }
 } // namespace
 
@@ -158,6 +174,14 @@ int logLevel()
 {
   return theLog().level;
 }
+
+void listenToLog(std::function<void(const LogLine&)> listener)
+{
+  Log& log = theLog();
+  const std::lock_guard<std::mutex> lock(log.listenerMutex);
+  log.heard = static_cast<bool>(listener);
+  log.listener = std::move(listener);
+}
 } // namespace host
 
 void logAppUni(const char* module, const char* sourceFile, int level, int line, const char* format, ...)
@@ -166,6 +190,7 @@ void logAppUni(const char* module, const char* sourceFile, int level, int line, 
   va_start(arguments, format);
   const std::string text = host::formatted(format, arguments);
   va_end(arguments);
+  host::tellListener(module, level, host::withoutLineEnd(text));
   const std::string place = std::to_string(level) + " " + module + " " + sourceFile + ":" + std::to_string(line) + " ";
   host::currentLogger()->log(host::libraryLevel(level),
                              spdlog::string_view_t(place + host::oneLine(host::withoutLineEnd(text), false)));

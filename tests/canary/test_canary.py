@@ -1,11 +1,13 @@
 """Marked secrets are set in every way there is; then all that was shown, logged or stored is searched for them."""
 import base64
 import csv
+import json
 import os
 import pty
 import re
 import resource
 import select
+import shutil
 import signal
 import sqlite3
 import subprocess
@@ -80,7 +82,7 @@ class Canary(ProgramTest):
                                                   if m.root_id != "sip.password")]
         commands += ["changed %s %s" % (m.root_id, m.value) for m in self.local]
         for mark in self.stored + self.local:
-            for verb in ("get", "show", "import", "list"):
+            for verb in ("get", "show", "import", "list", "explain"):
                 commands.append("%s %s" % (verb, mark.root_id))
             commands += ["set %s %s" % (mark.root_id, mark.value * 20), "set %s %s and more" % (mark.root_id, mark.value),
                          "get %s %s" % (mark.root_id, mark.value), "changed %s %s" % (mark.root_id, mark.value),
@@ -171,6 +173,35 @@ class Canary(ProgramTest):
         cleaned, _ = self.without_exceptions(self.seen.decode())
         self.assert_nowhere(self.stored + self.local, cleaned, "what was told of failures")
         self.assert_files_clean()
+
+    def record(self, commands, level):
+        """What a transcript of these commands holds."""
+        path = os.path.join(self.folder, "transcript.jsonl")
+        shutil.rmtree(self.device, ignore_errors=True)
+        self.run_script(*commands, options=("--map", self.map, "--log-level", str(level), "--record", path))
+        with open(path, "rb") as file:
+            return file.read()
+
+    def assert_recorded(self, transcript, kinds):
+        """It is whole, and has something of everything in which a secret could be."""
+        events = [json.loads(line) for line in transcript.splitlines()]
+        self.assertEqual(next(iter(events[-1].items())), ("result", "run"))
+        self.assertLessEqual(kinds, {next(iter(event)) for event in events})
+        self.assertGreater(transcript.count(b"secret#"), 300)
+
+    def test_a_transcript_holds_no_secret_at_any_level(self):
+        for level in (0, 2, 4, 6):
+            transcript = self.record(self.commands(), level)
+            self.assert_recorded(transcript, {"command", "op", "result", "request", "reply", "setter", "validator",
+                                              "store", "securitylog"} | ({"log"} if level > 0 else set()))
+            self.assert_nowhere(self.stored + self.local, transcript, "the transcript at level %d" % level)
+            self.assert_files_clean()
+
+    def test_a_transcript_of_failures_holds_no_secret(self):
+        for fault in ("das malformed", "das refused", "das absent", "encryption fails", "store refuses", "disk full"):
+            transcript = self.record(["fault " + fault, *self.commands()], 6)
+            self.assert_recorded(transcript, {"command", "setter", "log"})
+            self.assert_nowhere(self.stored + self.local, transcript, "the transcript with " + fault)
 
     def test_an_abort_leaves_no_secret_in_the_files(self):
         resource.setrlimit(resource.RLIMIT_CORE, (0, resource.getrlimit(resource.RLIMIT_CORE)[1]))

@@ -245,6 +245,18 @@ TEST_F(Log, ThreadsDoNotMixTheirLines)
     EXPECT_EQ(textOf(line), std::string(2000, 'x'));
 }
 
+TEST_F(Log, ListenerHearsLinesWithoutTheirTimeUntilItIsTakenAway)
+{
+  std::vector<std::string> heard;
+  host::listenToLog([&](const host::LogLine& line)
+                    { heard.push_back(line.module + " " + std::to_string(line.level) + " " + line.text); });
+  logAppUni("Bell", "Bell.cpp", 5, 12, "%s\n", "two\nlines");
+  host::listenToLog({});
+  logText("nobody hears it");
+  EXPECT_EQ(heard, std::vector<std::string>{"Bell 5 two\nlines"});
+  EXPECT_EQ(linesOf(file).size(), 2U);
+}
+
 /// In a process that has not used the log yet, so that what was asked for at the exit comes behind the log's own end.
 TEST(LogAtExit, TakesLinesFromWhatGoesAwayAfterEverythingElse)
 {

@@ -96,10 +96,28 @@ class Pages(unittest.TestCase):
         self.assertEqual(set(re.findall(r"\[`([\w-]+)`\]\(#\1\)", text)), {row[0] for row in rows})
 
     def test_page_of_new(self):
-        page, told = page_lists("sdm-new.1"), help_lists("new")
+        self.assert_page_of("new")
+
+    def test_page_of_explain(self):
+        self.assert_page_of("explain")
+
+    def test_page_of_groups(self):
+        self.assert_page_of("groups")
+
+    def assert_page_of(self, name):
+        page, told = page_lists("sdm-%s.1" % name), help_lists(name)
         self.assertEqual([re.sub(r" .*", "", term) if "," not in term else term for term, _ in page["Options"]],
                          [re.sub(r"[ :=].*", "", term).replace(",", ", ") for term, _ in told["Options"]])
         self.assert_same(page["Exit status"], told["Exit codes"])
+
+    def test_pages_of_replay_and_test(self):
+        for name in ("replay", "test"):
+            page, told = page_lists("sdm-%s.1" % name), help_lists(name)
+            self.assertEqual([re.sub(r" .*", "", term) if "," not in term else term for term, _ in page["Options"]],
+                             [re.sub(r"[ :=].*", "", term).replace(",", ", ") for term, _ in told["Options"]])
+            for (term, written), (_, said) in zip(page["Options"], told["Options"]):
+                self.assertEqual(words(written)[:len(words(said))], words(said), term)
+            self.assert_same(page["Exit status"], told["Exit codes"])
 
 
 if __name__ == "__main__":

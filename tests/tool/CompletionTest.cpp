@@ -76,6 +76,15 @@ TEST_F(CompletionTest, OffersCommandsToHelpAndLevelsToLog)
   EXPECT_EQ(offered("log ").size(), 7U);
 }
 
+TEST_F(CompletionTest, OffersFaultsOfThePlaceThatStandsThere)
+{
+  EXPECT_EQ(offered("fault "), (List{"das", "encryption", "store", "disk", "off"}));
+  EXPECT_EQ(offered("fault das m"), (List{"malformed"}));
+  EXPECT_EQ(offered("fault store "), (List{"absent", "refuses"}));
+  EXPECT_TRUE(offered("fault store refuses ").empty());
+  EXPECT_TRUE(offered("fault off ").empty());
+}
+
 TEST_F(CompletionTest, OffersNothingAfterAnUnknownCommand)
 {
   EXPECT_TRUE(offered("nonsense ip").empty());

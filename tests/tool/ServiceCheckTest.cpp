@@ -9,6 +9,7 @@
 #include <string>
 
 #include "StartError.h"
+#include "check/Finding.h"
 
 using namespace cli;
 using testing::HasSubstr;
@@ -30,13 +31,14 @@ protected:
   }
 
   /// The findings as "root id rule", and their texts one a line.
-  std::vector<std::string> check(const std::string& service, const std::string& lines, int patience = 30)
+  std::vector<std::string> findings(const std::string& service, const std::string& lines, int patience = 30)
   {
     const std::filesystem::path map = folder / "map.csv";
     std::ofstream(map) << lines;
     std::vector<std::string> found;
     for (const ServiceFinding& each : checkService(SERVICES "/" + service + ".so", map, std::chrono::seconds(patience)))
     {
+      EXPECT_NE(check::findRule(each.rule), nullptr) << each.rule << " is told by nobody";
       found.push_back(each.rootId + " " + each.rule);
       texts += each.text + "\n";
     }
@@ -47,7 +49,7 @@ protected:
   std::vector<std::string> checkItem(const std::string& line, int patience = 30)
   {
     std::vector<std::string> found;
-    for (const std::string& each : check("Picky", line, patience))
+    for (const std::string& each : findings("Picky", line, patience))
     {
       if (each.find(" unused-") == std::string::npos)
         found.push_back(each);
@@ -79,7 +81,7 @@ TEST_F(ServiceCheckTest, NamesCallbacksThatTheServiceLacks)
 
 TEST_F(ServiceCheckTest, NamesCallbacksThatNoItemNames)
 {
-  EXPECT_THAT(check("Picky", "bell.digit,Bell,Digit,,,5,setDigit,getDigit,,,,\n"),
+  EXPECT_THAT(findings("Picky", "bell.digit,Bell,Digit,,,5,setDigit,getDigit,,,,\n"),
               testing::IsSupersetOf({" unused-setter", " unused-getter"}));
   EXPECT_THAT(texts, HasSubstr("no item names the setter setThrowing\n"));
   EXPECT_THAT(texts, testing::Not(HasSubstr("setDigit\n")));
@@ -144,7 +146,7 @@ TEST_F(ServiceCheckTest, TellsWhatTheValidatorListsWrongly)
 
 TEST_F(ServiceCheckTest, MissesTheValidatorOfAMapWithGroups)
 {
-  EXPECT_EQ(check("ThrowingSetter", "bell.volume,Bell,Volume,,,1,,,,Pair,,\n"),
+  EXPECT_EQ(findings("ThrowingSetter", "bell.volume,Bell,Volume,,,1,,,,Pair,,\n"),
             (Found{" unused-setter", "bell.volume no-validator"}));
 }
 
@@ -171,8 +173,8 @@ TEST_F(ServiceCheckTest, WaitsForNoServiceThatHangs)
 
 TEST_F(ServiceCheckTest, NeedsAServiceAndAMap)
 {
-  EXPECT_THROW(check("NoSuchService", "bell.a,Bell,A,,,1,,,,,,\n"), StartError);
-  EXPECT_THROW(check("Picky", "nothing\n"), StartError);
+  EXPECT_THROW(findings("NoSuchService", "bell.a,Bell,A,,,1,,,,,,\n"), StartError);
+  EXPECT_THROW(findings("Picky", "nothing\n"), StartError);
 }
 
 TEST_F(ServiceCheckTest, LeavesNoFolderBehind)

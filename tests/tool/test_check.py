@@ -99,6 +99,100 @@ class Telling(CheckTest):
         self.assertTrue(all(len(line) < 160 for line in shown.splitlines()), shown)
 
 
+class WithAService(CheckTest):
+    SERVICE = os.path.join(os.environ["SERVICES"], "Picky.so")
+    # What it registers besides is no matter here.
+    QUIET = ("--ignore", "unused-setter", "--ignore", "unused-getter")
+
+    def check(self, *arguments, service=SERVICE, **named):
+        return self.sdm("check", "--service", service, *self.QUIET, *arguments, **named)
+
+    def test_findings_stand_at_their_columns(self):
+        self.map("bell.digit,Bell,Digit,,,loud,setDigit,getDigit,,,77,\n"
+                 "bell.tune,Bell,Tune,,,a,setTune,getUpper,,,,\n"
+                 "bell.first,Bell,First,,,1,setFirst,,,Pair,,\n"
+                 "bell.second,Bell,Second,,,2,setSecond,,,Pair,,\n")
+        run = self.check("map.csv")
+        self.assertEqual((run.code, run.err), (1, ""))
+        self.assertEqual(run.lines(), [
+            "map.csv:1:25: error: its setter setDigit refuses the default loud: must be one digit [default-refused]",
+            "map.csv:1:50: error: its setter setDigit refuses the alternative default 77: must be one digit "
+            "[alternative-refused]",
+            "map.csv:2:25: error: the service registers no setter setTune [unresolved-setter]",
+            "map.csv:3:38: error: the validator refuses the defaults of its group Pair: they differ "
+            "[group-default-refused]"])
+
+    def test_they_stand_among_those_of_the_map_in_its_order(self):
+        self.map("bell.digit,Bell,Digit,,,loud,setDigit,getDigit,,Single,,\n" + "short\n"
+                 + "bell.upper,Bell,Upper,,,ding,setUpper,getUpper,,,,\n")
+        rules = [line[line.rindex("[") + 1:-1] for line in self.check("map.csv").lines()]
+        self.assertEqual(rules, ["default-refused", "group-of-one", "line-passed-over", "default-differs"])
+
+    def test_what_is_about_the_service_stands_at_the_beginning(self):
+        self.map("bell.digit,Bell,Digit,,,5,setDigit,getDigit,,,,\n")
+        run = self.sdm("check", "--service", self.SERVICE, "map.csv")
+        self.assertEqual(run.code, 0)
+        self.assertIn("map.csv:1:1: warning: no item names the setter setUpper [unused-setter]", run.lines())
+        self.assertEqual(self.sdm("check", "--strict", "--service", self.SERVICE, "map.csv").code, 1)
+
+    def test_a_sound_service_gets_no_word(self):
+        self.map("bell.digit,Bell,Digit,,,5,setDigit,getDigit,,,7,\n")
+        run = self.check("map.csv")
+        self.assertEqual((run.code, run.out, run.err), (0, "", ""))
+
+    def test_the_sample_has_nothing_but_notes(self):
+        run = self.sdm("check", "--strict", "--service", os.environ["SAMPLE"], os.environ["SAMPLE_MAP"])
+        self.assertEqual((run.code, run.err), (0, ""))
+
+    def test_of_two_items_with_one_root_id_the_last_is_tried(self):
+        self.map("bell.digit,Bell,Other,,,5,setDigit,getDigit,,,,\nbell.digit,Bell,Digit,,,x,setDigit,getDigit,,,,\n")
+        self.assertIn("map.csv:2:25: error: its setter setDigit refuses the default x", self.check("map.csv").out)
+
+    def test_a_map_from_a_pipe_is_tried_as_well(self):
+        run = self.check("-", script="bell.digit,Bell,Digit,,,loud,setDigit,getDigit,,,,\n")
+        self.assertEqual(run.code, 1)
+        self.assertIn(":1:25: error: its setter setDigit refuses", run.out)
+
+    def test_what_fix_left_is_tried(self):
+        self.map("bell.digit,Bell,Digit,,,5,setDigit ,getDigit,,,,\n")
+        self.assertIn("[unresolved-setter]", self.check("map.csv").out)
+        run = self.check("--fix", "map.csv")
+        self.assertEqual((run.code, [line.split(":")[3] for line in run.lines()]), (0, [" mended"]))
+
+    def test_secrets_are_masked(self):
+        self.map("bell.pin,Bell,Upper,,,hunter2,setUpper,getUpper,,,,true\n")
+        run = self.check("map.csv")
+        self.assertIn("[default-differs]", run.out)
+        self.assertNotIn("unter2", run.out.replace("HUNTER2", "hunter2"))
+
+    def test_programs_get_them_too(self):
+        self.map("bell.digit,Bell,Digit,,,loud,setDigit,getDigit,,,,\n")
+        found = json.loads(self.check("--format", "json", "map.csv").out)["maps"][0]["findings"]
+        self.assertEqual([(each["rule"], each["startColumn"], each["endColumn"]) for each in found],
+                         [("default-refused", 25, 29)])
+        told = json.loads(self.check("--format", "sarif", "map.csv").out)["runs"][0]
+        result, = told["results"]
+        self.assertEqual(told["tool"]["driver"]["rules"][result["ruleIndex"]]["id"], "default-refused")
+
+    def test_a_service_that_crashes_is_a_finding(self):
+        self.map("bell.a,Bell,A,,,1,setCrash,,,,crash,\n")
+        run = self.check("map.csv")
+        self.assertEqual((run.code, run.err), (1, ""))
+        self.assertRegex(run.out, r"map.csv:1:1: error: the service .* when its setter setCrash got .* \[crash\]")
+
+    def test_a_service_that_cannot_be_loaded(self):
+        self.map(SOUND)
+        run = self.check("map.csv", service="no-such.so")
+        self.assertEqual((run.code, run.out), (3, ""))
+        self.assertIn("no-such.so", run.err)
+
+    def test_its_rules_are_explained(self):
+        for rule in self.rules()[-19:]:
+            run = self.sdm("check", "--explain", rule["id"])
+            self.assertEqual((run.code, run.lines()[2]), (0, rule["summary"]))
+        self.assertEqual(self.rules()[-1]["id"], "hang")
+
+
 class ExitCodes(CheckTest):
     def test_errors_are_one(self):
         self.map(MIXED)

@@ -1,6 +1,5 @@
 #include "MarkedManager.h"
 
-#include <map>
 #include <mutex>
 #include <set>
 #include <string>
@@ -9,6 +8,7 @@
 
 #include <ValidatorIfc.h>
 
+#include "SharedCallbacks.h"
 #include "host/Marks.h"
 
 namespace watch
@@ -101,27 +101,20 @@ public:
     const std::lock_guard<std::mutex> hold(mutex);
     if (!names.insert(name).second || callback == nullptr)
       return nullptr;
-    std::weak_ptr<Callback>& known = owned[callback];
-    std::shared_ptr<Callback> shared = known.lock();
-    if (shared == nullptr)
-    {
-      shared.reset(callback);
-      known = shared;
-    }
-    return std::make_unique<Marked>(name, std::move(shared));
+    return std::make_unique<Marked>(name, callbacks.of(callback));
   }
 
   void forget()
   {
     const std::lock_guard<std::mutex> hold(mutex);
     names.clear();
-    owned.clear();
+    callbacks.forget();
   }
 
 private:
   std::mutex mutex;
   std::set<std::string> names;
-  std::map<Callback*, std::weak_ptr<Callback>> owned;
+  SharedCallbacks<Callback> callbacks;
 };
 
 class MarkedManager : public ServiceDataManagerIfc

@@ -21,10 +21,15 @@ constexpr std::array<std::chrono::microseconds, 5> callTimeBounds = {
 /// The calls of one name that are over. A call takes as long as everything that it called.
 struct SDM_HOST_EXPORT CallTime
 {
+  /// As its marks were named.
   std::string name;
+  /// How many there were.
   std::uint64_t calls = 0;
+  /// How long all of them took together.
   std::chrono::microseconds total{0};
+  /// How long the longest of them took.
   std::chrono::microseconds longest{0};
+  /// How many belong to each of `callTimeBounds`, and last those that are longer than all bounds.
   std::array<std::uint64_t, callTimeBounds.size() + 1> histogram{};
 };
 

@@ -18,6 +18,7 @@ namespace host
 /// What a schema consists of. Names are compared byte by byte, so names that differ only in case are different.
 struct SDM_HOST_EXPORT SchemaDefinition
 {
+  /// As it stands in item maps and requests. Not empty.
   std::string name;
   /// Names the column that tells rows apart; empty for a schema of one row without index.
   std::string indexColumn;

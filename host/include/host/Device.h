@@ -17,10 +17,12 @@
 
 namespace host
 {
+/// What a device is made of.
 struct SDM_HOST_EXPORT DeviceSettings
 {
   /// Made, parents included, when it is not there.
   std::filesystem::path folder;
+  /// What `PhysicalInterfaceServiceIfc` answers.
   std::uint32_t interfaceCount = 1;
   /// The gate of the log.
   int logLevel = 2;
@@ -51,9 +53,14 @@ public:
   /// Offers the four services under the names of their interfaces; the Data Access Service with `traffic` in front.
   RuntimeContext& context();
 
+  /// The database itself, without `traffic` in front. This and the next three are the device's and live as long as it;
+  /// they may be asked for from any thread.
   DataAccessService& das();
+  /// What the service and the database said to each other, the last 100 exchanges.
   TrafficRecorder& traffic();
+  /// The local management store.
   LocalMgmtStore& store();
+  /// The security log.
   SecurityLogService& securityLog();
 
   /// What is not as it should be, each as a sentence for the operator that names the file, says why and what to do.

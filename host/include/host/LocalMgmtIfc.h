@@ -61,9 +61,10 @@ public:
   /// existing, empty one. Of a repeated key the last value stays.
   void defineDictionary(const std::string& name, const std::vector<std::pair<std::string, std::string>>& entries);
 
-  /// Locks an item for `checkData` until it is unlocked, over restarts. Locking twice is no error, nor is unlocking
-  /// what is not locked.
+  /// Locks an item for `checkData` until it is unlocked, over restarts. Locking twice is no error.
   void lockItem(const std::string& rootId);
+
+  /// Ends that. Unlocking what is not locked is no error.
   void unlockItem(const std::string& rootId);
 
   /// The locked root ids in byte order.

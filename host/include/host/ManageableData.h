@@ -13,8 +13,11 @@ namespace host
 /// One refusal, as it was handed to `ManageableData::addRejectReason`.
 struct SDM_HOST_EXPORT RejectReason
 {
+  /// The item refused; empty for a group.
   std::string rootId;
+  /// The root id once more; "/" for a group.
   std::string name;
+  /// For the requester, in the setter's or the validator's words; may be empty.
   std::string reason;
 };
 

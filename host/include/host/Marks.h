@@ -8,6 +8,7 @@
 
 namespace host
 {
+/// What a mark stands for.
 enum class MarkKind
 {
   operation, ///< of the service that runs on this platform
@@ -19,7 +20,9 @@ enum class MarkKind
 class SDM_HOST_EXPORT Mark
 {
 public:
+  /// Begins. Keeps a copy of the name.
   Mark(MarkKind markKind, const std::string& markName);
+  /// Ends, and counts a callback in `callTimes`.
   ~Mark();
   Mark(const Mark&) = delete;
   Mark& operator=(const Mark&) = delete;

@@ -13,6 +13,7 @@ namespace host
 class SDM_HOST_EXPORT PhysicalInterfaceService : public ::PhysicalInterfaceServiceIfc
 {
 public:
+  /// `count` is not judged: any number is a number of interfaces.
   explicit PhysicalInterfaceService(std::uint32_t count);
   std::uint32_t getInterfaceCount() override;
 

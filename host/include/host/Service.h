@@ -64,6 +64,7 @@ public:
 /// What the entry point answers. `version` stays the first member in all versions.
 struct ServiceEntry
 {
+  /// The `serviceVersion` that the service was built with; others are refused.
   std::uint32_t version;
   /// Makes the service; the caller owns it and deletes it. Null is taken for a failure. It may throw.
   Service* (*make)();

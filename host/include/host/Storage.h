@@ -3,6 +3,7 @@
 
 namespace host
 {
+/// For good, or for now.
 enum class Storage
 {
   /// In its file, for good.

@@ -20,11 +20,13 @@ struct SDM_HOST_EXPORT Exchange
 {
   /// Counts all exchanges since the recorder was made, from 1.
   std::uint64_t number = 0;
+  /// As sent, unmasked; without the terminator.
   std::string request;
   /// Empty when the service threw.
   std::string reply;
   /// What the service threw, as text; empty when it answered.
   std::string failure;
+  /// How long the service worked on it.
   std::chrono::microseconds duration{0};
 };
 
@@ -39,6 +41,9 @@ public:
   /// The real service's answer; what it throws passes on and is remembered as a failure.
   std::string sendRequest(const char* request, std::size_t length) override;
 
+  /// How many exchanges ended since the recorder was made, which is the number of the last one.
+  std::uint64_t count() const;
+
   /// The remembered exchanges in the order in which they ended, the oldest first. Texts are as sent, unmasked.
   std::vector<Exchange> exchanges() const;
 
@@ -48,7 +53,7 @@ private:
   ::DataAccessServiceIfc& real;
   const std::size_t keep;
   mutable std::mutex mutex;
-  std::uint64_t count = 0;
+  std::uint64_t ended = 0;
   std::deque<Exchange> kept;
 };
 } // namespace host

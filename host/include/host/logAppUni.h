@@ -4,6 +4,7 @@
 #include <logAppUni.h>
 
 #include <filesystem>
+#include <functional>
 #include <string>
 
 #include "host/HostExport.h"
@@ -17,6 +18,7 @@ struct SDM_HOST_EXPORT LogSettings
   std::filesystem::path file;
   /// For standard error; 0 keeps it silent.
   int consoleLevel = 2;
+  /// For the file; 6 is all there is.
   int fileLevel = 6;
 };
 
@@ -38,4 +40,17 @@ SDM_HOST_EXPORT void clearLogLevel(const std::string& module);
 
 /// How far the gate is open for modules without a level of their own.
 SDM_HOST_EXPORT int logLevel();
+
+/// A line without its time, as it was handed to `logAppUni`; one line feed at its end is not part of it.
+struct SDM_HOST_EXPORT LogLine
+{
+  std::string module;
+  int level = 0;
+  std::string text;
+};
+
+/// From now on `listener` hears every line that is written, in place of an earlier listener; an empty one ends that.
+/// It is called on the thread that logs, often with the manager's lock held, for one line at a time; it must not log.
+/// On return no call of the earlier listener is under way.
+SDM_HOST_EXPORT void listenToLog(std::function<void(const LogLine&)> listener);
 } // namespace host

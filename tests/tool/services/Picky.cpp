@@ -121,6 +121,12 @@ void Picky::registerCallbacks(ServiceDataManagerIfc& manager)
               error = RejectReasonsStrings::not_changed;
               return false;
             });
+  addSetter(manager, "setEcho",
+            [](const auto& value, auto& error)
+            {
+              error = value + " is none";
+              return value.empty();
+            });
   addSetter(manager, "setUpper",
             [this](const auto& value, auto&)
             {

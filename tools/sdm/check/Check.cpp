@@ -19,12 +19,14 @@ using check::Format;
 
 constexpr const char* footer =
     "A finding is an error when something in the map does not work, a warning when something is probably not\n"
-    "meant, a note when it is good to know. A map of the name - is read from standard input.\n\n"
+    "meant, a note when it is good to know. A map of the name - is read from standard input.\n"
+    "With --service the service is brought up on a scratch device in a process of its own; each setter gets its\n"
+    "defaults, each getter is asked for them, and the validator judges each group.\n\n"
     "Exit codes:\n"
     "  0  no errors; with --strict no warnings either\n"
     "  1  errors, with --strict or warnings, or output was lost\n"
     "  2  wrong usage of the command line\n"
-    "  3  a map cannot be read, or cannot be mended\n";
+    "  3  a map cannot be read or mended, or the service not be loaded\n";
 
 struct Wanted
 {
@@ -78,6 +80,8 @@ Action addCheck(CLI::App& app)
       ->transform(CLI::CheckedTransformer(formats).description(""))
       ->default_str("text");
   app.add_flag("--fix", settings.fix, "Mend the files where it is safe, and tell what is left");
+  app.add_option("--service", settings.service, "Try the maps with this service, the shared object of one")
+      ->type_name("FILE");
   app.add_option("--ignore", settings.ignored, "Do not look at a rule; may be given more than once")
       ->type_name("RULE")
       ->allow_extra_args(false)

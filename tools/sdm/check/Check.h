@@ -1,6 +1,8 @@
 // `sdm check`: tells what is wrong with item maps.
 #pragma once
 
+#include <filesystem>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -27,6 +29,8 @@ struct CheckSettings
   /// Warnings count as errors.
   bool strict = false;
   bool fix = false;
+  /// The shared object of a service that the maps are tried with; nothing given: none.
+  std::optional<std::filesystem::path> service;
   /// Rules that are not looked at.
   std::vector<std::string> ignored;
 };

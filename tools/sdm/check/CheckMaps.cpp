@@ -8,11 +8,13 @@
 #include <utility>
 
 #include "Shown.h"
+#include "StartError.h"
 #include "Style.h"
 #include "check/Linter.h"
 #include "check/MapFile.h"
 #include "check/Result.h"
 #include "check/Rules.h"
+#include "check/ServiceFindings.h"
 
 namespace cli::check
 {
@@ -57,6 +59,15 @@ public:
     std::cerr << "\r\x1b[Kchecking " << shown(name) << ": " << static_cast<int>(done * 100) << " %" << std::flush;
   }
 
+  /// That may take long, and tells nothing on its way.
+  void tries(const std::filesystem::path& service)
+  {
+    if (!visible)
+      return;
+    told = true;
+    std::cerr << "\r\x1b[Ktrying " << shown(service.string()) << " with " << shown(name) << std::flush;
+  }
+
 private:
   std::string name;
   bool visible;
@@ -82,6 +93,13 @@ void mendFile(Result& result, const std::vector<const Rule*>& rules)
   result.map = std::make_unique<MapText>(result.path, std::move(made.content));
 }
 
+void tryService(Result& result, const std::filesystem::path& service, const std::vector<const Rule*>& rules)
+{
+  for (Finding& finding : serviceFindings(*result.map, service, rules))
+    result.findings.push_back(std::move(finding));
+  sortByPlace(result.findings);
+}
+
 Result checkMap(const std::string& path, const CheckSettings& settings, const std::vector<const Rule*>& rules)
 {
   Result result;
@@ -100,6 +118,15 @@ Result checkMap(const std::string& path, const CheckSettings& settings, const st
       result.failure = error.what();
     }
     result.findings = findingsOf(*result.map, rules, [&](double done) { progress(done); });
+    if (settings.service && result.items() > 0)
+    {
+      progress.tries(*settings.service);
+      tryService(result, *settings.service, rules);
+    }
+  }
+  catch (const StartError& error)
+  {
+    result.failure = error.what();
   }
   catch (const FileError& error)
   {

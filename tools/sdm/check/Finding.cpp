@@ -34,7 +34,7 @@ const std::vector<const Rule*>& allRules()
   {
     std::vector<const Rule*> collected;
     for (const auto* subject : {&fileRules(), &lineRules(), &textRules(), &nameRules(), &identityRules(),
-                                &effectRules(), &userDataRules(), &valueRules()})
+                                &effectRules(), &userDataRules(), &valueRules(), &serviceRules()})
     {
       for (const Rule& rule : *subject)
         collected.push_back(&rule);

@@ -73,6 +73,7 @@ struct Rule
   const char* summary;
   /// What the library does with it, what the service notices, what to do about it.
   const char* explanation;
+  /// Null for what only the trial of a service finds.
   void (*look)(const MapText& map, Report& report);
 };
 

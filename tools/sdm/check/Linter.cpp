@@ -75,6 +75,12 @@ bool mendOnce(MendedMap& made, const std::string& path, const std::vector<const 
 
 } // namespace
 
+void sortByPlace(std::vector<Finding>& findings)
+{
+  std::stable_sort(findings.begin(), findings.end(),
+                   [](const Finding& lhs, const Finding& rhs) { return lhs.place.begin < rhs.place.begin; });
+}
+
 std::vector<Finding> findingsOf(const MapText& map, const std::vector<const Rule*>& rules, const Progress& progress)
 {
   std::vector<Finding> findings;
@@ -83,13 +89,12 @@ std::vector<Finding> findingsOf(const MapText& map, const std::vector<const Rule
   for (const Rule* rule : rules)
   {
     Report report(*rule, findings);
-    if (!unreadable || !readsItems(*rule))
+    if (rule->look != nullptr && (!unreadable || !readsItems(*rule)))
       rule->look(map, report);
     if (progress)
       progress(++done / static_cast<double>(rules.size()));
   }
-  std::stable_sort(findings.begin(), findings.end(),
-                   [](const Finding& lhs, const Finding& rhs) { return lhs.place.begin < rhs.place.begin; });
+  sortByPlace(findings);
   return findings;
 }
 

@@ -17,6 +17,9 @@ using Progress = std::function<void(double)>;
 std::vector<Finding> findingsOf(const MapText& map, const std::vector<const Rule*>& rules,
                                 const Progress& progress = nullptr);
 
+/// In the order of the file; those of one place stay as they are.
+void sortByPlace(std::vector<Finding>& findings);
+
 /// Something that was mended.
 struct Mended
 {

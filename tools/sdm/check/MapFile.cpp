@@ -9,6 +9,8 @@
 #include <unistd.h>
 #include <vector>
 
+#include "Descriptor.h"
+
 namespace cli::check
 {
 namespace
@@ -16,24 +18,6 @@ namespace
 
 // Beyond that a file is no map that anybody wrote.
 constexpr std::size_t largestMap = 64UL * 1024 * 1024;
-
-/// A file that is closed, whatever happens.
-class Descriptor
-{
-public:
-  explicit Descriptor(int opened) : number(opened)
-  {
-  }
-  ~Descriptor()
-  {
-    if (number >= 0)
-      ::close(number);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-
-  const int number;
-};
 
 [[noreturn]] void unreadable(const std::string& path, const std::string& why)
 {
@@ -62,18 +46,6 @@ std::string readAll(int descriptor, const std::string& path)
     if (content.size() > largestMap)
       unreadable(path, "it has more than 64 MiB");
   }
-}
-
-bool writeAll(int descriptor, const std::string& content)
-{
-  for (std::size_t done = 0; done < content.size();)
-  {
-    const ssize_t written = ::write(descriptor, content.data() + done, content.size() - done);
-    if (written < 0 && errno != EINTR)
-      return false;
-    done += written < 0 ? 0 : static_cast<std::size_t>(written);
-  }
-  return true;
 }
 
 /// A file beside another one that is gone in the end unless it took the other one's place.

@@ -26,6 +26,8 @@ const std::vector<Rule>& effectRules();
 const std::vector<Rule>& userDataRules();
 /// Defaults and alternative defaults.
 const std::vector<Rule>& valueRules();
+/// What a service makes of its map.
+const std::vector<Rule>& serviceRules();
 
 /// Visits the items that somebody wrote: not those that a cut line left over.
 template <typename Visit>

@@ -146,7 +146,7 @@ ExitCode makeNew(const NewSettings& settings)
   std::cout << "made " << shown(folder.string()) << ": " << files.size() + 1 << " files for " << table.rootIds().size()
             << " items\n"
             << "  cd " << shownValue(folder.string()) << "\n"
-            << "  cmake -S . -B build && cmake --build build && ctest --test-dir build\n"
+            << "  cmake -S . -B build -G Ninja && cmake --build build && ctest --test-dir build\n"
             << "  sdm run --service build/" << settings.name << ".so\n";
   return exitDone;
 }

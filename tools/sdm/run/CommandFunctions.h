@@ -9,6 +9,7 @@ namespace cli
 // Reading.
 Outcome listItems(Session& session, const Arguments& arguments);
 Outcome showItem(Session& session, const Arguments& arguments);
+Outcome explainItem(Session& session, const Arguments& arguments);
 Outcome getItems(Session& session, const Arguments& arguments);
 Outcome importItem(Session& session, const Arguments& arguments);
 
@@ -22,6 +23,7 @@ Outcome reloadUserData(Session& session, const Arguments& arguments);
 Outcome restartService(Session& session, const Arguments& arguments);
 Outcome lockItem(Session& session, const Arguments& arguments);
 Outcome unlockItem(Session& session, const Arguments& arguments);
+Outcome demandFault(Session& session, const Arguments& arguments);
 
 // Looking behind.
 Outcome showTraffic(Session& session, const Arguments& arguments);

@@ -48,7 +48,20 @@ bool askForSecret(LineReader& reader, Session& session, std::string& line)
   return true;
 }
 
-ExitCode takeCommands(Session& session, bool interactive)
+/// As `carryOut`, with the recorder told when there is one.
+Outcome carryOutRecorded(Session& session, const std::string& line, record::Recorder* recorder)
+{
+  const bool says = recorder != nullptr && line.find_first_not_of(" \t") != std::string::npos &&
+                    line[line.find_first_not_of(" \t")] != '#';
+  if (says)
+    recorder->command(line);
+  const Outcome outcome = carryOut(session, line);
+  if (says)
+    recorder->commandEnded(outcome == Outcome::done);
+  return outcome;
+}
+
+ExitCode takeCommands(Session& session, bool interactive, record::Recorder* recorder)
 {
   const auto reader = interactive ? makeTerminalReader("sdm> ", [&](const std::string& line)
                                                        { return completions(line, session.running.items()); })
@@ -60,18 +73,16 @@ ExitCode takeCommands(Session& session, bool interactive)
       reader->keep(line);
     if (interactive && !askForSecret(*reader, session, line))
       continue;
-    if (carryOut(session, line) == Outcome::refused && !interactive)
+    if (carryOutRecorded(session, line, recorder) == Outcome::refused && !interactive)
       code = exitRefused;
     session.out.flush();
   }
   return code;
 }
 
-} // namespace
-
-ExitCode runDevice(const RunSettings& settings)
+ExitCode runRecorded(const RunSettings& settings, record::Recorder* recorder)
 {
-  RunningDevice running(settings);
+  RunningDevice running(settings, recorder);
   Session session(running, std::cout, Style(wantsColours(STDOUT_FILENO)));
   if (const std::string warning = encryptionWarning(running); !warning.empty())
     std::cerr << "sdm: " << warning << "\n";
@@ -81,7 +92,22 @@ ExitCode runDevice(const RunSettings& settings)
   if (interactive)
     std::cout << session.style.faint("`help` shows the commands, Tab completes them, Ctrl-D ends.") << "\n";
   std::cout.flush();
-  return takeCommands(session, interactive);
+  return takeCommands(session, interactive, recorder);
+}
+
+} // namespace
+
+ExitCode runDevice(const RunSettings& settings)
+{
+  if (!settings.record)
+    return runRecorded(settings, nullptr);
+  record::Recorder recorder(std::filesystem::absolute(*settings.record));
+  const ExitCode code = runRecorded(settings, &recorder);
+  const std::string trouble = recorder.trouble();
+  if (trouble.empty())
+    return code;
+  std::cerr << "sdm: " << shown(trouble) << "\n";
+  return exitRefused;
 }
 
 } // namespace cli

@@ -52,6 +52,10 @@ const std::vector<Command>& commands()
   static const std::vector<Command> table = {
       {"list", "[PREFIX]", "Show all items, or those whose root id begins so", Expects::prefix, 0, 1, listItems},
       {"show", "ID", "Show everything about one item", Expects::rootIds, 1, 1, showItem},
+      {"explain", "ID",
+       "Tell where the value of one item came from, and what was refused\n"
+       "  Of this run and earlier ones; the numbers of requests are those of `traffic`.",
+       Expects::rootIds, 1, 1, explainItem},
       {"get", "ID...", "Read values", Expects::rootIds, 1, anyNumber, getItems},
       {"set", "ID VALUE [ID VALUE...]",
        "Set values in one request; a group is taken as a whole or not at all\n"
@@ -68,6 +72,18 @@ const std::vector<Command>& commands()
       {"lock", "[ID]", "Keep user data from being reset while this item would be; without ID show what is locked",
        Expects::rootIds, 0, 1, lockItem},
       {"unlock", "ID", "Take a lock away", Expects::rootIds, 1, 1, unlockItem},
+      {"fault", "[WORD...]",
+       "Make the platform fail as these words say; without them show how it is to fail\n"
+       "  das absent|empty|malformed|refused|wrong-kind [N]\n"
+       "  das slow MS [N]\n"
+       "  encryption fails [N]\n"
+       "  store absent|refuses [N]\n"
+       "  disk full\n"
+       "  off\n"
+       "  With N for so many calls, otherwise until `fault off`. A later fault of das, encryption, store or disk "
+       "takes\n"
+       "  the place of an earlier one.",
+       Expects::faultWords, 0, 4, demandFault},
       {"traffic", "[N]", "Show the last requests to the database with their replies, 3 without N", Expects::number, 0,
        1, showTraffic},
       {"securitylog", "[N]", "Show the last lines of the security log, 10 without N", Expects::number, 0, 1,

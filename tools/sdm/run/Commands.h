@@ -24,6 +24,7 @@ enum class Expects
   prefix, ///< the beginning of a root id
   level,
   number,
+  faultWords,
   command
 };
 

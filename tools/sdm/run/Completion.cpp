@@ -1,6 +1,7 @@
 #include "Completion.h"
 
 #include "Commands.h"
+#include "FaultWords.h"
 #include "Words.h"
 
 namespace cli
@@ -36,9 +37,10 @@ std::vector<std::string> ids(Expects expects, const ItemTable& items)
   return list;
 }
 
-/// Everything that may stand as the argument of this number, counted from 0.
-std::vector<std::string> choices(const Command& command, std::size_t argument, const ItemTable& items)
+/// Everything that may stand behind these arguments.
+std::vector<std::string> choices(const Command& command, const Arguments& before, const ItemTable& items)
 {
+  const std::size_t argument = before.size();
   if (argument >= command.most)
     return {};
   switch (command.expects)
@@ -47,6 +49,8 @@ std::vector<std::string> choices(const Command& command, std::size_t argument, c
     return commandNames();
   case Expects::level:
     return {"0", "1", "2", "3", "4", "5", "6"};
+  case Expects::faultWords:
+    return faultWordsAfter(before);
   case Expects::idsAndValues:
     return argument % 2 == 0 ? ids(command.expects, items) : std::vector<std::string>();
   case Expects::localIdAndValue:
@@ -70,7 +74,7 @@ std::vector<std::string> completions(const std::string& line, const ItemTable& i
   if (words.empty())
     known = commandNames();
   else if (const Command* command = findCommand(words.front()))
-    known = choices(*command, words.size() - 1, items);
+    known = choices(*command, {words.begin() + 1, words.end()}, items);
 
   std::vector<std::string> matching;
   for (const std::string& word : known)

@@ -4,6 +4,7 @@
 #include "CommandFunctions.h"
 #include "Shown.h"
 #include "StartReport.h"
+#include "TrafficText.h"
 
 namespace cli
 {
@@ -63,6 +64,21 @@ bool allAtDefault(Session& session, const std::vector<const MapItem*>& items,
                      });
 }
 
+/// Tells of updates behind that request which the database did not take. Whether it took all.
+bool reportUnwritten(Session& session, std::uint64_t before)
+{
+  bool all = true;
+  for (const host::Exchange& exchange : session.running.device().traffic().exchanges())
+  {
+    if (exchange.number <= before || replyKind(exchange.reply) == "update_response")
+      continue;
+    all = false;
+    session.refuse("the database did not take a default, so its own value is back after a restart: " +
+                   (exchange.failure.empty() ? replyError(exchange.reply) : shown(exchange.failure)));
+  }
+  return all;
+}
+
 std::map<std::string, std::string> storedLocally(Session& session)
 {
   std::map<std::string, std::string> values;
@@ -80,12 +96,14 @@ Outcome resetUserData(Session& session, const Arguments&)
 {
   const auto items = userData(session);
   const auto before = session.values(items);
+  const std::uint64_t exchange = session.running.lastExchange();
   const bool success = session.running.service().resetUserData();
+  const bool written = reportUnwritten(session, exchange);
   const std::size_t changes = printChanges(session, items, before, "reset");
   if (success)
   {
     session.out << changes << " of " << items.size() << " user data items are back at their defaults\n";
-    return Outcome::done;
+    return written ? Outcome::done : Outcome::refused;
   }
   const std::string locked = lockedAmong(session, items, before);
   if (!locked.empty())

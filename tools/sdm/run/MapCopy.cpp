@@ -9,6 +9,7 @@
 #include <string>
 #include <unistd.h>
 
+#include "Descriptor.h"
 #include "StartError.h"
 
 namespace cli
@@ -31,37 +32,12 @@ std::optional<std::string> contentOf(const std::filesystem::path& path)
                    "; make room and the folder writable, or choose another one with --device");
 }
 
-/// A file that is closed, whatever happens.
-class Descriptor
-{
-public:
-  explicit Descriptor(int opened) : number(opened)
-  {
-  }
-  ~Descriptor()
-  {
-    if (number >= 0)
-      ::close(number);
-  }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-
-  const int number;
-};
-
 bool writeAndSync(const std::filesystem::path& path, const std::string& content)
 {
   const Descriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644));
   if (file.number < 0)
     return false;
-  for (std::size_t done = 0; done < content.size();)
-  {
-    const ssize_t written = ::write(file.number, content.data() + done, content.size() - done);
-    if (written < 0 && errno != EINTR)
-      return false;
-    done += written < 0 ? 0 : static_cast<std::size_t>(written);
-  }
-  return ::fsync(file.number) == 0;
+  return writeAll(file.number, content) && ::fsync(file.number) == 0;
 }
 
 } // namespace

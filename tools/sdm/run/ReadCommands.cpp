@@ -3,6 +3,7 @@
 
 #include "CommandFunctions.h"
 #include "Shown.h"
+#include "explain/Explanation.h"
 
 namespace cli
 {
@@ -86,6 +87,21 @@ Outcome showItem(Session& session, const Arguments& arguments)
   return Outcome::done;
 }
 
+Outcome explainItem(Session& session, const Arguments& arguments)
+{
+  const MapItem* item = session.known(arguments.front());
+  if (item == nullptr)
+    return Outcome::refused;
+  const History& history = session.running.history();
+  printExplanation(session.out, session.style, item->rootId, history.of(item->rootId));
+  if (!session.running.hasSetter(*item))
+    session.out << "  the service has no setter for it, so nobody gives it a value\n";
+  if (!history.problem().empty())
+    session.out << "  " << session.style.bad("attention")
+                << " of this run nothing is kept: " << shown(history.problem()) << "\n";
+  return Outcome::done;
+}
+
 Outcome getItems(Session& session, const Arguments& arguments)
 {
   Outcome outcome = Outcome::done;
@@ -125,6 +141,8 @@ Outcome importItem(Session& session, const Arguments& arguments)
   std::string value;
   const std::uint64_t before = session.running.lastExchange();
   session.running.service().manager().importItemFromDAS(item->rootId, value);
+  if (session.running.lastExchange() == before)
+    return session.refuse(shown(item->rootId) + " could not be read: the database was not found");
   const auto failures = session.running.failuresAfter(before);
   if (!failures.empty())
     return session.refuse(shown(item->rootId) + " could not be read: " + failures.front().reason);

@@ -56,6 +56,9 @@ Action addRun(CLI::App& run)
       ->type_name("MS")
       ->check(CLI::Range(0, 3600000))
       ->default_str(std::to_string(settings->slowWait.count()));
+  run.add_option("--record", settings->record,
+                 "File for a transcript of the run, without its secrets; the device has to be a new one")
+      ->type_name("FILE");
   run.footer(footer());
   return [settings] { return runDevice(*settings); };
 }

@@ -20,6 +20,10 @@ struct RunSettings
   int logLevel = 2;
   /// 0 for none.
   std::chrono::milliseconds slowWait{1000};
+  /// Where the transcript goes; nothing given: there is none.
+  std::optional<std::filesystem::path> record;
+  /// What of the log reaches standard error, as far as the gate is open.
+  int consoleLevel = 6;
 };
 
 } // namespace cli

@@ -11,6 +11,7 @@
 #include "TrafficText.h"
 #include "host/DasCrypt.h"
 #include "host/Error.h"
+#include "host/Faults.h"
 #include "host/keepAside.h"
 
 namespace cli
@@ -20,16 +21,13 @@ namespace
 
 constexpr const char* itemMap = "CommsItemMap";
 
-/// What the gate lets through reaches standard error; `log` moves the gate.
-constexpr int everything = 6;
-
 std::unique_ptr<host::Device> bringUp(const std::filesystem::path& folder, const RunSettings& settings)
 {
   host::DeviceSettings device;
   device.folder = folder;
   device.interfaceCount = settings.interfaces;
   device.logLevel = settings.logLevel;
-  device.consoleLevel = everything;
+  device.consoleLevel = settings.consoleLevel;
   device.slowWait = settings.slowWait;
   return std::make_unique<host::Device>(device);
 }
@@ -48,6 +46,19 @@ bool isUsable(const std::filesystem::path& map)
   }
 }
 
+/// The device's folder; for a recording one without a device.
+std::filesystem::path folderFor(const RunSettings& settings, bool records)
+{
+  std::filesystem::path folder = std::filesystem::absolute(settings.device).lexically_normal();
+  for (const char* name : {"das.db", "ocms.db"})
+  {
+    if (records && std::filesystem::exists(folder / name))
+      throw StartError("a recording begins with a new device, and " + folder.string() +
+                       " has one already; choose another folder with --device");
+  }
+  return folder;
+}
+
 bool isKeyLost(const std::filesystem::path& folder)
 {
   return std::filesystem::exists(folder / "das.db") && !std::filesystem::exists(folder / "das.key");
@@ -55,22 +66,18 @@ bool isKeyLost(const std::filesystem::path& folder)
 
 } // namespace
 
-RunningDevice::RunningDevice(const RunSettings& settings)
-try : loaded(settings.service.value_or(sampleService())),
-    path(std::filesystem::absolute(settings.device).lexically_normal()), map(usableMap(settings)),
-    interfaces(settings.interfaces), table(map), masks(table), lostKey(isKeyLost(path)),
-    platform(bringUp(path, settings))
+RunningDevice::RunningDevice(const RunSettings& settings, record::Recorder* itsRecorder)
+try : loaded(settings.service.value_or(sampleService())), path(folderFor(settings, itsRecorder != nullptr)),
+    map(usableMap(settings)), interfaces(settings.interfaces), table(map), masks(table), lostKey(isKeyLost(path)),
+    platform(bringUp(path, settings)), events(path), historian(events, table, masks, platform->traffic(), interfaces),
+    recorder(itsRecorder)
 {
+  beginRecord(settings);
+  listeners.add(historian);
   goWhereTheMapIs();
   provision();
   platform->das().provision(loaded.provisioning());
-  const std::uint64_t before = lastExchange();
-  const auto began = std::chrono::steady_clock::now();
-  const bool registered = startService();
-  started = summarise(began, true);
-  started.registered = registered;
-  started.newKey = lostKey;
-  started.failures = failuresAfter(before);
+  start(lostKey);
 }
 catch (const host::Error& error)
 {
@@ -83,17 +90,29 @@ catch (const std::filesystem::filesystem_error& error)
 
 RunningDevice::~RunningDevice()
 {
+  if (recorder != nullptr)
+    recorder->end();
   takeDown();
   std::error_code ignored;
   if (!scratch.empty())
     std::filesystem::remove_all(scratch, ignored);
 }
 
+void RunningDevice::beginRecord(const RunSettings& settings)
+{
+  if (recorder == nullptr)
+    return;
+  const record::Header header = {SDM_VERSION, loaded.name(), record::digestOf(map), interfaces, settings.logLevel};
+  recorder->begin(header, table, masks, path);
+  recorded = std::make_unique<record::RecordedPlatform>(*platform, *recorder);
+  listeners.add(*recorder);
+}
+
 bool RunningDevice::startService()
 {
   try
   {
-    running = std::make_unique<RunningService>(loaded.service(), platform->context(), table);
+    running = std::make_unique<RunningService>(loaded.service(), platform->context(), table, &listeners);
     return running->start(itemMap);
   }
   catch (const host::Error&)
@@ -180,6 +199,25 @@ void RunningDevice::provision()
   }
 }
 
+void RunningDevice::start(bool newKey)
+{
+  const std::uint64_t before = lastExchange();
+  const auto began = std::chrono::steady_clock::now();
+  const bool registered = startService();
+  started = summarise(began, true);
+  started.registered = registered;
+  started.newKey = newKey;
+  started.failures = failuresAfter(before);
+}
+
+StartSummary RunningDevice::startAnew()
+{
+  takeDown();
+  loaded.makeAnew();
+  start(false);
+  return started;
+}
+
 StartSummary RunningDevice::restart()
 {
   running->takeReport();
@@ -193,8 +231,7 @@ StartSummary RunningDevice::restart()
 
 std::uint64_t RunningDevice::lastExchange()
 {
-  const auto exchanges = platform->traffic().exchanges();
-  return exchanges.empty() ? 0 : exchanges.back().number;
+  return platform->traffic().count();
 }
 
 // The manager logs a failed read at a level that is mostly shut, and goes on with the defaults.
@@ -261,6 +298,11 @@ host::Device& RunningDevice::device()
   return *platform;
 }
 
+const History& RunningDevice::history() const
+{
+  return events;
+}
+
 const std::string& RunningDevice::serviceName() const
 {
   return loaded.name();
@@ -305,6 +347,7 @@ bool RunningDevice::isUndecryptable(const MapItem& item)
   // An empty cell is the manager's own text for an empty value.
   const auto cell = item.encrypted ? storedCell(item) : std::nullopt;
   std::string plain;
+  const host::WithoutFaults asItIs;
   return cell && !cell->empty() && !DasCrypt::fromEncryptedText(*cell, plain);
 }
 

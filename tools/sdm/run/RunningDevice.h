@@ -10,7 +10,11 @@
 #include "ItemTable.h"
 #include "Masking.h"
 #include "RunSettings.h"
+#include "explain/HistoryRecorder.h"
 #include "host/Device.h"
+#include "record/RecordedPlatform.h"
+#include "record/Recorder.h"
+#include "service/CallListeners.h"
 #include "service/LoadedService.h"
 #include "service/RunningService.h"
 
@@ -43,14 +47,19 @@ struct StartSummary
 class RunningDevice
 {
 public:
-  /// Throws `StartError` with a line for the operator.
-  explicit RunningDevice(const RunSettings& settings);
+  /// Throws `StartError` with a line for the operator. Everything from here on is recorded when there is a recorder,
+  /// which is borrowed; then the device has to be a new one, or nobody could do the same again.
+  explicit RunningDevice(const RunSettings& settings, record::Recorder* itsRecorder = nullptr);
   ~RunningDevice();
   RunningDevice(const RunningDevice&) = delete;
   RunningDevice& operator=(const RunningDevice&) = delete;
 
   /// Defaults, the database's values, publication.
   StartSummary restart();
+
+  /// The same as after a power-up: service and manager are made again, and find their platform again. On the way there
+  /// is none of either, so what throws leaves this to be destroyed only.
+  StartSummary startAnew();
 
   /// Of the last start.
   const StartSummary& summary() const;
@@ -60,6 +69,8 @@ public:
   const ItemTable& items() const;
   const Masking& masking() const;
   host::Device& device();
+  /// Of this run and earlier ones.
+  const History& history() const;
   /// By the name that it gave itself.
   const std::string& serviceName() const;
   RunningService& service();
@@ -94,7 +105,9 @@ private:
   std::filesystem::path usableMap(const RunSettings& settings);
   void goWhereTheMapIs();
   void provision();
+  void beginRecord(const RunSettings& settings);
   bool startService();
+  void start(bool newKey);
   void takeDown();
   StartSummary summarise(std::chrono::steady_clock::time_point began, bool first);
 
@@ -109,6 +122,11 @@ private:
   /// Where the library finds the map when the device folder cannot have it; empty otherwise.
   std::filesystem::path scratch;
   std::unique_ptr<host::Device> platform;
+  History events;
+  HistoryRecorder historian;
+  record::Recorder* recorder;
+  std::unique_ptr<record::RecordedPlatform> recorded;
+  CallListeners listeners;
   std::unique_ptr<RunningService> running;
   StartSummary started;
 };

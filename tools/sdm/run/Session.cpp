@@ -7,6 +7,7 @@
 #include "Shown.h"
 #include "Suggestion.h"
 #include "host/DasCrypt.h"
+#include "host/Faults.h"
 
 namespace cli
 {
@@ -55,6 +56,7 @@ std::optional<std::string> Session::stored(const MapItem& item)
 {
   auto cell = running.storedCell(item);
   std::string plain;
+  const host::WithoutFaults asItIs;
   if (cell && item.encrypted && DasCrypt::fromEncryptedText(*cell, plain))
     cell = plain;
   return cell;

@@ -48,6 +48,8 @@ public:
         session.refuse("group " + shown(reject.reason));
     }
     reportDatabase(before);
+    if (!success && takenAny && failure.empty() && lastExchange() == before)
+      session.refuse("the database was not found, so the change is gone after a restart");
     return success && !heldBack ? Outcome::done : Outcome::refused;
   }
 
@@ -68,8 +70,7 @@ private:
 
   std::uint64_t lastExchange() const
   {
-    const auto exchanges = session.running.device().traffic().exchanges();
-    return exchanges.empty() ? 0 : exchanges.back().number;
+    return session.running.lastExchange();
   }
 
   std::string reasonFor(const std::string& rootId) const
@@ -104,6 +105,7 @@ private:
 
   void accepted(const MapItem& item, const std::string& value, bool unchanged)
   {
+    takenAny = true;
     session.noteOrigin(item.rootId, "set");
     session.out << shown(item.rootId) << " = " << session.running.masking().value(item, value)
                 << (unchanged ? "  (unchanged)" : "") << "\n";
@@ -150,6 +152,7 @@ private:
   ManageableData data;
   std::vector<std::string> rootIds;
   bool heldBack = false;
+  bool takenAny = false;
   /// What the platform threw, made safe to print.
   std::string failure;
 };

@@ -59,7 +59,9 @@ std::string indented(const std::string& xml, const Masking& masking, const std::
 std::string replyKind(const std::string& reply)
 {
   pugi::xml_document document;
-  document.load_buffer(reply.data(), reply.size());
+  // What is no XML has no kind, however far it could be read.
+  if (!document.load_buffer(reply.data(), reply.size()))
+    return "";
   return document.child("Schema").child_value("ReasonForMessage");
 }
 

@@ -5,7 +5,7 @@
 namespace cli
 {
 
-CallWatch::CallWatch(const ItemTable& items)
+CallWatch::CallWatch(const ItemTable& items, CallListener* itsListener) : hearer(itsListener)
 {
   for (const MapItem& item : items.items())
     places[{item.setter, item.indexValue}] = {item.group, item.isLocal()};

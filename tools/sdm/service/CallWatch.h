@@ -7,6 +7,7 @@
 #include <string>
 #include <utility>
 
+#include "CallListener.h"
 #include "CallReport.h"
 #include "ItemTable.h"
 
@@ -17,8 +18,14 @@ namespace cli
 class CallWatch
 {
 public:
-  /// Borrows the table.
-  explicit CallWatch(const ItemTable& items);
+  /// Borrows both; nobody listens when there is no listener.
+  explicit CallWatch(const ItemTable& items, CallListener* itsListener = nullptr);
+
+  /// Null when there is none.
+  CallListener* listener() const
+  {
+    return hearer;
+  }
 
   /// A setter was called and gave this answer; `reason` is what it left in the text for refusals.
   void setterCalled(const std::string& setter, const std::string& row, const std::string& value, bool accepted,
@@ -48,6 +55,7 @@ private:
 
   void noteRefusal(const Place& place, const std::string& reason);
 
+  CallListener* const hearer;
   std::map<Place, Item> places;
   mutable std::mutex mutex;
   std::map<Place, std::string> live;

@@ -196,6 +196,12 @@ host::Service& LoadedService::service()
   return *made;
 }
 
+void LoadedService::makeAnew()
+{
+  made.reset();
+  made = make(path);
+}
+
 const std::string& LoadedService::name() const
 {
   return itsName;

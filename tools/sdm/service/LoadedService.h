@@ -29,6 +29,9 @@ public:
 
   host::Service& service();
 
+  /// Destroys the service and makes it again, as after a power-up. Throws `StartError`; there is no service then.
+  void makeAnew();
+
   /// By this name the local store knows the service.
   const std::string& name() const;
 

@@ -1,6 +1,7 @@
 #include "RunningService.h"
 
 #include <exception>
+#include <functional>
 #include <utility>
 #include <vector>
 
@@ -18,28 +19,56 @@ public:
 
   std::vector<std::pair<std::string, std::string>> getValidGroupItems(const std::string& group) override
   {
-    return validator.getValidGroupItems(group);
+    ValidatorCall call = {"getValidGroupItems", group, {}, "", {}, {}};
+    call.items = hearing([&] { return validator.getValidGroupItems(group); }, threw(call));
+    tell(call);
+    return *call.items;
   }
 
   void clearGroup(const std::string& group) override
   {
-    validator.clearGroup(group);
+    ValidatorCall call = {"clearGroup", group, {}, "", {}, {}};
+    hearing([&] { validator.clearGroup(group); }, threw(call));
+    tell(call);
     watch.groupCleared(group);
   }
 
   bool validateGroup(std::string& reason, const std::string& group) override
   {
-    const bool accepted = validator.validateGroup(reason, group);
+    ValidatorCall call = {"validateGroup", group, {}, "", {}, {}};
+    const bool accepted = hearing([&] { return validator.validateGroup(reason, group); }, threw(call));
+    call.accepted = accepted;
+    // Reasons of an acceptance mean nothing, and may be those of an earlier group.
+    call.reason = accepted ? "" : reason;
+    tell(call);
     watch.groupJudged(group, accepted, reason);
     return accepted;
   }
 
   void reloadGroup(const std::string& group) override
   {
-    validator.reloadGroup(group);
+    ValidatorCall call = {"reloadGroup", group, {}, "", {}, {}};
+    hearing([&] { validator.reloadGroup(group); }, threw(call));
+    tell(call);
   }
 
 private:
+  void tell(const ValidatorCall& call) const
+  {
+    if (watch.listener() != nullptr)
+      watch.listener()->validatorEnded(call);
+  }
+
+  /// For what `call` throws.
+  std::function<void(const std::string&)> threw(ValidatorCall& call) const
+  {
+    return [this, &call](const std::string& thrown)
+    {
+      call.thrown = thrown;
+      tell(call);
+    };
+  }
+
   ValidatorIfc& validator;
   CallWatch& watch;
 };
@@ -88,10 +117,12 @@ private:
   RunningService& service;
 };
 
-RunningService::RunningService(host::Service& itsService, SvcRTEContext& context, const ItemTable& items)
-    : calls(items),
+RunningService::RunningService(host::Service& itsService, SvcRTEContext& context, const ItemTable& items,
+                               CallListener* listener)
+    : calls(items, listener),
       groups(groupsOf(items)),
-      judge(watched(itsService.validator(), calls)),
+      itsJudge(itsService.validator()),
+      judge(watched(itsJudge, calls)),
       dataManager(calls),
       observer(dataManager)
 {
@@ -106,6 +137,8 @@ RunningService::RunningService(host::Service& itsService, SvcRTEContext& context
     dataManager.deleteGetters();
     throw;
   }
+  if (listener != nullptr)
+    listener->registered(dataManager.setterNames(), dataManager.getterNames());
 }
 
 RunningService::~RunningService()
@@ -179,10 +212,14 @@ ValidatorIfc* RunningService::validator()
 
 void RunningService::forgetGroups()
 {
-  if (!judge)
+  if (itsJudge == nullptr)
     return;
+  // No listener hears of it: it is no call of the manager.
   for (const std::string& group : groups)
-    judge->clearGroup(group);
+  {
+    itsJudge->clearGroup(group);
+    calls.groupCleared(group);
+  }
 }
 
 void RunningService::Agent::observedDataChanged(ManageableData& data)

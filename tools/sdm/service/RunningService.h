@@ -24,8 +24,9 @@ namespace cli
 class RunningService
 {
 public:
-  /// Registers the callbacks; borrows everything.
-  RunningService(host::Service& itsService, SvcRTEContext& context, const ItemTable& items);
+  /// Registers the callbacks; borrows everything. Nobody listens when there is no listener.
+  RunningService(host::Service& itsService, SvcRTEContext& context, const ItemTable& items,
+                 CallListener* listener = nullptr);
 
   /// The local store must not report changes any more.
   ~RunningService();
@@ -80,6 +81,8 @@ private:
 
   CallWatch calls;
   std::set<std::string> groups;
+  /// The service's own; null when it has none.
+  ValidatorIfc* itsJudge;
   std::unique_ptr<ValidatorIfc> judge;
   WatchedManager dataManager;
   Agent observer;

@@ -14,6 +14,7 @@
 #include <unistd.h>
 #include <utility>
 
+#include "ScratchFolder.h"
 #include "ServiceTrial.h"
 #include "StartError.h"
 
@@ -60,28 +61,6 @@ void send(int pipe, Message kind, const std::string& first = "", const std::stri
   writeAll(pipe, text.data(), text.size());
 }
 
-/// A folder that goes when nobody needs it.
-class ScratchFolder
-{
-public:
-  ScratchFolder()
-  {
-    std::string pattern = (std::filesystem::temp_directory_path() / "sdm-check-XXXXXX").string();
-    if (::mkdtemp(pattern.data()) == nullptr)
-      throw StartError("no folder can be made for the trial, " + pattern + ": " + std::strerror(errno));
-    path = pattern;
-  }
-  ~ScratchFolder()
-  {
-    std::error_code kept;
-    std::filesystem::remove_all(path, kept);
-  }
-  ScratchFolder(const ScratchFolder&) = delete;
-  ScratchFolder& operator=(const ScratchFolder&) = delete;
-
-  std::filesystem::path path;
-};
-
 [[noreturn]] void tryInThisProcess(int pipe, const std::filesystem::path& service, const std::filesystem::path& map,
                                    const std::filesystem::path& scratch)
 {
@@ -118,7 +97,7 @@ public:
     if (child == 0)
     {
       ::close(ends[0]);
-      tryInThisProcess(ends[1], std::filesystem::absolute(service), std::filesystem::absolute(map), scratch.path);
+      tryInThisProcess(ends[1], std::filesystem::absolute(service), std::filesystem::absolute(map), scratch.path());
     }
     ::close(ends[1]);
     pipe = ends[0];
@@ -225,7 +204,7 @@ private:
     return status;
   }
 
-  ScratchFolder scratch;
+  ScratchFolder scratch{"check"};
   std::chrono::seconds patience;
   pid_t child = -1;
   int pipe = -1;

@@ -1,5 +1,6 @@
 #include "WatchedManager.h"
 
+#include <optional>
 #include <utility>
 
 #include "MarkedManager.h"
@@ -19,7 +20,14 @@ public:
 
   bool setValue(const std::string& value, const std::string& indexValue, std::string& error) override
   {
-    const bool accepted = setter->setValue(value, indexValue, error);
+    const auto tell = [&](bool accepted, const std::optional<std::string>& thrown)
+    {
+      if (watch.listener() != nullptr)
+        watch.listener()->setterEnded({name, indexValue, value, accepted, error, thrown});
+    };
+    const bool accepted = hearing([&] { return setter->setValue(value, indexValue, error); },
+                                  [&](const std::string& thrown) { tell(false, thrown); });
+    tell(accepted, std::nullopt);
     watch.setterCalled(name, indexValue, value, accepted, error);
     return accepted;
   }
@@ -28,6 +36,30 @@ private:
   const std::string name;
   const std::shared_ptr<ManagedItemSetter> setter;
   CallWatch& watch;
+};
+
+class WatchedGetter : public ManagedItemGetter
+{
+public:
+  WatchedGetter(std::string itsName, std::shared_ptr<ManagedItemGetter> itsGetter, CallListener& itsListener)
+      : name(std::move(itsName)), getter(std::move(itsGetter)), listener(itsListener)
+  {
+  }
+
+  std::string getValue(const std::string& indexValue) override
+  {
+    std::string value = hearing([&] { return getter->getValue(indexValue); },
+                                [&](const std::string& thrown) {
+                                  listener.getterEnded({name, indexValue, "", thrown});
+                                });
+    listener.getterEnded({name, indexValue, value, std::nullopt});
+    return value;
+  }
+
+private:
+  const std::string name;
+  const std::shared_ptr<ManagedItemGetter> getter;
+  CallListener& listener;
 };
 
 template <typename Callback>
@@ -90,41 +122,73 @@ void WatchedManager::setup(SvcRTEContext* context, MgmtAgentIfc* agent, const st
   manager->setup(context, agent, name, validator);
 }
 
+template <typename Work>
+void WatchedManager::told(const OperationCall& call, const Work& work)
+{
+  CallListener* listener = watch.listener();
+  OperationAnswer answer;
+  if (listener != nullptr)
+    listener->operationBegins(call);
+  hearing([&] { work(answer); },
+          [&](const std::string& thrown)
+          {
+            answer.thrown = thrown;
+            if (listener != nullptr)
+              listener->operationEnded(call, answer);
+          });
+  if (listener != nullptr)
+    listener->operationEnded(call, answer);
+}
+
 void WatchedManager::initialise(const std::string& name)
 {
-  manager->initialise(name);
+  told({"initialise", {{"name", name}}}, [&](OperationAnswer&) { manager->initialise(name); });
 }
 
 void WatchedManager::initialiseWithoutSettingDefaultData(const std::string& name, const std::string& prefix)
 {
-  manager->initialiseWithoutSettingDefaultData(name, prefix);
+  told({"initialiseWithoutSettingDefaultData", {{"name", name}, {"prefix", prefix}}},
+       [&](OperationAnswer&) { manager->initialiseWithoutSettingDefaultData(name, prefix); });
 }
 
 bool WatchedManager::ready()
 {
-  return manager->ready();
+  bool known = false;
+  told({"ready", {}}, [&](OperationAnswer& answer) { answer.success = known = manager->ready(); });
+  return known;
 }
 
 bool WatchedManager::setData(ManageableData& data)
 {
-  return manager->setData(data);
+  bool success = false;
+  told({"setData", {}, &data}, [&](OperationAnswer& answer) { answer.success = success = manager->setData(data); });
+  return success;
 }
 
 bool WatchedManager::getData(ManageableData& data)
 {
-  return manager->getData(data);
+  bool success = false;
+  told({"getData", {}, &data}, [&](OperationAnswer& answer) { answer.success = success = manager->getData(data); });
+  return success;
 }
 
 void WatchedManager::manageableDataChanged(ManageableData& data)
 {
-  manager->manageableDataChanged(data);
+  told({"manageableDataChanged", {}, &data}, [&](OperationAnswer&) { manager->manageableDataChanged(data); });
 }
 
 void WatchedManager::addGetter(const Getter& getter)
 {
-  manager->addGetter(getter);
-  if (getter.name != nullptr)
-    getters.emplace(getter.name, getter.getter);
+  if (watch.listener() == nullptr || getter.name == nullptr || getter.getter == nullptr || hasGetter(getter.name))
+  {
+    manager->addGetter(getter);
+    if (getter.name != nullptr)
+      getters.emplace(getter.name, getter.getter);
+    return;
+  }
+  auto watched = std::make_unique<WatchedGetter>(getter.name, sharedGetters.of(getter.getter), *watch.listener());
+  getters[getter.name] = watched.get();
+  manager->addGetter({getter.name, watched.release()});
 }
 
 // What the manager will not take stays the caller's, so it goes there as it is.
@@ -135,19 +199,9 @@ void WatchedManager::addSetter(const Setter& setter)
     manager->addSetter(setter);
     return;
   }
-  auto watched = std::make_unique<WatchedSetter>(setter.name, shared(setter.setter), watch);
+  auto watched = std::make_unique<WatchedSetter>(setter.name, sharedSetters.of(setter.setter), watch);
   setters[setter.name] = watched.get();
   manager->addSetter({setter.name, watched.release()});
-}
-
-std::shared_ptr<ManagedItemSetter> WatchedManager::shared(ManagedItemSetter* setter)
-{
-  std::weak_ptr<ManagedItemSetter>& known = owned[setter];
-  std::shared_ptr<ManagedItemSetter> owner = known.lock();
-  if (!owner)
-    owner.reset(setter);
-  known = owner;
-  return owner;
 }
 
 ManagedDataItem* WatchedManager::getItem(const std::string& name)
@@ -162,39 +216,50 @@ ManagedDataItem* WatchedManager::getPublishedItem(const std::string& name)
 
 void WatchedManager::setStartup(bool startup)
 {
-  manager->setStartup(startup);
+  told({"setStartup", {{"startup", startup ? "true" : "false"}}},
+       [&](OperationAnswer&) { manager->setStartup(startup); });
 }
 
 void WatchedManager::clearAllManagedData()
 {
-  manager->clearAllManagedData();
+  told({"clearAllManagedData", {}}, [&](OperationAnswer&) { manager->clearAllManagedData(); });
 }
 
 bool WatchedManager::setDefaultUserData()
 {
-  return manager->setDefaultUserData();
+  bool success = false;
+  told({"setDefaultUserData", {}},
+       [&](OperationAnswer& answer) { answer.success = success = manager->setDefaultUserData(); });
+  return success;
 }
 
 void WatchedManager::importItemFromDAS(const std::string& rootId, std::string& value)
 {
-  manager->importItemFromDAS(rootId, value);
+  told({"importItemFromDAS", {{"item", rootId}}},
+       [&](OperationAnswer& answer)
+       {
+         manager->importItemFromDAS(rootId, value);
+         answer.value = value;
+       });
 }
 
 void WatchedManager::deleteGetters()
 {
   getters.clear();
   manager->deleteGetters();
+  sharedGetters.forget();
 }
 
 void WatchedManager::deleteSetters()
 {
   setters.clear();
   manager->deleteSetters();
+  sharedSetters.forget();
 }
 
 void WatchedManager::reloadUserData()
 {
-  manager->reloadUserData();
+  told({"reloadUserData", {}}, [&](OperationAnswer&) { manager->reloadUserData(); });
 }
 
 } // namespace cli

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "CallWatch.h"
+#include "SharedCallbacks.h"
 
 namespace cli
 {
@@ -51,13 +52,15 @@ public:
   void reloadUserData() override;
 
 private:
-  std::shared_ptr<ManagedItemSetter> shared(ManagedItemSetter* setter);
+  /// Does the work of an operation, with the listener told of both ends.
+  template <typename Work>
+  void told(const OperationCall& call, const Work& work);
 
   CallWatch& watch;
   std::map<std::string, ManagedItemSetter*> setters;
   std::map<std::string, ManagedItemGetter*> getters;
-  /// One object may be registered under several names, and is deleted with the last of them.
-  std::map<ManagedItemSetter*, std::weak_ptr<ManagedItemSetter>> owned;
+  watch::SharedCallbacks<ManagedItemSetter> sharedSetters;
+  watch::SharedCallbacks<ManagedItemGetter> sharedGetters;
   std::unique_ptr<ServiceDataManagerIfc> manager;
 };
 

@@ -1,0 +1,95 @@
+"""Groups of a service, and whether the order of a request matters to them."""
+import json
+import os
+import unittest
+
+from program import ProgramTest
+
+RANGE = ("range.low,Range,Low,,,1,setLow,,,Range,,\n"
+         "range.high,Range,High,,,9,setHigh,,,Range,,\n")
+
+
+class Groups(ProgramTest):
+    def setUp(self):
+        super().setUp()
+        self.map = os.path.join(self.folder, "Range.csv")
+        with open(self.map, "w") as file:
+            file.write(RANGE)
+
+    def in_order(self, *arguments):
+        return self.sdm("groups", "--service", os.path.join(os.environ["SERVICES"], "InOrder.so"), "--map", self.map,
+                        *arguments)
+
+    def test_lists_groups_with_their_members(self):
+        run = self.sdm("groups")
+        self.assertEqual((run.code, run.err, run.lines()),
+                         (0, "", ["RtpPorts: transport.rtpFirstPort, transport.rtpLastPort",
+                                  "SipCredentials: sip.userName, sip.password",
+                                  "IpAddressing: ip.address, ip.netmask, ip.gateway"]))
+        self.assertEqual(json.loads(self.sdm("groups", "--json", "SipCredentials").out),
+                         {"groups": [{"group": "SipCredentials", "items": ["sip.userName", "sip.password"]}]})
+
+    def test_no_order_matters_to_the_defaults_of_the_sample(self):
+        run = self.sdm("groups", "--permute")
+        self.assertEqual((run.code, run.err, run.lines()),
+                         (0, "", ["RtpPorts: 2 items, 1 change in 2 orders: no order matters",
+                                  "SipCredentials: 2 items, 1 change in 2 orders: no order matters",
+                                  "IpAddressing: 3 items, 8 changes in 6 orders: no order matters"]))
+
+    def test_finds_an_order_that_matters(self):
+        run = self.in_order("--permute", "--set", "range.low=20", "--set", "range.high=30")
+        self.assertEqual(run.code, 1)
+        self.assertEqual(run.lines()[:2], ["Range: 2 items, 4 changes in 2 orders: the order matters to 1",
+                                           "  set range.low 20 range.high 9"])
+        low, high = run.out.index("order: range.low, range.high"), run.out.index("order: range.high, range.low")
+        self.assertIn("range.high refused: is below 20\n", run.out[low:high])
+        self.assertIn("range.high refused: (nothing)\n", run.out[high:])
+        self.assertIn("range.high stored: 9\n", run.out[high:])
+
+    def test_json_tells_each_outcome(self):
+        self.assertEqual(self.in_order("--permute").code, 0)
+        run = self.in_order("--permute", "--json", "--set", "range.low=20")
+        outcomes = json.loads(run.out)["groups"][0]["differences"][0]["outcomes"]
+        self.assertEqual([each["order"] for each in outcomes],
+                         [["range.low", "range.high"], ["range.high", "range.low"]])
+        self.assertEqual(outcomes[0]["outcome"]["range.high refused"], "is below 20")
+        self.assertEqual(outcomes[1]["outcome"]["range.low live"], "20")
+
+    def test_finds_that_the_reason_of_a_group_depends_on_the_last_item(self):
+        run = self.sdm("groups", "--permute", "IpAddressing", "--set", "ip.netmask=x", "--set",
+                       "ip.gateway=10.20.0.9")
+        self.assertEqual(run.code, 1)
+        self.assertIn("because the value of ip.netmask was refused\n", run.out)
+        self.assertNotIn(" live: ", run.out, "values are the same in each order")
+        self.assertNotIn(" stored: ", run.out)
+
+    def test_secrets_are_masked(self):
+        run = self.sdm("groups", "--permute", "SipCredentials", "--json", "--set", "sip.password=hunter2hunter2",
+                       "--set", "sip.userName=bad name")
+        self.assertNotIn("hunter2", run.out + run.err)
+
+    def test_leaves_nothing_behind(self):
+        temporary = os.path.join(self.folder, "tmp")
+        os.mkdir(temporary)
+        os.environ["TMPDIR"] = temporary
+        self.addCleanup(os.environ.pop, "TMPDIR")
+        before = sorted(os.listdir(self.folder))
+        self.assertEqual(self.in_order("--permute").code, 0)
+        self.assertEqual((os.listdir(temporary), sorted(os.listdir(self.folder))), ([], before))
+
+    def test_wrong_usage(self):
+        for arguments, why in ((("Rnage",), "there is no group Rnage; did you mean Range?"),
+                               (("--permute", "--set", "range.low"), "--set takes ID=VALUE"),
+                               (("--permute", "--set", "nobody=1"), "nobody is none")):
+            run = self.in_order(*arguments)
+            self.assertEqual((run.code, run.out), (2, ""))
+            self.assertIn(why, run.err)
+
+    def test_what_keeps_it_from_trying(self):
+        self.assertEqual(self.sdm("groups", "--service", "/nowhere.so").code, 3)
+        self.assertEqual(self.in_order("--map", "/nowhere.csv").code, 2, "two maps")
+        self.assertEqual(self.sdm("groups", "--map", "/nowhere.csv").code, 3)
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,27 @@
+// An open file of the system's.
+#pragma once
+
+#include <string>
+
+namespace cli
+{
+
+/// Closed, whatever happens.
+class Descriptor
+{
+public:
+  /// Negative when the file could not be opened.
+  explicit Descriptor(int opened) : number(opened)
+  {
+  }
+  ~Descriptor();
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+
+  const int number;
+};
+
+/// False when not all of it could be written; the reason is in `errno`.
+bool writeAll(int descriptor, const std::string& content);
+
+} // namespace cli

@@ -1,0 +1,12 @@
+// `sdm explain`: where the value of an item came from, out of the history in a device's folder.
+#pragma once
+
+#include "Subcommand.h"
+
+namespace cli
+{
+
+/// Its options and help texts.
+Action addExplain(CLI::App& app);
+
+} // namespace cli

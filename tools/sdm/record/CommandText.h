@@ -1,0 +1,24 @@
+// Commands as a transcript has them.
+#pragma once
+
+#include <set>
+#include <string>
+#include <vector>
+
+#include "ItemTable.h"
+#include "Masking.h"
+#include "record/Secrets.h"
+
+namespace cli::record
+{
+
+/// The words as a line that is taken apart into them again.
+std::string joinedWords(const std::vector<std::string>& words);
+
+/// The line with the names of secrets in place of them. Beside the root id of a secret every word that is neither a
+/// root id nor the value of one without secrets counts as one; so do the words with these numbers. Of a line that
+/// cannot be taken apart only that is kept.
+std::string maskedCommand(const std::string& line, const ItemTable& items, const Masking& masking, Secrets& secrets,
+                          const std::set<std::size_t>& secretWords);
+
+} // namespace cli::record

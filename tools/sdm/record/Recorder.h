@@ -1,0 +1,100 @@
+// Writes a transcript of what happens on a device.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <nlohmann/json_fwd.hpp>
+
+#include "ItemTable.h"
+#include "Masking.h"
+#include "host/logAppUni.h"
+#include "record/Secrets.h"
+#include "record/TranscriptFile.h"
+#include "service/CallListener.h"
+
+namespace cli::record
+{
+
+/// What the first line tells.
+struct Header
+{
+  std::string version;
+  std::string service;
+  /// "sha256:" and the digest of the item map's bytes.
+  std::string map;
+  std::uint32_t interfaces = 1;
+  int logLevel = 2;
+};
+
+/// The digest as a header has it. Throws `StartError` when the file cannot be read.
+std::string digestOf(const std::filesystem::path& file);
+
+/// May be used from any thread. Every text that it is given may hold secrets; none goes into the file.
+class Recorder : public CallListener
+{
+public:
+  using Json = nlohmann::ordered_json;
+  using Values = std::vector<std::pair<std::string, std::string>>;
+
+  /// Throws `StartError` when the file cannot be made.
+  explicit Recorder(const std::filesystem::path& file);
+  ~Recorder() override;
+
+  /// The first line. Borrows table and masking, which stay until `end`. `folder` is the device's, whose place no line
+  /// tells.
+  void begin(const Header& header, const ItemTable& items, const Masking& masking, const std::filesystem::path& folder);
+
+  /// A command that is about to be carried out; `secretWords` are the numbers of words that are secrets, whatever they
+  /// look like.
+  void command(const std::string& line, const std::set<std::size_t>& secretWords = {});
+  void commandEnded(bool done);
+
+  void request(const std::string& xml);
+  void reply(const std::string& xml);
+  void replyThrew(const std::string& thrown);
+  /// An operation of the local management store, with the values that were passed or answered, and without those of
+  /// items that have none.
+  void store(const std::string& operation, const std::vector<std::string>& rootIds, const Values& values,
+             const std::optional<bool>& answer, const std::string& objection, const std::optional<std::string>& thrown);
+  void securityRecord(const std::string& record, bool failed, const std::optional<std::string>& thrown);
+  void log(const host::LogLine& line);
+
+  /// The last line. Nothing is written after it.
+  void end();
+
+  /// The secret that has this name so far.
+  std::optional<std::string> secret(const std::string& name);
+
+  /// Why something is missing in the file; empty when nothing is.
+  std::string trouble();
+
+  void registered(const std::vector<std::string>& setters, const std::vector<std::string>& getters) override;
+  void operationBegins(const OperationCall& call) override;
+  void operationEnded(const OperationCall& call, const OperationAnswer& answer) override;
+  void setterEnded(const SetterCall& call) override;
+  void getterEnded(const GetterCall& call) override;
+  void validatorEnded(const ValidatorCall& call) override;
+
+private:
+  struct Scene;
+
+  void write(const Json& event);
+  std::string safe(const std::string& text);
+  void addThrown(Json& event, const std::optional<std::string>& thrown);
+  Json valuesOf(const Values& values);
+
+  std::recursive_mutex mutex;
+  TranscriptFile file;
+  std::unique_ptr<Scene> scene;
+  std::size_t commands = 0;
+};
+
+} // namespace cli::record

@@ -1,0 +1,184 @@
+#include "record/Transcript.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <string_view>
+
+#include "Shown.h"
+#include "StartError.h"
+
+namespace cli::record
+{
+namespace
+{
+
+using Json = nlohmann::ordered_json;
+
+/// What an event has to hold to be one.
+struct Shape
+{
+  std::string_view kind;
+  std::string_view other;
+  Json::value_t type;
+};
+
+constexpr auto text = Json::value_t::string;
+constexpr auto truth = Json::value_t::boolean;
+constexpr auto none = Json::value_t::null;
+constexpr auto object = Json::value_t::object;
+
+constexpr std::array<Shape, 12> shapes = {{{"command", "", none},
+                                           {"op", "", none},
+                                           {"result", "", none},
+                                           {"request", "", none},
+                                           {"reply", "", none},
+                                           {"setter", "accepted", truth},
+                                           {"getter", "value", text},
+                                           {"validator", "group", text},
+                                           {"log", "text", text},
+                                           {"store", "", none},
+                                           {"securitylog", "failed", truth},
+                                           {"registered", "", object}}};
+
+class Reader
+{
+public:
+  explicit Reader(const std::filesystem::path& file) : stream(file, std::ios::binary)
+  {
+    made.file = file;
+    if (!stream)
+      fail(std::strerror(errno));
+  }
+
+  Transcript read(bool complete)
+  {
+    readHeader();
+    for (Event event; next(event);)
+    {
+      if (made.complete)
+        failAt("nothing may stand behind the end of the run");
+      checkEvent(event);
+      made.events.push_back(event);
+    }
+    if (stream.bad())
+      fail(std::strerror(errno));
+    if (complete && !made.complete)
+      failAt("the end is missing, so the recording was cut off");
+    return std::move(made);
+  }
+
+private:
+  [[noreturn]] void fail(const std::string& why) const
+  {
+    throw StartError("the transcript " + made.file.string() + " cannot be read: " + why);
+  }
+
+  [[noreturn]] void failAt(const std::string& why) const
+  {
+    throw StartError("the transcript " + made.file.string() + ", line " + std::to_string(line) + ": " + why);
+  }
+
+  bool next(Event& event)
+  {
+    std::string content;
+    if (!std::getline(stream, content))
+      return false;
+    ++line;
+    // A line without its end is what a full disk leaves.
+    if (stream.eof())
+      failAt("the line is cut off");
+    try
+    {
+      event.content = Json::parse(content);
+    }
+    catch (const Json::parse_error& error)
+    {
+      failAt("this is no JSON, from byte " + std::to_string(error.byte) + " on");
+    }
+    event.line = line;
+    if (!event.content.is_object() || event.content.empty())
+      failAt("this is no event, that is an object of JSON");
+    return true;
+  }
+
+  void readHeader()
+  {
+    Event first;
+    if (!next(first))
+      fail("it is empty");
+    const Json& content = first.content;
+    if (!content.contains("transcript") || !content["transcript"].is_number_unsigned())
+      failAt("this is no header of a transcript");
+    if (content["transcript"] != 1)
+      failAt("the transcript has form " + content["transcript"].dump() + ", this program knows form 1");
+    made.header.version = textIn(content, "version");
+    made.header.service = textIn(content, "service");
+    made.header.map = textIn(content, "map");
+    made.header.interfaces = numberIn(content, "interfaces", 64);
+    made.header.logLevel = static_cast<int>(numberIn(content, "logLevel", 6));
+  }
+
+  std::string textIn(const Json& content, const char* name) const
+  {
+    if (!content.contains(name) || !content[name].is_string())
+      failAt(std::string("the header has no text \"") + name + "\"");
+    return content[name];
+  }
+
+  std::uint32_t numberIn(const Json& content, const char* name, std::uint32_t most) const
+  {
+    if (!content.contains(name) || !content[name].is_number_unsigned() || content[name] > most)
+      failAt(std::string("the header has no number \"") + name + "\" from 0 to " + std::to_string(most));
+    return content[name];
+  }
+
+  void checkEvent(const Event& event)
+  {
+    const std::string kind = kindOf(event);
+    const auto shape = std::find_if(shapes.begin(), shapes.end(), [&](const Shape& each) { return each.kind == kind; });
+    if (shape == shapes.end())
+      failAt("there are no events of the kind " + shownValue(kind));
+    const std::string other(shape->other);
+    if (!other.empty() && (!event.content.contains(other) || event.content[other].type() != shape->type))
+      failAt("an event of the kind " + kind + " needs \"" + other + "\"");
+    const Json& first = event.content.front();
+    const bool isNamed = kind != "log" && kind != "registered" && kind != "reply";
+    if (isNamed && !first.is_string())
+      failAt("an event of the kind " + kind + " needs a text");
+    if (kind == "registered" && !first.is_object())
+      failAt("an event of the kind registered needs an object");
+    if (kind == "command")
+      ++commands;
+    if (kind == "result" && first == "run")
+      checkEnd(event.content);
+  }
+
+  void checkEnd(const Json& content)
+  {
+    if (!content.contains("commands") || content["commands"] != commands)
+      failAt("the number of commands is not that of the transcript, so a part of it is missing");
+    made.complete = true;
+  }
+
+  std::ifstream stream;
+  Transcript made;
+  std::size_t line = 0;
+  std::size_t commands = 0;
+};
+
+} // namespace
+
+std::string kindOf(const Event& event)
+{
+  return event.content.empty() ? "" : event.content.begin().key();
+}
+
+Transcript readTranscript(const std::filesystem::path& file, bool complete)
+{
+  return Reader(file).read(complete);
+}
+
+} // namespace cli::record

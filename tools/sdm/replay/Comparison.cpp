@@ -1,0 +1,71 @@
+#include "replay/Comparison.h"
+
+namespace cli::replay
+{
+namespace
+{
+
+constexpr std::size_t contextLines = 3;
+
+std::string lineOf(const record::Event& event)
+{
+  return event.content.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+}
+
+std::size_t nextCompared(const record::Transcript& transcript, std::size_t from)
+{
+  while (from < transcript.events.size() && !isCompared(transcript.events[from]))
+    ++from;
+  return from;
+}
+
+Difference differenceAt(const record::Transcript& expected, std::size_t place)
+{
+  Difference found;
+  found.event = place;
+  const std::size_t last = expected.events.size();
+  found.line = place < last ? expected.events[place].line : (last == 0 ? 1 : expected.events.back().line) + 1;
+  for (std::size_t i = place > contextLines ? place - contextLines : 0; i < place; ++i)
+    found.before.push_back(lineOf(expected.events[i]));
+  for (std::size_t i = 0; i < place; ++i)
+  {
+    if (record::kindOf(expected.events[i]) == "command")
+      found.command = expected.events[i].content["command"];
+  }
+  if (place < last)
+    found.expected = lineOf(expected.events[place]);
+  return found;
+}
+
+} // namespace
+
+bool isCompared(const record::Event& event)
+{
+  const std::string kind = record::kindOf(event);
+  if (kind != "log")
+    return kind != "registered";
+  const auto module = event.content.find("module");
+  return module == event.content.end() || *module != "HostPlatform";
+}
+
+std::optional<Difference> compared(const record::Transcript& expected, const record::Transcript& actual,
+                                   const std::string& atEnd)
+{
+  std::size_t e = nextCompared(expected, 0);
+  std::size_t a = nextCompared(actual, 0);
+  while (e < expected.events.size() && a < actual.events.size())
+  {
+    // Not as texts: the order of names in a line means nothing.
+    if (nlohmann::json(expected.events[e].content) != nlohmann::json(actual.events[a].content))
+      break;
+    e = nextCompared(expected, e + 1);
+    a = nextCompared(actual, a + 1);
+  }
+  if (e == expected.events.size() && a == actual.events.size() && atEnd.empty())
+    return std::nullopt;
+  Difference found = differenceAt(expected, e);
+  found.actual = a < actual.events.size() ? lineOf(actual.events[a]) : atEnd;
+  return found;
+}
+
+} // namespace cli::replay

@@ -1,0 +1,58 @@
+#include "replay/Rehearsal.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "Shown.h"
+
+namespace cli::replay
+{
+namespace
+{
+
+/// A transcript with many secrets may need a run for each of them, and a service that changed must not need them all.
+constexpr std::size_t mostRuns = 40;
+
+std::vector<std::string> notesOn(const record::Header& then, const record::Header& now)
+{
+  std::vector<std::string> notes;
+  const auto note = [&](const char* what, const std::string& was, const std::string& is)
+  {
+    if (was != is)
+      notes.push_back(std::string("recorded with ") + what + " " + shown(was) + ", this is " + shown(is));
+  };
+  note("the service", then.service, now.service);
+  note("the item map", then.map, now.map);
+  note("version", then.version, now.version);
+  return notes;
+}
+
+} // namespace
+
+Verdict rehearse(const record::Transcript& transcript, const ReplaySettings& settings)
+{
+  StandIns standIns(transcript);
+  Verdict verdict;
+  verdict.commands = static_cast<std::size_t>(std::count_if(transcript.events.begin(), transcript.events.end(),
+                                                            [](const record::Event& event)
+                                                            { return record::kindOf(event) == "command"; }));
+  for (std::size_t run = 0; run < mostRuns; ++run)
+  {
+    Performance performance = perform(transcript, standIns, settings);
+    auto difference = compared(transcript, performance.transcript, performance.trouble);
+    const std::size_t place = difference ? difference->event : transcript.events.size() + 1;
+    // The run that came furthest tells most.
+    if (run == 0 || !difference || place > verdict.difference->event)
+    {
+      verdict.difference = std::move(difference);
+      verdict.actual = std::move(performance.transcript);
+      verdict.map = performance.map;
+    }
+    if (!verdict.difference || !standIns.next(place))
+      break;
+  }
+  verdict.notes = notesOn(transcript.header, verdict.actual.header);
+  return verdict;
+}
+
+} // namespace cli::replay

@@ -1,0 +1,31 @@
+// A transcript against what happens today.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "replay/Comparison.h"
+#include "replay/Performance.h"
+
+namespace cli::replay
+{
+
+struct Verdict
+{
+  /// Nothing: all went as recorded.
+  std::optional<Difference> difference;
+  /// What may explain one: another service, another map, another version.
+  std::vector<std::string> notes;
+  /// What was recorded this time.
+  record::Transcript actual;
+  std::filesystem::path map;
+  std::size_t commands = 0;
+};
+
+/// Runs the commands of the transcript, again with other stand-ins where the service judged them otherwise than the
+/// secrets. Throws `StartError` when the device cannot be brought up.
+Verdict rehearse(const record::Transcript& transcript, const ReplaySettings& settings);
+
+} // namespace cli::replay

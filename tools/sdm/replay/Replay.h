@@ -1,0 +1,23 @@
+// `sdm replay`: runs the commands of a transcript again and shows the first difference.
+#pragma once
+
+#include <ostream>
+
+#include "Style.h"
+#include "Subcommand.h"
+#include "replay/Performance.h"
+
+namespace cli
+{
+
+/// Its options and help texts.
+Action addReplay(CLI::App& app);
+
+namespace replay
+{
+
+/// The options that `sdm test` has as well, read into `settings`.
+void addReplayOptions(CLI::App& app, ReplaySettings& settings);
+
+} // namespace replay
+} // namespace cli

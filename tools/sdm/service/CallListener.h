@@ -1,0 +1,107 @@
+// Whoever wants to hear what passes between a manager, its service and those who call it, in its order.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+class ManageableData;
+
+namespace cli
+{
+
+/// One operation of the manager. `data` is its record, as it stands when the listener is called; null without one.
+struct OperationCall
+{
+  std::string name;
+  /// Name and text of each argument that is no record.
+  std::vector<std::pair<std::string, std::string>> arguments;
+  ManageableData* data = nullptr;
+};
+
+/// How an operation ended. What it did not answer is missing.
+struct OperationAnswer
+{
+  std::optional<bool> success;
+  std::optional<std::string> value;
+  /// What it threw; a text even where there is none in it.
+  std::optional<std::string> thrown;
+};
+
+struct SetterCall
+{
+  std::string setter;
+  std::string row;
+  std::string value;
+  bool accepted = false;
+  std::string reason;
+  std::optional<std::string> thrown;
+};
+
+struct GetterCall
+{
+  std::string getter;
+  std::string row;
+  std::string value;
+  std::optional<std::string> thrown;
+};
+
+struct ValidatorCall
+{
+  std::string operation;
+  std::string group;
+  std::optional<bool> accepted;
+  std::string reason;
+  /// What is to be written, by root id.
+  std::optional<std::vector<std::pair<std::string, std::string>>> items;
+  std::optional<std::string> thrown;
+};
+
+/// Called on the thread that the call is on, often with the manager's lock held. Texts are unmasked. Callbacks are told
+/// when they are over, operations at both ends. It must not throw.
+/// What a listener does not want to hear it leaves as it is here.
+class CallListener
+{
+public:
+  virtual ~CallListener() = default;
+
+  virtual void registered(const std::vector<std::string>& /*setters*/, const std::vector<std::string>& /*getters*/)
+  {
+  }
+  virtual void operationBegins(const OperationCall& /*call*/)
+  {
+  }
+  virtual void operationEnded(const OperationCall& /*call*/, const OperationAnswer& /*answer*/)
+  {
+  }
+  virtual void setterEnded(const SetterCall& /*call*/)
+  {
+  }
+  virtual void getterEnded(const GetterCall& /*call*/)
+  {
+  }
+  virtual void validatorEnded(const ValidatorCall& /*call*/)
+  {
+  }
+};
+
+/// The text of the exception that is being handled.
+std::string thrownText();
+
+/// What `call` answers. What it throws passes on, with `heard` called before.
+template <typename Call, typename Heard>
+auto hearing(const Call& call, const Heard& heard)
+{
+  try
+  {
+    return call();
+  }
+  catch (...)
+  {
+    heard(thrownText());
+    throw;
+  }
+}
+
+} // namespace cli

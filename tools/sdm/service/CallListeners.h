@@ -1,0 +1,29 @@
+// Several who want to hear the same calls.
+#pragma once
+
+#include <vector>
+
+#include "CallListener.h"
+
+namespace cli
+{
+
+/// Tells each of them in the order in which they came.
+class CallListeners : public CallListener
+{
+public:
+  /// Borrows it. Before the first call.
+  void add(CallListener& listener);
+
+  void registered(const std::vector<std::string>& setters, const std::vector<std::string>& getters) override;
+  void operationBegins(const OperationCall& call) override;
+  void operationEnded(const OperationCall& call, const OperationAnswer& answer) override;
+  void setterEnded(const SetterCall& call) override;
+  void getterEnded(const GetterCall& call) override;
+  void validatorEnded(const ValidatorCall& call) override;
+
+private:
+  std::vector<CallListener*> listeners;
+};
+
+} // namespace cli

@@ -1,0 +1,140 @@
+#include "test/Test.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <iostream>
+#include <map>
+#include <memory>
+#include <unistd.h>
+
+#include "Shown.h"
+#include "StartError.h"
+#include "replay/Replay.h"
+#include "test/Suite.h"
+
+namespace cli
+{
+namespace
+{
+
+using test::Result;
+
+constexpr const char* footer =
+    "Every file *.jsonl in the folder is a test: its commands run again as sdm replay does it. Behind the results\n"
+    "stands how much of the service ran; what a start does does not count.\n\n"
+    "Exit codes:\n"
+    "  0  all transcripts went as recorded\n"
+    "  1  one did not or cannot be read, or output was lost\n"
+    "  2  wrong usage of the command line\n"
+    "  3  the folder cannot be read or has no transcript, or the device cannot be brought up\n";
+
+enum class Format
+{
+  tap,
+  junit,
+  json
+};
+
+struct Wanted
+{
+  std::string folder;
+  replay::ReplaySettings settings;
+  Format format = Format::tap;
+  bool coverage = false;
+};
+
+/// A line on a terminal that tells where we are, and goes when it is out of date.
+class Progress
+{
+public:
+  explicit Progress(std::size_t tests) : all(tests), visible(::isatty(STDERR_FILENO) != 0)
+  {
+  }
+  ~Progress()
+  {
+    clear();
+  }
+  Progress(const Progress&) = delete;
+  Progress& operator=(const Progress&) = delete;
+
+  void tell(std::size_t number, const std::string& name) const
+  {
+    if (visible)
+      std::cerr << "\r" << number << " of " << all << ": " << shown(name) << "\x1b[K" << std::flush;
+  }
+  void clear() const
+  {
+    if (visible)
+      std::cerr << "\r\x1b[K" << std::flush;
+  }
+
+private:
+  const std::size_t all;
+  const bool visible;
+};
+
+void tellAll(const Wanted& wanted, const test::Told& told)
+{
+  if (wanted.format == Format::tap)
+    test::tellTapCoverage(std::cout, told.coverage, wanted.coverage);
+  else if (wanted.format == Format::junit)
+    test::tellJUnit(std::cout, told, wanted.coverage);
+  else
+    test::tellJson(std::cout, told);
+}
+
+ExitCode runTests(const Wanted& wanted)
+{
+  const auto files = test::transcriptsIn(wanted.folder);
+  const bool tap = wanted.format == Format::tap;
+  const Progress progress(files.size());
+  test::Coverage coverage;
+  test::Told told = {wanted.folder, {}, {}};
+  if (tap)
+    test::tellTapPlan(std::cout, files.size());
+  for (const std::filesystem::path& file : files)
+  {
+    progress.tell(told.results.size() + 1, file.filename().string());
+    try
+    {
+      told.results.push_back(test::runTranscript(file, wanted.settings, coverage));
+    }
+    catch (const StartError& error)
+    {
+      progress.clear();
+      if (tap)
+        std::cout << "Bail out! " << shown(error.what()) << "\n";
+      throw;
+    }
+    progress.clear();
+    if (tap)
+      test::tellTap(std::cout, told.results.size(), told.results.back());
+    std::cout.flush();
+  }
+  told.coverage = coverage.report();
+  tellAll(wanted, told);
+  const bool passed =
+      std::all_of(told.results.begin(), told.results.end(), [](const Result& result) { return result.passed(); });
+  return passed ? exitDone : exitRefused;
+}
+
+} // namespace
+
+Action addTest(CLI::App& app)
+{
+  const auto wanted = std::make_shared<Wanted>();
+  static const std::map<std::string, Format> formats = {
+      {"tap", Format::tap}, {"junit", Format::junit}, {"json", Format::json}};
+  app.add_option("FOLDER", wanted->folder, "Folder of transcripts")->type_name("DIR")->required();
+  replay::addReplayOptions(app, wanted->settings);
+  app.add_option("--format", wanted->format, "How results are told: tap, junit, or json")
+      ->type_name("RESULTS")
+      ->transform(CLI::CheckedTransformer(formats).description(""))
+      ->default_str("tap");
+  app.add_flag("--coverage", wanted->coverage, "List the setters, getters, groups and items that never ran");
+  app.footer(footer);
+  return [wanted] { return runTests(*wanted); };
+}
+
+} // namespace cli

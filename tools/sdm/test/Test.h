@@ -1,0 +1,12 @@
+// `sdm test`: runs all transcripts of a folder as tests.
+#pragma once
+
+#include "Subcommand.h"
+
+namespace cli
+{
+
+/// Its options and help texts.
+Action addTest(CLI::App& app);
+
+} // namespace cli
