@@ -43,10 +43,38 @@ LockUser Activity::user() const
   return user;
 }
 
+namespace
+{
+/// Whether the thread has given up its own activity, which it does before static objects go away.
+thread_local bool ended = false;
+
+struct Own
+{
+  Own() = default;
+  ~Own()
+  {
+    ended = true;
+  }
+  Own(const Own&) = delete;
+  Own& operator=(const Own&) = delete;
+
+  const std::shared_ptr<Activity> activity = std::make_shared<Activity>();
+};
+
+/// Never taken down: a static device still works while it goes away.
+const std::shared_ptr<Activity>& lateActivity()
+{
+  static thread_local const auto* const late = new std::shared_ptr<Activity>(std::make_shared<Activity>());
+  return *late;
+}
+} // namespace
+
 std::shared_ptr<Activity> currentActivity()
 {
-  static thread_local const std::shared_ptr<Activity> mine = std::make_shared<Activity>();
-  return mine;
+  if (ended)
+    return lateActivity();
+  static thread_local const Own own;
+  return own.activity;
 }
 
 Mark::Mark(MarkKind markKind, const std::string& markName) : kind(markKind), began(std::chrono::steady_clock::now())

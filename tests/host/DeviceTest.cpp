@@ -1,6 +1,9 @@
 // A whole device in its folder.
+#include <ClientUtils.h>
+#include <CriticalSection.h>
 #include <DasCrypt.h>
 #include <PhysicalInterfaceServiceIfc.h>
+#include <Semaphore.h>
 #include <logAppUni.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -9,9 +12,13 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <optional>
 
 #include "HostTesting.h"
+#include "host/CallTimes.h"
+#include "host/ClientUtils.h"
 #include "host/Device.h"
+#include "host/Marks.h"
 #include "host/logAppUni.h"
 
 namespace
@@ -162,4 +169,46 @@ TEST_F(DeviceFolder, TakesItsKeyAwayWithIt)
   }
   std::string text;
   EXPECT_FALSE(DasCrypt::toEncryptedText("secret", text));
+}
+
+namespace
+{
+/// A device that nobody ends before the process does.
+std::optional<host::Device> staticDevice;
+
+void useDevice()
+{
+  const host::Mark operation(host::MarkKind::operation, "an operation");
+  Semaphore semaphore(1, 1, true);
+  {
+    const CriticalSection section(semaphore);
+    const host::Mark callback(host::MarkKind::callback, "a callback");
+  }
+  host::markSecret("an.item");
+  std::string sealed;
+  std::string opened;
+  if (!DasCrypt::toEncryptedText("a value", sealed) || !DasCrypt::fromEncryptedText(sealed, opened) ||
+      opened != "a value" || holds(ClientUtils::hidePassword("an.item", opened), opened) ||
+      host::callTimes().front().name != "a callback")
+    std::_Exit(1);
+}
+} // namespace
+
+/// In a process that has used nothing of it yet, so that it goes away behind all that it works with.
+TEST(DeviceAtExit, WorksToItsVeryEnd)
+{
+  const hosttest::TemporaryFolder folder;
+  const auto lateUser = [&]
+  {
+    std::atexit(
+        []
+        {
+          useDevice();
+          staticDevice.reset();
+        });
+    staticDevice.emplace(host::DeviceSettings{folder / "device", 1, 2, 0});
+    useDevice();
+    std::exit(0);
+  };
+  EXPECT_EXIT(lateUser(), testing::ExitedWithCode(0), "");
 }

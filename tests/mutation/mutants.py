@@ -27,6 +27,8 @@ SWAPS = {
 }
 # Between spaces these are operators; elsewhere they belong to templates, pointers and signs.
 SPACED = {"<", ">", "+", "-"}
+# Says something to the compiler's analysis alone.
+TOLD = re.compile(r"\blockIsHeld\(\);$")
 CALL = re.compile(r"^[\w:.>\[\]*-]+(<[\w:]*>)?\(.*\)$", re.DOTALL)
 NO_STATEMENT = ("case", "default", "public", "private", "protected", "using", "friend", "static_assert", "#", "typedef",
                 "template", "class", "struct", "enum", "namespace", "extern")
@@ -177,7 +179,7 @@ def _statements(source):
     previous = None
     for first, last in _simple_statements(source):
         begin, end = source.span(first, last)
-        if source.tokens[first][1] != "return" or last == first + 1:
+        if (source.tokens[first][1] != "return" or last == first + 1) and not TOLD.search(source.text[begin:end]):
             yield begin, end, ";", "statement"
         if previous is not None and previous[1] + 1 == first:
             one = source.text[slice(*source.span(*previous))]

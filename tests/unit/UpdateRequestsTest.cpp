@@ -46,6 +46,15 @@ TEST_F(PopulateDasRequestMap, GathersTheCellsOfASchemaInOneRequest)
               ElementsAre(Pair("S", begin("S") + "<B>1</B><A>2</A><Entry><I>2</I><R>3</R></Entry><B>4</B>")));
 }
 
+TEST_F(PopulateDasRequestMap, TakesASchemaWithALongName)
+{
+  const std::string schema(1000, 'S');
+  load({ItemLine("i").das("S", "C")});
+  item("i").dasSchema = schema;
+  EXPECT_THAT(access.populateDasRequestMapWith({blob("i", "1", true)}),
+              ElementsAre(Pair(schema, begin(schema) + "<C>1</C>")));
+}
+
 TEST_F(PopulateDasRequestMap, KeepsSchemasApart)
 {
   load({ItemLine("z").das("Z", "C"), ItemLine("a").das("A", "C")});
