@@ -19,6 +19,7 @@ enum class FaultPlace
   disk        ///< what all of them, the security log included, write to
 };
 
+/// How it fails.
 enum class FaultKind
 {
   /// Of `das` and `store`: the runtime context does not find it. A manager remembers what it found and does not ask
@@ -31,7 +32,8 @@ enum class FaultKind
   malformed, ///< an XML text that ends too early
   refused,   ///< of the kind "error_response"
   wrongKind, ///< one of an update to a read, and one of a read without columns to an update
-             /// Of `encryption`: both directions fail, and leave what their contract says.
+
+  /// Of `encryption`: both directions fail, and leave what their contract says.
   fails,
   /// Of `store`: every operation of its contract is refused, and changes nothing. A check for locks names the first
   /// item.
@@ -40,10 +42,11 @@ enum class FaultKind
   full
 };
 
+/// One failure that the device is to meet.
 struct SDM_HOST_EXPORT Fault
 {
-  FaultPlace place = FaultPlace::das;
-  FaultKind kind = FaultKind::absent;
+  FaultPlace place = FaultPlace::das; ///< who fails
+  FaultKind kind = FaultKind::absent; ///< how; a kind of that place
   /// For so many calls, from now on or still to come; nothing for all until it is ended. A full disk counts no calls.
   std::optional<std::uint64_t> calls;
   /// How slow.
@@ -67,8 +70,8 @@ SDM_HOST_EXPORT std::vector<Fault> faults();
 class SDM_HOST_EXPORT WithoutFaults
 {
 public:
-  WithoutFaults();
-  ~WithoutFaults();
+  WithoutFaults();  ///< Faults are passed over from here on.
+  ~WithoutFaults(); ///< They are met again, unless another one still lives on this thread.
   WithoutFaults(const WithoutFaults&) = delete;
   WithoutFaults& operator=(const WithoutFaults&) = delete;
 };

@@ -44,9 +44,9 @@ SDM_HOST_EXPORT int logLevel();
 /// A line without its time, as it was handed to `logAppUni`; one line feed at its end is not part of it.
 struct SDM_HOST_EXPORT LogLine
 {
-  std::string module;
-  int level = 0;
-  std::string text;
+  std::string module; ///< whose line it is: "ServiceDataManager" for the library
+  int level = 0;      ///< as the contract of `logAppUni` names them
+  std::string text;   ///< in the bytes of its caller, UTF-8 as far as the values are
 };
 
 /// From now on `listener` hears every line that is written, in place of an earlier listener; an empty one ends that.
