@@ -11,8 +11,9 @@ namespace host
 /// Whether a search for this interface is to find nothing.
 bool isAbsentOnDemand(const std::string& interfaceName);
 
-/// The reply in place of the real one; nothing when the request is to be carried out. Waits where that is demanded.
-std::optional<std::string> replyOnDemand(const char* request, std::size_t length);
+/// The reply to the request `text` in place of the real one; nothing when the request is to be carried out. Waits where
+/// that is demanded.
+std::optional<std::string> replyOnDemand(const char* text, std::size_t length);
 
 bool encryptionFailsOnDemand();
 

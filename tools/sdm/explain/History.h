@@ -71,7 +71,7 @@ public:
   /// that can be read. What is no line of a history is passed over.
   static std::vector<HistoryEvent> read(const std::filesystem::path& deviceFolder);
 
-  void add(const std::vector<HistoryEvent>& events);
+  void add(const std::vector<HistoryEvent>& more);
 
   /// Oldest first.
   std::vector<HistoryEvent> of(const std::string& rootId) const;

@@ -61,7 +61,7 @@ private:
   void note(Work& work, const MapItem& item, const std::string& value, const std::string& outcome,
             const std::string& reason) const;
   void noteRejected(Work& work, ManageableData& data) const;
-  void findRequest(const Work& work, Pending& pending, const std::vector<host::Exchange>& exchanges) const;
+  void findRequest(const Work& work, Pending& each, const std::vector<host::Exchange>& exchanges) const;
   void finish(Work& work);
 
   History& history;

@@ -258,6 +258,7 @@ std::vector<GroupOfItems> chosenGroups(const ItemTable& items, const std::vector
 {
   std::vector<GroupOfItems> groups = groupsOf(items);
   std::vector<std::string> known;
+  known.reserve(groups.size());
   for (const GroupOfItems& group : groups)
     known.push_back(group.name);
   for (const std::string& name : names)

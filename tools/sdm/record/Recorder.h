@@ -35,7 +35,7 @@ struct Header
 };
 
 /// The digest as a header has it. Throws `StartError` when the file cannot be read.
-std::string digestOf(const std::filesystem::path& file);
+std::string digestOf(const std::filesystem::path& path);
 
 /// May be used from any thread. Every text that it is given may hold secrets; none goes into the file.
 class Recorder : public CallListener

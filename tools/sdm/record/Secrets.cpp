@@ -130,7 +130,7 @@ std::string Secrets::namedStored(const std::string& cell)
   const std::string plain = decrypted(cell);
   if (plain == cell)
     return named(cell);
-  const std::string name = named(plain);
+  std::string name = named(plain);
   find(cell, name);
   return name;
 }

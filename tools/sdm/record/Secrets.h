@@ -21,7 +21,7 @@ class Secrets
 {
 public:
   /// Borrows both.
-  Secrets(const ItemTable& items, const Masking& masking);
+  Secrets(const ItemTable& itemTable, const Masking& itsMasking);
 
   /// The name of a secret; from now on the secret is found in all texts.
   std::string named(const std::string& plain);

@@ -138,7 +138,8 @@ private:
   void checkEvent(const Event& event)
   {
     const std::string kind = kindOf(event);
-    const auto shape = std::find_if(shapes.begin(), shapes.end(), [&](const Shape& each) { return each.kind == kind; });
+    const auto* const shape =
+        std::find_if(shapes.begin(), shapes.end(), [&](const Shape& each) { return each.kind == kind; });
     if (shape == shapes.end())
       failAt("there are no events of the kind " + shownValue(kind));
     const std::string other(shape->other);

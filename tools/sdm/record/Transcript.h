@@ -12,6 +12,7 @@
 namespace cli::record
 {
 
+// NOLINTNEXTLINE(bugprone-exception-escape): moving JSON is declared not to throw, but checks itself on the way.
 struct Event
 {
   nlohmann::ordered_json content;

@@ -103,7 +103,7 @@ private:
   /// The command with values in place of the names of secrets.
   std::string lineOf(const record::Event& event, record::Recorder& recorder, std::set<std::size_t>& secretWords) const
   {
-    const std::string masked = event.content["command"];
+    std::string masked = event.content["command"];
     Words words = splitWords(masked);
     if (!words.problem.empty())
       return masked;

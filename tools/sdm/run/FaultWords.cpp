@@ -1,6 +1,7 @@
 #include "FaultWords.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <optional>
 
@@ -23,7 +24,7 @@ struct Name
   FaultKind itsKind;
 };
 
-constexpr Name names[] = {
+constexpr std::array<Name, 10> names = {{
     {"das", "absent", FaultPlace::das, FaultKind::absent},
     {"das", "slow", FaultPlace::das, FaultKind::slow},
     {"das", "empty", FaultPlace::das, FaultKind::empty},
@@ -34,7 +35,7 @@ constexpr Name names[] = {
     {"store", "absent", FaultPlace::store, FaultKind::absent},
     {"store", "refuses", FaultPlace::store, FaultKind::refuses},
     {"disk", "full", FaultPlace::disk, FaultKind::full},
-};
+}};
 
 constexpr std::uint64_t longestDelay = 3600000;
 
