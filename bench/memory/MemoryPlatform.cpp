@@ -1,13 +1,14 @@
 // Services that answer from texts made beforehand.
 #include <list>
 #include <string_view>
-#include <unordered_map>
 
 #include <DataAccessServiceIfc.h>
 #include <LocalMgmtIfc.h>
 #include <ManageableData.h>
 #include <PhysicalInterfaceServiceIfc.h>
 
+#include "Dictionary.h"
+#include "Numbers.h"
 #include "Platform.h"
 #include "Scenarios.h"
 
@@ -41,11 +42,11 @@ public:
   std::string sendRequest(const char* request, std::size_t length) override
   {
     const std::string_view text(request, length);
-    const Answers& answers = schemas.at(std::string(between(text, "name=\"", "\"")));
+    const Answers& answers = schemas.at(numberAtEnd(between(text, "name=\"", "\"")));
     if (text.find("update_request") != std::string_view::npos)
       return answers.update;
     const std::string_view column = between(text, "<ResultCols>", "<");
-    return column.empty() ? answers.all : answers.columns.at(std::string(column));
+    return column.empty() ? answers.all : answers.columns.at(numberAtEnd(column) - answers.firstColumn);
   }
 
 private:
@@ -53,7 +54,8 @@ private:
   {
     std::string all;
     std::string update;
-    std::unordered_map<std::string, std::string> columns;
+    std::size_t firstColumn = 0;
+    std::vector<std::string> columns;
   };
 
   static std::string_view between(std::string_view text, std::string_view before, std::string_view behind)
@@ -77,26 +79,28 @@ private:
 
   void add(const Schema& schema)
   {
-    Answers& answers = schemas[schema.name];
+    Answers& answers = entryAt(schemas, numberAtEnd(schema.name));
+    answers.firstColumn = schema.columns.empty() ? 0 : numberAtEnd(schema.columns.front());
     std::string columns;
     for (const std::string& column : schema.columns)
     {
       const std::string cell = element(column, liveValue);
       columns += cell;
-      answers.columns[column] = reply(schema.name, "read_response", rows(schema, cell));
+      entryAt(answers.columns, numberAtEnd(column) - answers.firstColumn) =
+          reply(schema.name, "read_response", rows(schema, cell));
     }
     answers.all = reply(schema.name, "read_response", rows(schema, columns));
     answers.update = reply(schema.name, "update_response", "");
   }
 
-  std::unordered_map<std::string, Answers> schemas;
+  std::vector<Answers> schemas;
 };
 
 /// Holds one value for all, and one dictionary.
 class Store : public LocalMgmtIfc
 {
 public:
-  explicit Store(const Workload& workload) : dictionary(workload.dictionary())
+  explicit Store(const Workload& workload) : dictionary(workload)
   {
   }
 
@@ -108,11 +112,7 @@ public:
   bool lookupData(ManageableData& data) override
   {
     if (data.getRootId() == dictionaryName)
-    {
-      for (const auto& [key, value] : dictionary)
-        data.populate(dictionaryName, key, value);
-      return true;
-    }
+      return true; // Records read it by themselves.
     std::vector<std::string> rootIds;
     data.getRootIds(rootIds);
     for (const std::string& rootId : rootIds)
@@ -136,7 +136,7 @@ public:
   }
 
 private:
-  std::vector<std::pair<std::string, std::string>> dictionary;
+  const Dictionary dictionary;
 };
 
 class Interfaces : public PhysicalInterfaceServiceIfc

@@ -1,7 +1,9 @@
-// The management record over one hash table.
+// The management record: one entry for each item, at the place that the number in its root id gives.
 #include <ManageableData.h>
 
-#include <unordered_map>
+#include "Dictionary.h"
+#include "Numbers.h"
+#include "Platform.h"
 
 struct ManageableData::Content
 {
@@ -15,7 +17,7 @@ struct ManageableData::Content
   std::string ownRootId;
   std::vector<std::string> rootIds;
   /// By name alone, since no name here belongs to two root ids.
-  std::unordered_map<std::string, Entry> entries;
+  std::vector<Entry> entries;
   std::vector<std::string> reasons;
 
   void list(Entry& entry, const std::string& rootId)
@@ -45,7 +47,7 @@ std::string ManageableData::getRootId() const
 
 void ManageableData::addRootId(const std::string& rootId, LocalMgmtIfc*)
 {
-  content->list(content->entries[rootId], rootId);
+  content->list(bench::entryAt(content->entries, bench::numberAtEnd(rootId)), rootId);
 }
 
 void ManageableData::getRootIds(std::vector<std::string>& rootIds)
@@ -53,21 +55,23 @@ void ManageableData::getRootIds(std::vector<std::string>& rootIds)
   rootIds.insert(rootIds.end(), content->rootIds.begin(), content->rootIds.end());
 }
 
-bool ManageableData::interogate(const std::string&, const std::string& name, std::string& value)
+bool ManageableData::interogate(const std::string& rootId, const std::string& name, std::string& value)
 {
-  const auto found = content->entries.find(name);
-  if (found == content->entries.end() || !found->second.hasValue)
-  {
+  const std::string* found = nullptr;
+  if (rootId == bench::dictionaryName)
+    found = bench::Dictionary::current() != nullptr ? bench::Dictionary::current()->find(name) : nullptr;
+  else if (const std::size_t number = bench::numberAtEnd(name); number < content->entries.size())
+    found = content->entries[number].hasValue ? &content->entries[number].value : nullptr;
+  if (found == nullptr)
     value.clear();
-    return false;
-  }
-  value = found->second.value;
-  return true;
+  else
+    value = *found;
+  return found != nullptr;
 }
 
 void ManageableData::populate(const std::string& rootId, const std::string& name, const std::string& value)
 {
-  Content::Entry& entry = content->entries[name];
+  Content::Entry& entry = bench::entryAt(content->entries, bench::numberAtEnd(name));
   entry.value = value;
   entry.hasValue = true;
   if (name == rootId)
