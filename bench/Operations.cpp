@@ -185,7 +185,7 @@ std::vector<Scenario> operations()
 std::vector<Scenario> allScenarios()
 {
   std::vector<Scenario> all = operations();
-  for (std::vector<Scenario> more : {floors(), platformFloors()})
+  for (std::vector<Scenario> more : {floors(), floorsOfMaps(), platformFloors()})
     std::move(more.begin(), more.end(), std::back_inserter(all));
   return all;
 }

@@ -36,6 +36,9 @@ std::vector<Scenario> operations();
 /// What such work costs when nothing but the bare work is done: no checks, no locks, no log, no storage.
 std::vector<Scenario> floors();
 
+/// Those of the operations that handle every item of a map.
+std::vector<Scenario> floorsOfMaps();
+
 /// Floors that only the platform at hand has.
 std::vector<Scenario> platformFloors();
 
