@@ -1,7 +1,4 @@
 // The library's operations as scenarios.
-#include <algorithm>
-#include <iterator>
-
 #include <ManageableData.h>
 
 #include "Scenarios.h"
@@ -179,14 +176,6 @@ std::vector<Scenario> operations()
          {std::pair<std::size_t, std::size_t>{1, 1}, {10, 1}, {10, 10}, {1000, 1}, {1000, 10}})
       all.push_back(setScenario(count, schemas, grouped));
   }
-  return all;
-}
-
-std::vector<Scenario> allScenarios()
-{
-  std::vector<Scenario> all = operations();
-  for (std::vector<Scenario> more : {floors(), floorsOfMaps(), platformFloors()})
-    std::move(more.begin(), more.end(), std::back_inserter(all));
   return all;
 }
 

@@ -1,4 +1,8 @@
-// The platform's helpers at the least cost: nothing is logged, locked, masked or encrypted.
+// The platform's helpers at the least cost: nothing is locked or encrypted, and nothing logged unless the log is
+// opened.
+#include <cstdarg>
+#include <cstdio>
+
 #include <ClientUtils.h>
 #include <CriticalSection.h>
 #include <DASUtilsStrings.h>
@@ -6,6 +10,8 @@
 #include <RejectReasonsStrings.h>
 #include <Semaphore.h>
 #include <logAppUni.h>
+
+#include "Log.h"
 
 const std::string RejectReasonsStrings::unchanged_data = "UNCHANGED_DATA";
 const std::string RejectReasonsStrings::not_changed = "NOT_CHANGED";
@@ -16,13 +22,24 @@ const std::string DASUtilsStrings::SipPermissionsSchema = "SipPermission";
 const std::string DASUtilsStrings::SnmpSettingsSchema = "Snmp";
 const std::string DASUtilsStrings::TransportSettingsSchema = "Transport";
 
-void logAppUni(const char*, const char*, int, int, const char*, ...)
+bench::Log bench::log;
+
+void logAppUni(const char*, const char*, int, int, const char* format, ...)
 {
+  ++bench::log.lines;
+  va_list values;
+  va_start(values, format);
+  va_list again;
+  va_copy(again, values);
+  std::string line(static_cast<std::size_t>(std::vsnprintf(nullptr, 0, format, again)), ' ');
+  std::vsnprintf(line.data(), line.size() + 1, format, values);
+  va_end(again);
+  va_end(values);
 }
 
 bool loggingOnAppUni(const char*, int)
 {
-  return false;
+  return bench::log.open;
 }
 
 struct Semaphore::Content
@@ -63,5 +80,6 @@ std::string ClientUtils::escapeXMLString(const std::string& text)
 
 std::string ClientUtils::hidePassword(const std::string&, const std::string& value)
 {
+  ++bench::log.masked;
   return value;
 }

@@ -3,6 +3,8 @@
 
 #include <cstddef>
 
+#include "Scenarios.h"
+
 namespace cost
 {
 
@@ -15,5 +17,8 @@ struct Heap
 };
 
 extern Heap heap;
+
+/// How often an operation asks, once it has been run before.
+std::size_t requestsOf(const bench::Run& run);
 
 } // namespace cost

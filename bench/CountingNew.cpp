@@ -11,6 +11,19 @@ namespace cost
 
 Heap heap;
 
+std::size_t requestsOf(const bench::Run& run)
+{
+  std::size_t before = 0;
+  for (int i = 0; i < 2; ++i)
+  {
+    if (run.prepare)
+      run.prepare();
+    before = heap.requests;
+    run.run();
+  }
+  return heap.requests - before;
+}
+
 } // namespace cost
 
 namespace
