@@ -1,12 +1,14 @@
 // Runs operations once each between marks, for whoever counts instructions there: valgrind on this machine, the
 // emulator's plugin for the device.
 //
-// usage: count [--units] NAME@ITEMS...
-// Each is run once for practice first. With --units it prints how many items each handles instead.
+// usage: count [--warm] NAME[@ITEMS]
+// What needs no preparing is run once for practice first; with --warm everything is, watched already, so that a
+// simulated cache knows it. Prints how many items the operation handles.
 #include <sys/syscall.h>
 #include <unistd.h>
 
 #include <cstdio>
+#include <cstring>
 #include <stdexcept>
 #include <string>
 
@@ -15,6 +17,7 @@
 #else // The device has none.
 #define CALLGRIND_START_INSTRUMENTATION
 #define CALLGRIND_DUMP_STATS
+#define CALLGRIND_ZERO_STATS
 #endif
 
 #include "Scenarios.h"
@@ -40,6 +43,19 @@ void measure(const bench::Run& run)
   CALLGRIND_DUMP_STATS;
 }
 
+void measureWarm(const bench::Run& run)
+{
+  CALLGRIND_START_INSTRUMENTATION;
+  for (int i = 0; i < 2; ++i)
+  {
+    if (run.prepare)
+      run.prepare();
+    CALLGRIND_ZERO_STATS;
+    run.run();
+  }
+  CALLGRIND_DUMP_STATS;
+}
+
 bench::Run find(const std::string& wanted)
 {
   const std::size_t at = wanted.find('@');
@@ -59,10 +75,11 @@ bench::Run find(const std::string& wanted)
 
 int main(int argc, char** argv)
 {
-  if (argc != 2)
+  const bool warm = argc == 3 && std::strcmp(argv[1], "--warm") == 0;
+  if (argc != 2 && !warm)
     return 2;
-  const bench::Run run = find(argv[1]);
-  measure(run);
+  const bench::Run run = find(argv[argc - 1]);
+  warm ? measureWarm(run) : measure(run);
   std::printf("%zu\n", run.units);
   return 0;
 }
