@@ -24,6 +24,10 @@ struct ServiceDataManagerTestAccess
   {
     manager.initialiseCacheItems("");
   }
+  static void takeOver(ServiceDataManager& manager, ManageableData& request)
+  {
+    manager.convertManageableDataToLocal(request);
+  }
   static void import(ServiceDataManager& manager)
   {
     manager.importFromDAS();

@@ -19,7 +19,8 @@ std::string beginRequest(const std::string& schema, const char* reason)
   std::string request;
   request.reserve(usualLength + schema.size());
   request.append(R"(<?xml version="1.0" encoding="utf-8"?><Schema name=")").append(schema);
-  return request.append(R"("><ReasonForMessage>)").append(reason).append("</ReasonForMessage>");
+  request.append(R"("><ReasonForMessage>)").append(reason).append("</ReasonForMessage>");
+  return request;
 }
 
 std::string beginColumnRequest(const ManagedDataItem& item)

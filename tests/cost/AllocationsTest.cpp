@@ -1,5 +1,7 @@
 // How often the library asks for memory, with all log gates closed. Where a count is exact, one more is a loss and one
 // less is a gain: both are to be noticed.
+#include <malloc.h>
+
 #include <filesystem>
 #include <iostream>
 
@@ -7,7 +9,9 @@
 #include <gtest/gtest.h>
 
 #include "CountingNew.h"
+#include "DASRequests.h"
 #include "Subject.h"
+#include "createXmlElement.h"
 
 namespace
 {
@@ -131,6 +135,47 @@ TEST_F(AllocationsTest, FurtherItemsOfASetCostTheSameEach)
   const std::size_t ten = setRequests(10) - setRequests(1);
   const std::size_t thousand = setRequests(1000) - setRequests(1);
   EXPECT_LE(thousand, 111U * ten + 20U);
+}
+
+TEST_F(AllocationsTest, ASetTakesItsItemsOverInOneList)
+{
+  bench::Subject subject({1000, 50});
+  subject.startManager();
+  ManageableData record;
+  for (const std::string& rootId : subject.workload.databaseIds(100))
+    record.populate(rootId, rootId, bench::newValue);
+  // The record's list of root ids, each of these, and the list of what is to be set.
+  EXPECT_EQ(requestsOf([&] { Access::takeOver(*subject.manager, record); }), 102U);
+}
+
+TEST_F(AllocationsTest, ARequestIsBegunWithRoomForWhatFollows)
+{
+  const std::string schema(100, 'S');
+  EXPECT_EQ(requestsOf([&] { sdm::beginUpdateRequest(schema); }), 1U);
+}
+
+TEST_F(AllocationsTest, AnElementAsksOnceForJustItsLength)
+{
+  const std::string name(20, 'n');
+  const std::string value(100, 'v');
+  const std::size_t before = cost::heap.bytes;
+  std::string element;
+  const std::size_t requests = requestsOf([&] { element = createXmlElement(name, value); });
+  const std::size_t held = cost::heap.bytes - before;
+  EXPECT_EQ(requests, 1U);
+  EXPECT_EQ(held, element.size() + 1);
+}
+
+TEST_F(AllocationsTest, AReplyLeavesNothingOfItsParserBehind)
+{
+  bench::Subject subject({1000, 50});
+  subject.startManager();
+  Access::import(*subject.manager);
+  // The parser is a C library, so that only the heap itself knows of its memory. One parser takes several kilobytes.
+  const std::size_t before = ::mallinfo2().uordblks;
+  for (int import = 0; import < 10; ++import)
+    Access::import(*subject.manager);
+  EXPECT_LT(::mallinfo2().uordblks, before + 10000U);
 }
 
 TEST_F(AllocationsTest, HeapPerItemDoesNotGrowWithTheMap)
