@@ -137,6 +137,24 @@ TEST_F(CallingBack, WhatAnInnerOperationLeavesBehindIsNotLost)
   EXPECT_THAT(recording::trace(), Contains(R"(validateGroup("", "grp"))")) << "flagged by the inner reply";
 }
 
+TEST_F(CallingBack, AGroupThatIsFlaggedWhileAReloadSendsIsLeftToTheNextOperation)
+{
+  load({ItemLine("u").das("S", "U").standard("d").both("u").user(), ItemLine("g").das("S", "G").set("g").group("grp")});
+  das.replies = {"<U>1</U>"};
+  setter("u").hook = once(
+      [&]
+      {
+        das.hook = once(
+            [&]
+            {
+              das.replies = {unit::replyOf("update_response", "S", "<G>x</G>")};
+              EXPECT_TRUE(manager.setDefaultUserData());
+            });
+      });
+  manager.reloadUserData();
+  EXPECT_THAT(access.groups, ElementsAre(::testing::Key("grp")));
+}
+
 TEST_F(CallingBack, AnOperationWorksOnWithItemsThatASetterCleared)
 {
   load({ItemLine("a").das("Snmp", "A").set("a"), ItemLine("b").das("Snmp", "B").set("b").group("g")});

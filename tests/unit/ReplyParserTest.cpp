@@ -1,6 +1,22 @@
 // Reading replies in both modes.
 #include "DASElementHandlers.h"
+
+#include <expat.h>
+
 #include "ManagerTest.h"
+
+namespace
+{
+
+bool parsersLeft = true;
+
+} // namespace
+
+/// In the place of the parser's own, so that there may be no memory for one.
+extern "C" __attribute__((visibility("default"))) XML_Parser XML_ParserCreate(const XML_Char* encoding)
+{
+  return parsersLeft ? XML_ParserCreate_MM(encoding, nullptr, nullptr) : nullptr;
+}
 
 namespace
 {
@@ -148,6 +164,16 @@ TEST_F(ReplyParser, ReportsAnEmptyReply)
               ElementsAre("log 2 parser error [no element found] at [1]\n"));
 }
 
+TEST_F(ReplyParser, ReportsThatThereIsNoMemoryForAParser)
+{
+  EXPECT_TRUE(collect(updateReply()));
+  parsersLeft = false;
+  const auto lines = traced([&] { EXPECT_FALSE(collect(updateReply())) << "whatever the reply before was"; });
+  parsersLeft = true;
+  EXPECT_THAT(lines, ElementsAre("log 2 parser error [out of memory] at [0]\n"));
+  EXPECT_EQ(values, "untouched");
+}
+
 TEST_F(ReplyParser, LogsTheReplyWhileLevelFiveIsOpen)
 {
   recording::behaviour().openLevel = 5;
@@ -205,6 +231,13 @@ TEST_F(ReplyParser, FindsRowsByTheIndexColumnBeforeThem)
         ItemLine("two").das("S", "C").index("Idx", "2").set("two")});
   EXPECT_THAT(import(readReply("S", "<Entry><Idx>1</Idx><C>a</C></Entry><Entry><Idx>2</Idx><C>b</C></Entry>")),
               ElementsAre(R"(set one("a", "1"))", R"(set two("b", "2"))"));
+}
+
+TEST_F(ReplyParser, FindsTheItemsOfEachSchemaOfAReply)
+{
+  load({ItemLine("s").das("S", "C").set("s"), ItemLine("t").das("T", "C").set("t")});
+  EXPECT_THAT(import(R"(<All><Schema name="S"><C>a</C></Schema><Schema name="T"><C>b</C></Schema></All>)"),
+              ElementsAre(R"(set s("a", ""))", R"(set t("b", ""))"));
 }
 
 TEST_F(ReplyParser, AppliesAValueBeforeItsIndexToTheRowBefore)

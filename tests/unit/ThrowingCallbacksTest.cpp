@@ -1,4 +1,6 @@
 // Callbacks and services that throw: the caller gets the exception, and the manager is ready for what comes next.
+#include <ctime>
+
 #include "ManagerTest.h"
 
 namespace
@@ -67,6 +69,17 @@ protected:
          {&context.hook, &das.hook, &interfaces.hook, &store.hook, &securityLog.hook, &validator.hook})
       *hook = nullptr;
     das.replies.clear();
+  }
+
+  /// Resets the user data, whose reply flags the group of the item in it.
+  void importInside()
+  {
+    setter("a").hook = nullptr;
+    setter("g").hook = nullptr;
+    validator.hook = nullptr;
+    das.replies = {readReply("Snmp", "<G>v</G>")};
+    EXPECT_TRUE(manager.setDefaultUserData());
+    EXPECT_THAT(access.groups, ::testing::SizeIs(1));
   }
 
   bool set()
@@ -170,6 +183,23 @@ TEST_F(ThrowingCallbacks, AReplyIsAppliedNoFurtherThanToTheSetterThatThrows)
   EXPECT_THAT(recording::traceOf("log 2 parser error"), IsEmpty()) << "the stopped parser is no malformed reply";
 }
 
+TEST_F(ThrowingCallbacks, AReplyIsReadNoFurtherThanToTheSetterThatThrows)
+{
+  setter("a").hook = throwIt;
+  std::string much = "<Context";
+  for (int attribute = 0; attribute < 20000; ++attribute)
+    much += " a" + std::to_string(attribute) + "=''";
+  much += "/>";
+  const auto time = [&](const std::string& reply)
+  {
+    const std::clock_t begun = std::clock();
+    EXPECT_THROW(access.parseXMLDasReply(reply, true, nullptr), Thrown);
+    return std::clock() - begun;
+  };
+  const std::clock_t whole = time(readReply("Snmp", much + "<A>v</A>"));
+  EXPECT_LT(time(readReply("Snmp", "<A>v</A>" + much)), whole / 2);
+}
+
 TEST_F(ThrowingCallbacks, AStartCanBeRepeatedAfterTheStoreThrew)
 {
   store.hook = throwIt;
@@ -236,6 +266,19 @@ TEST_F(ThrowingCallbacks, ASetterThatThrowsInAStartMakesTheValidatorForgetItsGro
   manager.setStartup(false);
   setter("g").hook = throwIt;
   EXPECT_THAT(traced([&] { EXPECT_THROW(manager.initialise(""), Thrown); }), Contains(R"(clearGroup("grp"))"));
+}
+
+TEST_F(ThrowingCallbacks, ASetterThatThrowsInAResetMakesTheValidatorForgetItsGroup)
+{
+  setter("g").hook = throwIt;
+  EXPECT_THAT(traced([&] { EXPECT_THROW(manager.setDefaultUserData(), Thrown); }), Contains(R"(clearGroup("grp"))"));
+}
+
+TEST_F(ThrowingCallbacks, WhatTheValidatorFlagsWhileItForgetsIsForgottenAsWell)
+{
+  setter("a").hook = throwIt;
+  setter("g").hook = [&] { validator.hook = [&] { importInside(); }; };
+  expectClean([&] { manager.setData(*request({{"g", "1"}, {"a", "2"}})); });
 }
 
 TEST_F(ThrowingCallbacks, AValidatorThatThrowsAgainIsAskedForEveryGroupAllTheSame)
