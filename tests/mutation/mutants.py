@@ -27,8 +27,8 @@ SWAPS = {
 }
 # Between spaces these are operators; elsewhere they belong to templates, pointers and signs.
 SPACED = {"<", ">", "+", "-"}
-# Says something to the compiler's analysis alone.
-TOLD = re.compile(r"\blockIsHeld\(\);$")
+# Says something to the compiler's analysis alone: nothing happens there, so that it may be anywhere or nowhere.
+TOLD = re.compile(r"^(\w+(->|\.))?lockIsHeld\(\);$")
 CALL = re.compile(r"^[\w:.>\[\]*-]+(<[\w:]*>)?\(.*\)$", re.DOTALL)
 NO_STATEMENT = ("case", "default", "public", "private", "protected", "using", "friend", "static_assert", "#", "typedef",
                 "template", "class", "struct", "enum", "namespace", "extern")
@@ -179,12 +179,12 @@ def _statements(source):
     previous = None
     for first, last in _simple_statements(source):
         begin, end = source.span(first, last)
-        if (source.tokens[first][1] != "return" or last == first + 1) and not TOLD.search(source.text[begin:end]):
+        if (source.tokens[first][1] != "return" or last == first + 1) and not TOLD.match(source.text[begin:end]):
             yield begin, end, ";", "statement"
         if previous is not None and previous[1] + 1 == first:
             one = source.text[slice(*source.span(*previous))]
             two = source.text[begin:end]
-            if CALL.match(one[:-1]) and CALL.match(two[:-1]):
+            if CALL.match(one[:-1]) and CALL.match(two[:-1]) and not TOLD.match(one) and not TOLD.match(two):
                 yield source.tokens[previous[0]][2], end, two + " " + one, "order"
         previous = first, last
 
