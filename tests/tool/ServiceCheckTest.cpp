@@ -36,7 +36,8 @@ protected:
     const std::filesystem::path map = folder / "map.csv";
     std::ofstream(map) << lines;
     std::vector<std::string> found;
-    for (const ServiceFinding& each : checkService(SERVICES "/" + service + ".so", map, std::chrono::seconds(patience)))
+    for (const ServiceFinding& each :
+         checkService(SERVICES "/" + service + ".so", map, progress, std::chrono::seconds(patience)))
     {
       EXPECT_NE(check::findRule(each.rule), nullptr) << each.rule << " is told by nobody";
       found.push_back(each.rootId + " " + each.rule);
@@ -59,6 +60,7 @@ protected:
 
   std::filesystem::path folder;
   std::string texts;
+  Progress progress{"trying a service"};
 };
 
 using Found = std::vector<std::string>;
@@ -67,7 +69,7 @@ using Found = std::vector<std::string>;
 
 TEST_F(ServiceCheckTest, HasNothingToSayOfTheSample)
 {
-  const auto findings = checkService(SAMPLE_SERVICE, SAMPLE_MAP);
+  const auto findings = checkService(SAMPLE_SERVICE, SAMPLE_MAP, progress);
   EXPECT_TRUE(findings.empty()) << findings.front().rootId << " " << findings.front().rule << ": "
                                 << findings.front().text;
 }

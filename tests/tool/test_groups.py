@@ -68,6 +68,48 @@ class Groups(ProgramTest):
                        "--set", "sip.userName=bad name")
         self.assertNotIn("hunter2", run.out + run.err)
 
+    def of_lamp(self, service, *arguments):
+        """Of a lamp that does not like 42, and whose setter of keys is indifferent to it."""
+        lamp = os.path.join(self.folder, "Lamp.csv")
+        with open(lamp, "w") as file:
+            file.write("lamp.level,Lamp,Level,,,1,setLevel,getLevel,,Lamp,,\n"
+                       "lamp.hue,Lamp,Hue,,,,setKey,,,Lamp,,\n")
+        return self.sdm("groups", "--service", os.path.join(os.environ["SERVICES"], service + ".so"), "--map", lamp,
+                        "--permute", *arguments)
+
+    def test_a_service_that_ends_its_process_is_told_and_the_rest_is_tried(self):
+        run = self.of_lamp("DyingLamp", "--set", "lamp.level=42", "--set", "lamp.level=7")
+        self.assertEqual((run.code, run.err), (1, ""))
+        self.assertEqual(run.lines(), ["Lamp: 2 items, 3 changes in 2 orders: 1 of them end the service",
+                                       "  set lamp.level 42 lamp.hue \"\"",
+                                       "    2 orders, such as lamp.level, lamp.hue",
+                                       "      crash: the service was ended by a signal (Aborted)"])
+        told = json.loads(self.of_lamp("DyingLamp", "--set", "lamp.level=42", "--json").out)["groups"][0]
+        self.assertEqual(told["differences"], [])
+        self.assertEqual([each["change"] for each in told["crashes"]], [{"lamp.level": "42", "lamp.hue": ""}])
+
+    def test_a_service_that_leaves_is_told_as_well(self):
+        run = self.of_lamp("LeavingLamp", "--set", "lamp.level=42")
+        self.assertIn("crash: the service ended the process\n", run.out)
+        self.assertEqual(run.code, 1)
+
+    def test_a_service_that_does_not_come_back_is_not_waited_for(self):
+        run = self.of_lamp("StuckLamp", "--set", "lamp.level=42", "--timeout", "1")
+        self.assertIn("crash: nothing more within 1 s\n", run.out)
+        self.assertEqual(run.code, 1)
+
+    def test_what_the_service_prints_is_not_among_the_results(self):
+        self.assertEqual(json.loads(self.of_lamp("TalkingLamp", "--json").out)["groups"][0]["crashes"], [])
+
+    def test_a_service_that_does_not_start_is_not_tried(self):
+        with open(self.map, "w") as file:
+            file.write("lamp.level,Lamp,Level,,,42,setLevel,getLevel,,Lamp,,\n"
+                       "lamp.hue,Lamp,Hue,,,,setKey,,,Lamp,,\n")
+        run = self.sdm("groups", "--service", os.path.join(os.environ["SERVICES"], "DyingLamp.so"), "--map", self.map,
+                       "--permute")
+        self.assertEqual((run.code, run.out, run.err),
+                         (3, "", "sdm: the service does not start: the service was ended by a signal (Aborted)\n"))
+
     def test_leaves_nothing_behind(self):
         temporary = os.path.join(self.folder, "tmp")
         os.mkdir(temporary)

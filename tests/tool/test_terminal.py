@@ -140,6 +140,14 @@ class Terminal(ProgramTest):
         self.type("\x04", "\n")
         self.assertEqual(self.exit_code(), 0)
 
+    def test_tells_whoever_waits_for_a_command(self):
+        self.type("fault das slow 2300\r", "fault off")
+        self.read_until("sdm> ")
+        shown = self.type("set time.zone Europe/Rome\r", "time.zone = Europe/Rome")
+        self.assertIn("set … 1 s", shown)
+        self.assertIn("set … 2 s", shown)
+        self.assertEqual(shown.count("\r\x1b[K"), 1, "the result stands where the progress was")
+
     def test_asks_for_a_secret_without_showing_it(self):
         self.type("set sip.userName anna sip.password\r", "not shown")
         self.type("opensesame42\r", "sip.password = *****")

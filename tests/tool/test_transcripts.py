@@ -1,13 +1,11 @@
 """`sdm test`: all transcripts of a folder, in three forms, and what never ran."""
 import json
 import os
-import pty
 import shutil
-import subprocess
 import unittest
 import xml.etree.ElementTree
 
-from program import SDM, ProgramTest
+from program import ProgramTest
 
 SERVICES = os.environ["SERVICES"]
 MAP = ("lamp.level,Lamp,Level,,,7,setLevel,getLevel,,,,\nlamp.key,Lamp,Key,,,,setKey,,,,,true\n"
@@ -120,17 +118,6 @@ class Transcripts(ProgramTest):
         self.assertEqual((run.code, len(run.lines())), (3, 3))
         self.assertTrue(run.lines()[2].startswith("Bail out! the service "), run.out)
         self.assertIn("cannot be loaded: No such file or directory", run.err)
-
-    def test_progress_is_for_terminals(self):
-        self.record_two()
-        screen, own = pty.openpty()
-        done = subprocess.run([SDM, "test", self.tests, "--service", service("Lamp"), "--map", self.map],
-                              stdout=subprocess.PIPE, stderr=own, timeout=60)
-        os.close(own)
-        shown = os.read(screen, 10000)
-        os.close(screen)
-        self.assertIn(b"1 of 2: a-read.jsonl", shown)
-        self.assertEqual(done.returncode, 0)
 
 
 if __name__ == "__main__":

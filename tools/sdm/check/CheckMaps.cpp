@@ -2,11 +2,11 @@
 #include "check/Check.h"
 
 #include <algorithm>
-#include <chrono>
 #include <iostream>
 #include <unistd.h>
 #include <utility>
 
+#include "Progress.h"
 #include "Shown.h"
 #include "StartError.h"
 #include "Style.h"
@@ -36,45 +36,6 @@ std::size_t Result::items() const
 namespace
 {
 
-/// A line on the terminal for whoever waits for more than a second.
-class ProgressLine
-{
-public:
-  explicit ProgressLine(std::string what) : name(std::move(what)), visible(isatty(STDERR_FILENO) != 0)
-  {
-  }
-  ~ProgressLine()
-  {
-    if (told)
-      std::cerr << "\r\x1b[K" << std::flush;
-  }
-  ProgressLine(const ProgressLine&) = delete;
-  ProgressLine& operator=(const ProgressLine&) = delete;
-
-  void operator()(double done)
-  {
-    if (!visible || std::chrono::steady_clock::now() - began < std::chrono::seconds(1))
-      return;
-    told = true;
-    std::cerr << "\r\x1b[Kchecking " << shown(name) << ": " << static_cast<int>(done * 100) << " %" << std::flush;
-  }
-
-  /// That may take long, and tells nothing on its way.
-  void tries(const std::filesystem::path& service)
-  {
-    if (!visible)
-      return;
-    told = true;
-    std::cerr << "\r\x1b[Ktrying " << shown(service.string()) << " with " << shown(name) << std::flush;
-  }
-
-private:
-  std::string name;
-  bool visible;
-  bool told = false;
-  std::chrono::steady_clock::time_point began = std::chrono::steady_clock::now();
-};
-
 std::vector<const Rule*> rulesBut(const std::vector<std::string>& ignored)
 {
   std::vector<const Rule*> rules;
@@ -93,9 +54,11 @@ void mendFile(Result& result, const std::vector<const Rule*>& rules)
   result.map = std::make_unique<MapText>(result.path, std::move(made.content));
 }
 
-void tryService(Result& result, const std::filesystem::path& service, const std::vector<const Rule*>& rules)
+void tryService(Result& result, const std::filesystem::path& service, const std::vector<const Rule*>& rules,
+                Progress& progress)
 {
-  for (Finding& finding : serviceFindings(*result.map, service, rules))
+  progress.tell("trying " + shown(service.string()) + " with " + shown(result.path));
+  for (Finding& finding : serviceFindings(*result.map, service, rules, progress))
     result.findings.push_back(std::move(finding));
   sortByPlace(result.findings);
 }
@@ -106,7 +69,7 @@ Result checkMap(const std::string& path, const CheckSettings& settings, const st
   result.path = path;
   try
   {
-    ProgressLine progress(path);
+    Progress progress("checking " + shown(path));
     result.map = std::make_unique<MapText>(path, readMap(path));
     try
     {
@@ -117,12 +80,12 @@ Result checkMap(const std::string& path, const CheckSettings& settings, const st
     {
       result.failure = error.what();
     }
-    result.findings = findingsOf(*result.map, rules, [&](double done) { progress(done); });
+    result.findings = findingsOf(
+        *result.map, rules,
+        [&](double done)
+        { progress.tell("checking " + shown(path) + ": " + std::to_string(static_cast<int>(done * 100)) + " %"); });
     if (settings.service && result.items() > 0)
-    {
-      progress.tries(*settings.service);
-      tryService(result, *settings.service, rules);
-    }
+      tryService(result, *settings.service, rules, progress);
   }
   catch (const StartError& error)
   {

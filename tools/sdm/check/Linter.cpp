@@ -81,7 +81,8 @@ void sortByPlace(std::vector<Finding>& findings)
                    [](const Finding& lhs, const Finding& rhs) { return lhs.place.begin < rhs.place.begin; });
 }
 
-std::vector<Finding> findingsOf(const MapText& map, const std::vector<const Rule*>& rules, const Progress& progress)
+std::vector<Finding> findingsOf(const MapText& map, const std::vector<const Rule*>& rules,
+                                const std::function<void(double)>& progress)
 {
   std::vector<Finding> findings;
   const bool unreadable = isUtf16(map);

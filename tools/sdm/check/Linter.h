@@ -10,12 +10,9 @@
 namespace cli::check
 {
 
-/// Hears how much is done, from 0 to 1, after each rule.
-using Progress = std::function<void(double)>;
-
-/// What the rules find, in the order of the file.
+/// What the rules find, in the order of the file. `progress` hears how much is done, from 0 to 1, after each rule.
 std::vector<Finding> findingsOf(const MapText& map, const std::vector<const Rule*>& rules,
-                                const Progress& progress = nullptr);
+                                const std::function<void(double)>& progress = nullptr);
 
 /// In the order of the file; those of one place stay as they are.
 void sortByPlace(std::vector<Finding>& findings);

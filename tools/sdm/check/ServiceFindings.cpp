@@ -56,7 +56,7 @@ Span placeOf(const MapText& map, const ServiceFinding& found)
 } // namespace
 
 std::vector<Finding> serviceFindings(const MapText& map, const std::filesystem::path& service,
-                                     const std::vector<const Rule*>& rules)
+                                     const std::vector<const Rule*>& rules, Progress& progress)
 {
   // A map may come through a pipe.
   const ScratchFolder scratch("check");
@@ -65,7 +65,7 @@ std::vector<Finding> serviceFindings(const MapText& map, const std::filesystem::
            .write(map.bytes().data(), static_cast<std::streamsize>(map.bytes().size())))
     throw StartError("the item map " + map.path() + " cannot be copied to " + copy.string() + "; make room there");
   std::vector<Finding> findings;
-  for (const ServiceFinding& found : checkService(service, copy))
+  for (const ServiceFinding& found : checkService(service, copy, progress))
   {
     const auto rule =
         std::find_if(rules.begin(), rules.end(), [&](const Rule* each) { return found.rule == each->id; });

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <vector>
 
+#include "Progress.h"
 #include "check/Finding.h"
 
 namespace cli::check
@@ -13,6 +14,6 @@ namespace cli::check
 /// service as a whole is at the beginning of the file. Throws `StartError` when the service cannot be loaded. To be
 /// called while the process has one thread.
 std::vector<Finding> serviceFindings(const MapText& map, const std::filesystem::path& service,
-                                     const std::vector<const Rule*>& rules);
+                                     const std::vector<const Rule*>& rules, Progress& progress);
 
 } // namespace cli::check

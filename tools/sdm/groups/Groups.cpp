@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <functional>
 #include <iostream>
 #include <memory>
 #include <nlohmann/json.hpp>
@@ -19,7 +18,7 @@
 #include "StartError.h"
 #include "Style.h"
 #include "Suggestion.h"
-#include "groups/Permutation.h"
+#include "groups/GroupReport.h"
 #include "service/LoadedService.h"
 
 namespace cli
@@ -32,10 +31,11 @@ using Json = nlohmann::ordered_json;
 constexpr const char* footer =
     "Without --permute the groups are listed. With it, changes of each group are requested in every order of its "
     "items\n"
-    "(120 orders for more than five), each on a device of its own that is as a first start left it.\n\n"
+    "(120 orders for more than five), each on a device of its own that is as a first start left it, in a process of\n"
+    "its own.\n\n"
     "Exit codes:\n"
     "  0  done; with --permute, no order matters\n"
-    "  1  an order matters\n"
+    "  1  an order matters, a request ends the service or does not come back, or output was lost\n"
     "  2  wrong usage of the command line\n"
     "  3  the service cannot be brought up, or the map not be read\n";
 
@@ -45,202 +45,11 @@ struct GroupsSettings
   std::optional<std::filesystem::path> service;
   std::optional<std::filesystem::path> map;
   std::vector<std::string> values;
+  /// For one start of the service with a request.
+  std::chrono::seconds patience{60};
   bool permute = false;
   bool json = false;
 };
-
-/// Orders that come to the same.
-struct Alike
-{
-  RequestOutcome outcome;
-  std::vector<std::size_t> firstOrder;
-  std::size_t orders = 0;
-};
-
-/// A change whose orders come to different outcomes.
-struct Difference
-{
-  GroupChange change;
-  std::vector<Alike> outcomes;
-};
-
-struct GroupReport
-{
-  const GroupOfItems* group;
-  std::size_t changes = 0;
-  std::size_t orders = 0;
-  std::vector<Difference> differences;
-};
-
-/// Tells on a terminal how far a long trial is.
-class Progress
-{
-public:
-  void step(const std::string& group, std::size_t number, std::size_t all)
-  {
-    if (::isatty(STDERR_FILENO) == 0 || std::chrono::steady_clock::now() - began < std::chrono::seconds(1))
-      return;
-    std::cerr << "\r\x1b[K" << shown(group) << ": " << number << " of " << all << " requests" << std::flush;
-    told = true;
-  }
-  ~Progress()
-  {
-    if (told)
-      std::cerr << "\r\x1b[K" << std::flush;
-  }
-
-private:
-  const std::chrono::steady_clock::time_point began = std::chrono::steady_clock::now();
-  bool told = false;
-};
-
-std::vector<Alike> tryChange(const PermutationTrial& trial, const GroupOfItems& group, const GroupChange& change,
-                             const std::function<void()>& step)
-{
-  std::vector<Alike> found;
-  for (const auto& order : ordersOf(group.members.size()))
-  {
-    step();
-    const RequestOutcome outcome = trial.run(group, change, order);
-    auto same = std::find_if(found.begin(), found.end(), [&](const Alike& each) { return each.outcome == outcome; });
-    if (same == found.end())
-      same = found.insert(found.end(), {outcome, order, 0});
-    ++same->orders;
-  }
-  return found;
-}
-
-GroupReport tryGroup(const PermutationTrial& trial, const GroupOfItems& group, const std::vector<GroupChange>& changes)
-{
-  GroupReport report{&group, changes.size(), ordersOf(group.members.size()).size(), {}};
-  Progress progress;
-  std::size_t number = 0;
-  for (const GroupChange& change : changes)
-  {
-    auto outcomes =
-        tryChange(trial, group, change, [&] { progress.step(group.name, ++number, report.changes * report.orders); });
-    if (outcomes.size() > 1)
-      report.differences.push_back({change, std::move(outcomes)});
-  }
-  return report;
-}
-
-/// The item that a line of an outcome is about, or null.
-const MapItem* itemOf(const GroupOfItems& group, const std::string& subject)
-{
-  const std::string rootId = subject.substr(0, subject.rfind(' '));
-  const auto found = std::find_if(group.members.begin(), group.members.end(),
-                                  [&](const MapItem* member) { return member->rootId == rootId; });
-  return found == group.members.end() ? nullptr : *found;
-}
-
-std::string masked(const GroupOfItems& group, const Masking& masking, const std::string& subject,
-                   const std::string& text)
-{
-  const MapItem* item = itemOf(group, subject);
-  return item != nullptr && masking.isSecret(*item) ? Masking::mask : text;
-}
-
-/// What not all outcomes have in common, in the words of one of them.
-std::vector<std::pair<std::string, std::string>> peculiar(const Difference& difference, const RequestOutcome& outcome)
-{
-  std::map<std::string, std::string> subjects;
-  for (const Alike& each : difference.outcomes)
-  {
-    for (const auto& [subject, text] : each.outcome)
-      subjects.emplace(subject, "");
-  }
-  std::vector<std::pair<std::string, std::string>> lines;
-  for (const auto& [subject, nothing] : subjects)
-  {
-    const auto textIn = [&name = subject](const RequestOutcome& one)
-    {
-      const auto found = one.find(name);
-      return found == one.end() ? std::optional<std::string>() : found->second;
-    };
-    const bool common = std::all_of(difference.outcomes.begin(), difference.outcomes.end(),
-                                    [&](const Alike& each) { return textIn(each.outcome) == textIn(outcome); });
-    if (!common)
-      lines.emplace_back(subject, textIn(outcome).value_or("(nothing)"));
-  }
-  return lines;
-}
-
-std::string orderText(const GroupOfItems& group, const std::vector<std::size_t>& order)
-{
-  std::string text;
-  for (const std::size_t place : order)
-    text += (text.empty() ? "" : ", ") + shown(group.members[place]->rootId);
-  return text;
-}
-
-std::string counted(std::size_t count, const char* what)
-{
-  return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
-}
-
-void print(const GroupReport& report, const Masking& masking, const Style& style)
-{
-  const GroupOfItems& group = *report.group;
-  std::cout << style.strong(shown(group.name)) << ": " << counted(group.members.size(), "item") << ", "
-            << counted(report.changes, "change") << " in " << counted(report.orders, "order") << ": "
-            << (report.differences.empty()
-                    ? style.good("no order matters")
-                    : style.bad("the order matters to " + std::to_string(report.differences.size())))
-            << "\n";
-  for (const Difference& difference : report.differences)
-  {
-    std::string values;
-    for (std::size_t i = 0; i < group.members.size(); ++i)
-      values += " " + shown(group.members[i]->rootId) + " " + masking.value(*group.members[i], difference.change[i]);
-    std::cout << "  set" << values << "\n";
-    for (const Alike& alike : difference.outcomes)
-    {
-      std::cout << "    " << alike.orders << (alike.orders == 1 ? " order: " : " orders, such as ")
-                << orderText(group, alike.firstOrder) << "\n";
-      for (const auto& [subject, text] : peculiar(difference, alike.outcome))
-        std::cout << "      " << shown(subject) << ": " << shown(masked(group, masking, subject, text)) << "\n";
-    }
-  }
-}
-
-Json namesIn(const GroupOfItems& group, const std::vector<std::size_t>& order)
-{
-  Json names = Json::array();
-  for (const std::size_t place : order)
-    names.push_back(group.members[place]->rootId);
-  return names;
-}
-
-Json jsonOf(const GroupOfItems& group, const Difference& difference, const Masking& masking)
-{
-  Json change = Json::object();
-  for (std::size_t i = 0; i < group.members.size(); ++i)
-    change[group.members[i]->rootId] =
-        masking.isSecret(*group.members[i]) ? std::string(Masking::mask) : difference.change[i];
-  Json outcomes = Json::array();
-  for (const Alike& alike : difference.outcomes)
-  {
-    Json outcome = Json::object();
-    for (const auto& [subject, text] : alike.outcome)
-      outcome[subject] = masked(group, masking, subject, text);
-    outcomes.push_back({{"orders", alike.orders}, {"order", namesIn(group, alike.firstOrder)}, {"outcome", outcome}});
-  }
-  return {{"change", change}, {"outcomes", outcomes}};
-}
-
-Json jsonOf(const GroupReport& report, const Masking& masking)
-{
-  Json differences = Json::array();
-  for (const Difference& difference : report.differences)
-    differences.push_back(jsonOf(*report.group, difference, masking));
-  std::vector<std::size_t> all = ordersOf(report.group->members.size()).front();
-  return {{"group", report.group->name},
-          {"items", namesIn(*report.group, all)},
-          {"changes", report.changes},
-          {"orders", report.orders},
-          {"differences", differences}};
-}
 
 void write(const Json& document)
 {
@@ -294,10 +103,13 @@ ExitCode listGroups(const std::vector<GroupOfItems>& groups, bool asJson)
   Json document = Json::array();
   for (const GroupOfItems& group : groups)
   {
-    std::vector<std::size_t> all = ordersOf(group.members.size()).front();
-    document.push_back({{"group", group.name}, {"items", namesIn(group, all)}});
+    const auto names = namesIn(group, ordersOf(group.members.size()).front());
+    document.push_back({{"group", group.name}, {"items", names}});
+    std::string line;
+    for (const std::string& name : names)
+      line += (line.empty() ? "" : ", ") + shown(name);
     if (!asJson)
-      std::cout << shown(group.name) << ": " << orderText(group, all) << "\n";
+      std::cout << shown(group.name) << ": " << line << "\n";
   }
   if (asJson)
     write({{"groups", document}});
@@ -310,21 +122,23 @@ ExitCode permute(const GroupsSettings& settings, const std::filesystem::path& se
   const MoreValues more = givenValues(items, settings.values);
   const Masking masking(items);
   const ScratchFolder scratch("groups");
-  const PermutationTrial trial(service, map, scratch.path());
+  Progress progress("starting the service");
+  const PermutationTrial trial(service, map, scratch.path(), settings.patience, progress);
   const auto current = trial.currentValues(items);
   Json document = Json::array();
-  bool matters = false;
+  bool good = true;
   for (const GroupOfItems& group : groups)
   {
-    const GroupReport report = tryGroup(trial, group, changesOf(group, more, current));
-    matters = matters || !report.differences.empty();
+    const GroupReport report = tryGroup(trial, group, changesOf(group, more, current), progress);
+    good = good && report.isGood();
     document.push_back(jsonOf(report, masking));
+    progress.clear();
     if (!settings.json)
-      print(report, masking, Style(wantsColours(STDOUT_FILENO)));
+      printReport(report, masking, Style(wantsColours(STDOUT_FILENO)));
   }
   if (settings.json)
     write({{"groups", document}});
-  return matters ? exitRefused : exitDone;
+  return good ? exitDone : exitRefused;
 }
 
 ExitCode runGroups(const GroupsSettings& settings)
@@ -357,6 +171,12 @@ Action addGroups(CLI::App& app)
   app.add_option("--set", settings->values, "A value to try beside the defaults, may be given again and again")
       ->type_name("ID=VALUE")
       ->allow_extra_args(false);
+  app.add_option_function<unsigned>(
+         "--timeout", [settings](unsigned seconds) { settings->patience = std::chrono::seconds(seconds); },
+         "Seconds after which a request that does not come back counts as one that ends the service")
+      ->type_name("S")
+      ->check(CLI::Range(1, 86400))
+      ->default_str(std::to_string(settings->patience.count()));
   app.add_flag("--json", settings->json, "Write one JSON document");
   app.footer(footer);
   return [settings] { return runGroups(*settings); };

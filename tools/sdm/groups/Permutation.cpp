@@ -4,8 +4,11 @@
 #include <ManageableData.h>
 
 #include <exception>
+#include <nlohmann/json.hpp>
 #include <optional>
 
+#include "OwnProcess.h"
+#include "StartError.h"
 #include "host/ManageableData.h"
 #include "run/RunningDevice.h"
 
@@ -14,24 +17,15 @@ namespace cli
 namespace
 {
 
-/// Leaves the working folder as it was, since a running device makes its own folder the one.
-class SameWorkingFolder
-{
-public:
-  SameWorkingFolder() : folder(std::filesystem::current_path())
-  {
-  }
-  ~SameWorkingFolder()
-  {
-    std::error_code ignored;
-    std::filesystem::current_path(folder, ignored);
-  }
-  SameWorkingFolder(const SameWorkingFolder&) = delete;
-  SameWorkingFolder& operator=(const SameWorkingFolder&) = delete;
+constexpr const char* crash = "crash";
+const std::string live = " live";
 
-private:
-  std::filesystem::path folder;
-};
+/// A service that does not even start cannot be tried.
+void throwCrash(const RequestOutcome& outcome)
+{
+  if (const auto found = outcome.find(crash); found != outcome.end())
+    throw StartError("the service does not start: " + found->second);
+}
 
 RunSettings settingsFor(const std::filesystem::path& service, const std::filesystem::path& map,
                         const std::filesystem::path& folder)
@@ -54,8 +48,8 @@ std::optional<std::string> liveValue(RunningDevice& device, const MapItem& item)
 
 void noteValues(RunningDevice& device, const MapItem& item, RequestOutcome& outcome)
 {
-  if (const auto live = liveValue(device, item))
-    outcome[item.rootId + " live"] = *live;
+  if (const auto value = liveValue(device, item))
+    outcome[item.rootId + live] = *value;
   auto cell = device.storedCell(item);
   std::string plain;
   if (cell && item.encrypted && DasCrypt::fromEncryptedText(*cell, plain))
@@ -81,44 +75,75 @@ void request(RunningDevice& device, ManageableData& data, RequestOutcome& outcom
 } // namespace
 
 PermutationTrial::PermutationTrial(const std::filesystem::path& itsService, const std::filesystem::path& itsMap,
-                                   const std::filesystem::path& itsScratch)
-    : service(itsService), map(itsMap), scratch(itsScratch)
+                                   const std::filesystem::path& itsScratch, std::chrono::seconds itsPatience,
+                                   Progress& itsProgress)
+    : service(itsService), map(itsMap), scratch(itsScratch), patience(itsPatience), progress(itsProgress)
 {
-  const SameWorkingFolder same;
-  const RunningDevice first(settingsFor(service, map, scratch / "first"));
+  const auto start = [this]
+  {
+    const RunningDevice first(settingsFor(service, map, scratch / "first"));
+    return RequestOutcome();
+  };
+  throwCrash(apart(start));
 }
 
 std::map<std::string, std::string> PermutationTrial::currentValues(const ItemTable& items) const
 {
-  const SameWorkingFolder same;
-  std::map<std::string, std::string> values;
-  RunningDevice device(settingsFor(service, map, scratch / "first"));
-  for (const MapItem& item : items.items())
+  const auto read = [&]
   {
-    if (item.group.empty())
-      continue;
-    if (const auto value = liveValue(device, item))
-      values[item.rootId] = *value;
-  }
+    std::map<std::string, std::string> values;
+    RunningDevice device(settingsFor(service, map, scratch / "first"));
+    for (const MapItem& item : items.items())
+    {
+      const auto value = item.group.empty() ? std::nullopt : liveValue(device, item);
+      if (value)
+        values[item.rootId + live] = *value;
+    }
+    return values;
+  };
+  const auto told = apart(read);
+  throwCrash(told);
+  std::map<std::string, std::string> values;
+  for (const auto& [subject, value] : told)
+    values[subject.substr(0, subject.size() - live.size())] = value;
   return values;
 }
 
 RequestOutcome PermutationTrial::run(const GroupOfItems& group, const GroupChange& change,
                                      const std::vector<std::size_t>& order) const
 {
-  const SameWorkingFolder same;
   const std::filesystem::path folder = scratch / "trial";
   std::filesystem::remove_all(folder);
   std::filesystem::copy(scratch / "first", folder, std::filesystem::copy_options::recursive);
-  RunningDevice device(settingsFor(service, map, folder));
-  ManageableData data;
-  for (const std::size_t place : order)
-    data.populate(group.members[place]->rootId, group.members[place]->rootId, change[place]);
-  RequestOutcome outcome;
-  request(device, data, outcome);
-  for (const MapItem* member : group.members)
-    noteValues(device, *member, outcome);
-  return outcome;
+  const auto set = [&]
+  {
+    RunningDevice device(settingsFor(service, map, folder));
+    ManageableData data;
+    for (const std::size_t place : order)
+      data.populate(group.members[place]->rootId, group.members[place]->rootId, change[place]);
+    RequestOutcome outcome;
+    request(device, data, outcome);
+    for (const MapItem* member : group.members)
+      noteValues(device, *member, outcome);
+    return outcome;
+  };
+  return apart(set);
+}
+
+std::map<std::string, std::string>
+PermutationTrial::apart(const std::function<std::map<std::string, std::string>()>& work) const
+{
+  using Json = nlohmann::json;
+  // A form that takes values of any bytes.
+  const auto packed = [&]
+  {
+    const auto bytes = Json::to_cbor(Json(work()));
+    return std::string(bytes.begin(), bytes.end());
+  };
+  const WorkDone done = inOwnProcess(packed, patience, progress);
+  if (!done.trouble.empty())
+    return {{crash, done.trouble}};
+  return Json::from_cbor(done.text).get<std::map<std::string, std::string>>();
 }
 
 } // namespace cli

@@ -1,14 +1,17 @@
 // What a request comes to in each order of its items.
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "ItemTable.h"
+#include "Progress.h"
 
 namespace cli
 {
@@ -41,16 +44,18 @@ std::vector<GroupChange> changesOf(const GroupOfItems& group, const MoreValues& 
 std::vector<std::vector<std::size_t>> ordersOf(std::size_t members);
 
 /// Everything that a request came to, by what it is about: "result", "group", "NAME refused", "NAME live",
-/// "NAME stored". Unmasked.
+/// "NAME stored", or "crash" alone when the service ended its process or never came back. Unmasked.
 using RequestOutcome = std::map<std::string, std::string>;
 
-/// Runs requests of a service, each on a device of its own that is as the service's first start left it.
+/// Runs requests of a service, each in a process and on a device of its own that is as the service's first start left
+/// it. To be used while this process has one thread.
 class PermutationTrial
 {
 public:
-  /// Brings the service up in `scratch`, an empty folder. Paths are absolute. Throws `StartError`.
+  /// Brings the service up in `scratch`, an empty folder. Paths are absolute. `patience` is for one start with a
+  /// request. Throws `StartError`.
   PermutationTrial(const std::filesystem::path& itsService, const std::filesystem::path& itsMap,
-                   const std::filesystem::path& itsScratch);
+                   const std::filesystem::path& itsScratch, std::chrono::seconds itsPatience, Progress& itsProgress);
 
   /// What the service has of these items after its first start.
   std::map<std::string, std::string> currentValues(const ItemTable& items) const;
@@ -58,9 +63,14 @@ public:
   RequestOutcome run(const GroupOfItems& group, const GroupChange& change, const std::vector<std::size_t>& order) const;
 
 private:
+  /// Texts by name that come out of a process of its own; with "crash" alone when that ended too early.
+  std::map<std::string, std::string> apart(const std::function<std::map<std::string, std::string>()>& work) const;
+
   std::filesystem::path service;
   std::filesystem::path map;
   std::filesystem::path scratch;
+  std::chrono::seconds patience;
+  Progress& progress;
 };
 
 } // namespace cli

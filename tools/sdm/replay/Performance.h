@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "Progress.h"
 #include "replay/StandIns.h"
 
 namespace cli::replay
@@ -33,6 +34,7 @@ struct Performance
 
 /// Runs the commands on a new device in a temporary folder. To be called while the process has one thread. Throws
 /// `StartError` when the device cannot be brought up.
-Performance perform(const record::Transcript& transcript, const StandIns& standIns, const ReplaySettings& settings);
+Performance perform(const record::Transcript& transcript, const StandIns& standIns, const ReplaySettings& settings,
+                    Progress& progress);
 
 } // namespace cli::replay

@@ -29,7 +29,7 @@ std::vector<std::string> notesOn(const record::Header& then, const record::Heade
 
 } // namespace
 
-Verdict rehearse(const record::Transcript& transcript, const ReplaySettings& settings)
+Verdict rehearse(const record::Transcript& transcript, const ReplaySettings& settings, Progress& progress)
 {
   StandIns standIns(transcript);
   Verdict verdict;
@@ -38,7 +38,7 @@ Verdict rehearse(const record::Transcript& transcript, const ReplaySettings& set
                                                             { return record::kindOf(event) == "command"; }));
   for (std::size_t run = 0; run < mostRuns; ++run)
   {
-    Performance performance = perform(transcript, standIns, settings);
+    Performance performance = perform(transcript, standIns, settings, progress);
     auto difference = compared(transcript, performance.transcript, performance.trouble);
     const std::size_t place = difference ? difference->event : transcript.events.size() + 1;
     // The run that came furthest tells most.

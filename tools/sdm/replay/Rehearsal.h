@@ -26,6 +26,6 @@ struct Verdict
 
 /// Runs the commands of the transcript, again with other stand-ins where the service judged them otherwise than the
 /// secrets. Throws `StartError` when the device cannot be brought up.
-Verdict rehearse(const record::Transcript& transcript, const ReplaySettings& settings);
+Verdict rehearse(const record::Transcript& transcript, const ReplaySettings& settings, Progress& progress);
 
 } // namespace cli::replay

@@ -93,7 +93,9 @@ Action addReplay(CLI::App& app)
   app.footer(footer);
   return [wanted]
   {
-    const Verdict verdict = replay::rehearse(record::readTranscript(wanted->file), wanted->settings);
+    Progress progress("running " + shown(wanted->file) + " again");
+    const Verdict verdict = replay::rehearse(record::readTranscript(wanted->file), wanted->settings, progress);
+    progress.clear();
     if (wanted->json)
       tellJson(*wanted, verdict);
     else

@@ -1,10 +1,13 @@
 #include <iostream>
+#include <memory>
+#include <sstream>
 #include <string>
 #include <unistd.h>
 
 #include "Commands.h"
 #include "Completion.h"
 #include "LineReader.h"
+#include "Progress.h"
 #include "Run.h"
 #include "Session.h"
 #include "Shown.h"
@@ -61,6 +64,35 @@ Outcome carryOutRecorded(Session& session, const std::string& line, record::Reco
   return outcome;
 }
 
+/// Keeps what goes to standard output until it goes, so that it comes behind the line that shows the progress.
+class HeldOutput
+{
+public:
+  HeldOutput() : real(std::cout.rdbuf(held.rdbuf()))
+  {
+  }
+  ~HeldOutput()
+  {
+    std::cout.rdbuf(real);
+    std::cout << held.str();
+  }
+  HeldOutput(const HeldOutput&) = delete;
+  HeldOutput& operator=(const HeldOutput&) = delete;
+
+private:
+  std::ostringstream held;
+  std::streambuf* real;
+};
+
+/// As `carryOutRecorded`, for somebody who waits at the terminal.
+Outcome carryOutWatched(Session& session, const std::string& line, record::Recorder* recorder)
+{
+  const Words words = splitWords(line);
+  const HeldOutput held;
+  const Waiting waiting(words.list.empty() ? "" : shown(words.list.front()));
+  return carryOutRecorded(session, line, recorder);
+}
+
 ExitCode takeCommands(Session& session, bool interactive, record::Recorder* recorder)
 {
   const auto reader = interactive ? makeTerminalReader("sdm> ", [&](const std::string& line)
@@ -73,16 +105,25 @@ ExitCode takeCommands(Session& session, bool interactive, record::Recorder* reco
       reader->keep(line);
     if (interactive && !askForSecret(*reader, session, line))
       continue;
-    if (carryOutRecorded(session, line, recorder) == Outcome::refused && !interactive)
+    if (interactive)
+      carryOutWatched(session, line, recorder);
+    else if (carryOutRecorded(session, line, recorder) == Outcome::refused)
       code = exitRefused;
     session.out.flush();
   }
   return code;
 }
 
+std::unique_ptr<RunningDevice> broughtUp(const RunSettings& settings, record::Recorder* recorder)
+{
+  const Waiting waiting("bringing the device up");
+  return std::make_unique<RunningDevice>(settings, recorder);
+}
+
 ExitCode runRecorded(const RunSettings& settings, record::Recorder* recorder)
 {
-  RunningDevice running(settings, recorder);
+  const auto device = broughtUp(settings, recorder);
+  RunningDevice& running = *device;
   Session session(running, std::cout, Style(wantsColours(STDOUT_FILENO)));
   if (const std::string warning = encryptionWarning(running); !warning.empty())
     std::cerr << "sdm: " << warning << "\n";

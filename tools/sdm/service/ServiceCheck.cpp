@@ -86,8 +86,9 @@ void send(int pipe, Message kind, const std::string& first = "", const std::stri
 class Trial
 {
 public:
-  Trial(const std::filesystem::path& service, const std::filesystem::path& map, std::chrono::seconds itsPatience)
-      : patience(itsPatience)
+  Trial(const std::filesystem::path& service, const std::filesystem::path& map, Progress& itsProgress,
+        std::chrono::seconds itsPatience)
+      : progress(itsProgress), patience(itsPatience)
   {
     std::array<int, 2> ends{};
     if (::pipe(ends.data()) != 0)
@@ -146,10 +147,7 @@ private:
     char* next = static_cast<char*>(bytes);
     while (count > 0)
     {
-      pollfd waiting{pipe, POLLIN, 0};
-      const int ready = ::poll(&waiting, 1, static_cast<int>(std::chrono::milliseconds(patience).count()));
-      if (ready < 0 && errno == EINTR)
-        continue;
+      const int ready = waitForMore();
       hangs = ready == 0;
       const ssize_t got = ready == 1 ? ::read(pipe, next, count) : -1;
       if (got <= 0)
@@ -158,6 +156,21 @@ private:
       count -= static_cast<std::size_t>(got);
     }
     return true;
+  }
+
+  /// As `poll`, with the progress shown in between.
+  int waitForMore()
+  {
+    const auto deadline = std::chrono::steady_clock::now() + patience;
+    while (true)
+    {
+      pollfd waiting{pipe, POLLIN, 0};
+      const int ready = ::poll(&waiting, 1, static_cast<int>(Progress::interval.count()));
+      progress.tick();
+      const bool goesOn = ready == 0 || (ready < 0 && errno == EINTR);
+      if (!goesOn || std::chrono::steady_clock::now() >= deadline)
+        return ready;
+    }
   }
 
   std::optional<Texts> readTexts()
@@ -205,6 +218,7 @@ private:
   }
 
   ScratchFolder scratch{"check"};
+  Progress& progress;
   std::chrono::seconds patience;
   pid_t child = -1;
   int pipe = -1;
@@ -216,9 +230,9 @@ private:
 } // namespace
 
 std::vector<ServiceFinding> checkService(const std::filesystem::path& service, const std::filesystem::path& map,
-                                         std::chrono::seconds patience)
+                                         Progress& progress, std::chrono::seconds patience)
 {
-  return Trial(service, map, patience).listen();
+  return Trial(service, map, progress, patience).listen();
 }
 
 } // namespace cli

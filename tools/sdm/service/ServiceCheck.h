@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "Progress.h"
+
 namespace cli
 {
 
@@ -35,6 +37,6 @@ struct ServiceFinding
 /// The service runs in a process of its own, whose standard output goes to standard error. To be called while the
 /// calling process has one thread. Throws `StartError` when the service cannot be loaded, or the map not be read.
 std::vector<ServiceFinding> checkService(const std::filesystem::path& service, const std::filesystem::path& map,
-                                         std::chrono::seconds patience = std::chrono::seconds(30));
+                                         Progress& progress, std::chrono::seconds patience = std::chrono::seconds(30));
 
 } // namespace cli

@@ -26,7 +26,8 @@ std::vector<std::filesystem::path> transcriptsIn(const std::filesystem::path& fo
   return files;
 }
 
-Result runTranscript(const std::filesystem::path& file, const replay::ReplaySettings& settings, Coverage& coverage)
+Result runTranscript(const std::filesystem::path& file, const replay::ReplaySettings& settings, Coverage& coverage,
+                     Progress& progress)
 {
   Result result;
   result.name = file.filename().string();
@@ -41,7 +42,7 @@ Result runTranscript(const std::filesystem::path& file, const replay::ReplaySett
     result.failure = error.what();
     return result;
   }
-  replay::Verdict verdict = replay::rehearse(transcript, settings);
+  replay::Verdict verdict = replay::rehearse(transcript, settings, progress);
   result.duration = std::chrono::steady_clock::now() - began;
   coverage.note(verdict.actual, verdict.map);
   result.difference = std::move(verdict.difference);

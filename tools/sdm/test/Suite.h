@@ -35,7 +35,8 @@ struct Result
 std::vector<std::filesystem::path> transcriptsIn(const std::filesystem::path& folder);
 
 /// Runs one, and notes in `coverage` what it reached. Throws `StartError` when the device cannot be brought up.
-Result runTranscript(const std::filesystem::path& file, const replay::ReplaySettings& settings, Coverage& coverage);
+Result runTranscript(const std::filesystem::path& file, const replay::ReplaySettings& settings, Coverage& coverage,
+                     Progress& progress);
 
 /// What is wrong, in a sentence; empty for what passed.
 std::string messageOf(const Result& result);

@@ -6,8 +6,8 @@
 #include <iostream>
 #include <map>
 #include <memory>
-#include <unistd.h>
 
+#include "Progress.h"
 #include "Shown.h"
 #include "StartError.h"
 #include "replay/Replay.h"
@@ -44,36 +44,6 @@ struct Wanted
   bool coverage = false;
 };
 
-/// A line on a terminal that tells where we are, and goes when it is out of date.
-class Progress
-{
-public:
-  explicit Progress(std::size_t tests) : all(tests), visible(::isatty(STDERR_FILENO) != 0)
-  {
-  }
-  ~Progress()
-  {
-    clear();
-  }
-  Progress(const Progress&) = delete;
-  Progress& operator=(const Progress&) = delete;
-
-  void tell(std::size_t number, const std::string& name) const
-  {
-    if (visible)
-      std::cerr << "\r" << number << " of " << all << ": " << shown(name) << "\x1b[K" << std::flush;
-  }
-  void clear() const
-  {
-    if (visible)
-      std::cerr << "\r\x1b[K" << std::flush;
-  }
-
-private:
-  const std::size_t all;
-  const bool visible;
-};
-
 void tellAll(const Wanted& wanted, const test::Told& told)
 {
   if (wanted.format == Format::tap)
@@ -88,17 +58,18 @@ ExitCode runTests(const Wanted& wanted)
 {
   const auto files = test::transcriptsIn(wanted.folder);
   const bool tap = wanted.format == Format::tap;
-  const Progress progress(files.size());
+  Progress progress("running transcripts");
   test::Coverage coverage;
   test::Told told = {wanted.folder, {}, {}};
   if (tap)
     test::tellTapPlan(std::cout, files.size());
   for (const std::filesystem::path& file : files)
   {
-    progress.tell(told.results.size() + 1, file.filename().string());
+    progress.tell(std::to_string(told.results.size() + 1) + " of " + std::to_string(files.size()) + ": " +
+                  shown(file.filename().string()));
     try
     {
-      told.results.push_back(test::runTranscript(file, wanted.settings, coverage));
+      told.results.push_back(test::runTranscript(file, wanted.settings, coverage, progress));
     }
     catch (const StartError& error)
     {
