@@ -1,6 +1,4 @@
 // Callbacks and services that throw: the caller gets the exception, and the manager is ready for what comes next.
-#include <ctime>
-
 #include "ManagerTest.h"
 
 namespace
@@ -181,23 +179,6 @@ TEST_F(ThrowingCallbacks, AReplyIsAppliedNoFurtherThanToTheSetterThatThrows)
   EXPECT_EQ(recording::traceOf(R"(set a("w")").size(), 1U);
   EXPECT_THAT(recording::traceOf(R"(set a("x")"), IsEmpty()) << "nothing more is applied after the exception";
   EXPECT_THAT(recording::traceOf("log 2 parser error"), IsEmpty()) << "the stopped parser is no malformed reply";
-}
-
-TEST_F(ThrowingCallbacks, AReplyIsReadNoFurtherThanToTheSetterThatThrows)
-{
-  setter("a").hook = throwIt;
-  std::string much = "<Context";
-  for (int attribute = 0; attribute < 20000; ++attribute)
-    much += " a" + std::to_string(attribute) + "=''";
-  much += "/>";
-  const auto time = [&](const std::string& reply)
-  {
-    const std::clock_t begun = std::clock();
-    EXPECT_THROW(access.parseXMLDasReply(reply, true, nullptr), Thrown);
-    return std::clock() - begun;
-  };
-  const std::clock_t whole = time(readReply("Snmp", much + "<A>v</A>"));
-  EXPECT_LT(time(readReply("Snmp", "<A>v</A>" + much)), whole / 2);
 }
 
 TEST_F(ThrowingCallbacks, AStartCanBeRepeatedAfterTheStoreThrew)
