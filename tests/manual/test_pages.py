@@ -11,6 +11,7 @@ PROGRAM = os.environ["SDM"]
 def plain(text):
     """A line of the page without its macros and escapes."""
     text = re.sub(r"\bFl \\?-?", lambda match: "--" if match.group(0).endswith("-") else "-", text)
+    text = re.sub(r"\bOo (.*?) Oc\b", r"[\1]", text)
     text = re.sub(r"\bOp Ar (.*)$", r"[\1]", text)
     text = re.sub(r"\b(Cm|Ar|It|Ev|Pa)\b ?", "", text)
     return text.replace(" ,", ",").strip()

@@ -292,8 +292,8 @@ class Mending(CheckTest):
 
     def test_standard_input_cannot_be_mended(self):
         run = self.sdm("check", "--fix", "-", script=MIXED)
-        self.assertEqual(run.code, 3)
-        self.assertIn("cannot be mended", run.err)
+        self.assertEqual(run.code, 2)
+        self.assertIn("--fix mends files, and - is none", run.err)
 
 
 class Documents(CheckTest):
@@ -346,6 +346,7 @@ class Documents(CheckTest):
         run = self.sdm("check", "--format", "sarif", "a map.csv")
         told = json.loads(run.out)
         self.assertEqual((told["version"], len(told["runs"]), run.code), ("2.1.0", 1, 1))
+        self.assertRegex(told["$schema"], r"sarif-schema-2\.1\.0\.json$")
         driver = told["runs"][0]["tool"]["driver"]
         self.assertEqual(driver["name"], "sdm check")
         self.assertEqual([rule["id"] for rule in driver["rules"]], [rule["id"] for rule in self.rules()])

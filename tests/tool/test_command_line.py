@@ -41,6 +41,15 @@ class CommandLine(ProgramTest):
             if hint:
                 self.assertIn("did you mean %s?" % hint, run.err)
 
+    def test_a_subcommand_that_is_not_there(self):
+        for arguments in (["chek"], ["chek", "map.csv"], ["chek", "--help"]):
+            run = self.sdm(*arguments)
+            self.assertEqual((run.code, run.out), (2, ""), arguments)
+            self.assertEqual(run.err.splitlines(), ["sdm: there is no subcommand chek", "did you mean check?",
+                                                    "Try `sdm --help`."])
+        self.assertEqual(self.sdm("nonsense").err.splitlines(),
+                         ["sdm: there is no subcommand nonsense", "Try `sdm --help`."])
+
     def test_a_missing_map_is_named(self):
         run = self.sdm("run", "--map", "nowhere.csv", "--device", self.device)
         self.assert_one_line(run, "item map", "nowhere.csv", "No such file", "--map")

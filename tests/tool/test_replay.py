@@ -104,7 +104,8 @@ class Replay(ProgramTest):
 
     def test_another_service_is_told(self):
         self.record("get time.zone")
-        self.assertIn("note recorded with the service CommsService, this is Lamp", self.replay_lamp("Lamp").out)
+        self.assertIn("note recorded with the service CommsService, this is Lamp; name another one "
+                      "with --service\n", self.replay_lamp("Lamp").out)
 
     def test_secrets_are_replaced_by_stand_ins(self):
         self.record("set sip.userName anna sip.password opensesame42", "set feature.unlockPin 12345",

@@ -48,15 +48,29 @@ std::vector<std::string> knownWords(const CLI::App& app, const CLI::App* chosen)
   return known;
 }
 
+ExitCode refuseSubcommand(const std::string& name)
+{
+  std::vector<std::string> known;
+  for (const Subcommand& each : subcommands())
+    known.emplace_back(each.name);
+  std::cerr << "sdm: there is no subcommand " << shownValue(name) << "\n"
+            << didYouMean(name, known, "\n") << "Try `sdm --help`.\n";
+  return exitUsage;
+}
+
 ExitCode explain(const CLI::App& app, const CLI::ParseError& error)
 {
-  if (error.get_exit_code() == 0)
+  const auto chosen = app.get_subcommands();
+  const std::vector<std::string> unknown = app.remaining(true);
+  // Help on what is not there is no help.
+  const bool lacksSubcommand = chosen.empty() && !unknown.empty() && unknown.front().front() != '-';
+  if (error.get_exit_code() == 0 && !lacksSubcommand)
   {
     app.exit(error);
     return exitDone;
   }
-  const auto chosen = app.get_subcommands();
-  const std::vector<std::string> unknown = app.remaining(true);
+  if (lacksSubcommand)
+    return refuseSubcommand(unknown.front());
   if (unknown.empty())
     std::cerr << "sdm: " << shown(error.what()) << "\n";
   for (const std::string& word : unknown)

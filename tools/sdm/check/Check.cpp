@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <iostream>
 #include <map>
 #include <memory>
@@ -54,12 +55,17 @@ ExitCode carryOut(const Wanted& wanted)
   if (wanted.lists || (wanted.explains && wanted.explained.empty()))
     check::listRules(wanted.check.format);
   else if (wanted.explains)
-    check::explainRule(*check::findRule(wanted.explained));
+    check::explainRule(*check::findRule(wanted.explained), wanted.check.format);
   if (wanted.lists || wanted.explains)
     return exitDone;
   if (wanted.check.maps.empty())
   {
     std::cerr << "sdm: check needs the file of an item map\nTry `sdm check --help`.\n";
+    return exitUsage;
+  }
+  if (wanted.check.fix && std::count(wanted.check.maps.begin(), wanted.check.maps.end(), "-") > 0)
+  {
+    std::cerr << "sdm: --fix mends files, and - is none\nTry `sdm check --help`.\n";
     return exitUsage;
   }
   return check::checkMaps(wanted.check);
@@ -79,6 +85,8 @@ Action addCheck(CLI::App& app)
       ->type_name("FORMAT")
       ->transform(CLI::CheckedTransformer(formats).description(""))
       ->default_str("text");
+  app.add_flag_callback(
+      "--json", [wanted] { wanted->check.format = Format::json; }, "The same as --format json");
   app.add_flag("--fix", settings.fix, "Mend the files where it is safe, and tell what is left");
   app.add_option("--service", settings.service, "Try the maps with this service, the shared object of one")
       ->type_name("FILE");

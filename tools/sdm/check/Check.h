@@ -38,7 +38,7 @@ struct CheckSettings
 ExitCode checkMaps(const CheckSettings& settings);
 
 /// The long explanation of one rule.
-void explainRule(const Rule& rule);
+void explainRule(const Rule& rule, Format format);
 
 /// All rules, a line each.
 void listRules(Format format);

@@ -41,10 +41,24 @@ std::string coloured(const Style& style, const Rule& rule)
   return rule.severity == Severity::error ? style.bad(name) : style.notable(name);
 }
 
+nlohmann::ordered_json jsonOf(const Rule& rule)
+{
+  return {{"id", rule.id},
+          {"severity", severityName(rule.severity)},
+          {"fixable", rule.fixable},
+          {"summary", rule.summary},
+          {"explanation", rule.explanation}};
+}
+
 } // namespace
 
-void explainRule(const Rule& rule)
+void explainRule(const Rule& rule, Format format)
 {
+  if (format != Format::text)
+  {
+    std::cout << jsonOf(rule).dump(2) << "\n";
+    return;
+  }
   const Style style(wantsColours(STDOUT_FILENO));
   std::cout << style.strong(rule.id) << " (" << severityName(rule.severity)
             << (rule.fixable ? ", can be mended by --fix" : "") << ")\n\n"
@@ -58,11 +72,7 @@ void listRules(Format format)
   {
     nlohmann::ordered_json all = nlohmann::ordered_json::array();
     for (const Rule* rule : allRules())
-      all.push_back({{"id", rule->id},
-                     {"severity", severityName(rule->severity)},
-                     {"fixable", rule->fixable},
-                     {"summary", rule->summary},
-                     {"explanation", rule->explanation}});
+      all.push_back(jsonOf(*rule));
     std::cout << all.dump(2) << "\n";
     return;
   }

@@ -184,7 +184,9 @@ void tellSarif(std::ostream& out, const std::vector<Result>& results, const std:
                     {"invocations", Json::array({invocationOf(results)})},
                     {"columnKind", "unicodeCodePoints"},
                     {"results", found}};
-  write(out, {{"version", "2.1.0"}, {"runs", Json::array({run})}});
+  write(out, {{"$schema", "https://docs.oasis-open.org/sarif/sarif/v2.1.0/os/schemas/sarif-schema-2.1.0.json"},
+              {"version", "2.1.0"},
+              {"runs", Json::array({run})}});
 }
 
 } // namespace cli::check

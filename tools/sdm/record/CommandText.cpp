@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "run/CommandFunctions.h"
 #include "run/Commands.h"
 #include "run/Words.h"
 
@@ -27,7 +28,8 @@ public:
     const bool pairs = words[0] == "set" || words[0] == "changed";
     if (pairs && number % 2 == 0)
       return isSecretValueOf(words[number - 1]);
-    return besideSecret && items.find(words[number]) == nullptr;
+    const bool isJsonWord = number == 1 && words[number] == jsonWord;
+    return besideSecret && !isJsonWord && items.find(words[number]) == nullptr;
   }
 
 private:

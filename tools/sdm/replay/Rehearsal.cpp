@@ -22,6 +22,8 @@ std::vector<std::string> notesOn(const record::Header& then, const record::Heade
       notes.push_back(std::string("recorded with ") + what + " " + shown(was) + ", this is " + shown(is));
   };
   note("the service", then.service, now.service);
+  if (!notes.empty())
+    notes.back() += "; name another one with --service";
   note("the item map", then.map, now.map);
   note("version", then.version, now.version);
   return notes;

@@ -1,10 +1,20 @@
 // What the commands do; the table in Commands.cpp says how they are called.
 #pragma once
 
+#include <nlohmann/json_fwd.hpp>
+
 #include "Commands.h"
 
 namespace cli
 {
+
+/// The first word of some commands.
+constexpr const char* jsonWord = "--json";
+
+/// Takes `jsonWord` away. Whether it was there.
+bool takeJsonWord(Arguments& arguments);
+
+void writeJson(Session& session, const nlohmann::ordered_json& document);
 
 // Reading.
 Outcome listItems(Session& session, const Arguments& arguments);

@@ -50,13 +50,14 @@ Outcome quit(Session& session, const Arguments&)
 const std::vector<Command>& commands()
 {
   static const std::vector<Command> table = {
-      {"list", "[PREFIX]", "Show all items, or those whose root id begins so", Expects::prefix, 0, 1, listItems},
+      {"list", "[--json] [PREFIX]", "Show all items, or those whose root id begins so", Expects::prefix, 0, 2,
+       listItems},
       {"show", "ID", "Show everything about one item", Expects::rootIds, 1, 1, showItem},
-      {"explain", "ID",
+      {"explain", "[--json] ID",
        "Tell where the value of one item came from, and what was refused\n"
        "  Of this run and earlier ones; the numbers of requests are those of `traffic`.",
-       Expects::rootIds, 1, 1, explainItem},
-      {"get", "ID...", "Read values", Expects::rootIds, 1, anyNumber, getItems},
+       Expects::rootIds, 1, 2, explainItem},
+      {"get", "[--json] ID...", "Read values", Expects::rootIds, 1, anyNumber, getItems},
       {"set", "ID VALUE [ID VALUE...]",
        "Set values in one request; a group is taken as a whole or not at all\n"
        "  A setting whose change interrupts the service refuses the value that it has already.",

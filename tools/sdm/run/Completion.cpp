@@ -1,5 +1,6 @@
 #include "Completion.h"
 
+#include "CommandFunctions.h"
 #include "Commands.h"
 #include "FaultWords.h"
 #include "Words.h"
@@ -74,7 +75,13 @@ std::vector<std::string> completions(const std::string& line, const ItemTable& i
   if (words.empty())
     known = commandNames();
   else if (const Command* command = findCommand(words.front()))
-    known = choices(*command, {words.begin() + 1, words.end()}, items);
+  {
+    const bool takesJson = command->arguments.rfind("[--json]", 0) == 0;
+    const bool hasJson = takesJson && words.size() > 1 && words[1] == jsonWord;
+    known = choices(*command, {words.begin() + (hasJson ? 2 : 1), words.end()}, items);
+    if (takesJson && words.size() == 1 && begun.rfind("-", 0) == 0)
+      known.emplace_back(jsonWord);
+  }
 
   std::vector<std::string> matching;
   for (const std::string& word : known)

@@ -1,6 +1,7 @@
 // The table of items.
 #include <algorithm>
 #include <array>
+#include <nlohmann/json.hpp>
 #include <set>
 
 #include "CommandFunctions.h"
@@ -14,6 +15,7 @@ namespace
 constexpr std::size_t columnCount = 6;
 constexpr std::size_t longestCell = 32;
 
+using Json = nlohmann::ordered_json;
 using Row = std::array<std::string, columnCount>;
 
 std::string flagsOf(Session& session, const MapItem& item, const std::string& value,
@@ -27,6 +29,12 @@ std::string flagsOf(Session& session, const MapItem& item, const std::string& va
   flags += session.running.isUndecryptable(item) ? "X" : "";
   flags += session.differsFromDatabase(item, value) ? "!" : "";
   return flags;
+}
+
+std::set<std::string> lockedItems(Session& session)
+{
+  const auto ids = session.running.device().store().lockedItems();
+  return {ids.begin(), ids.end()};
 }
 
 std::vector<const MapItem*> itemsWith(const ItemTable& table, const std::string& prefix)
@@ -43,8 +51,7 @@ std::vector<const MapItem*> itemsWith(const ItemTable& table, const std::string&
 std::vector<Row> rowsOf(Session& session, const std::vector<const MapItem*>& items)
 {
   const auto values = session.values(items);
-  const auto lockedIds = session.running.device().store().lockedItems();
-  const std::set<std::string> locked(lockedIds.begin(), lockedIds.end());
+  const auto locked = lockedItems(session);
   const Masking& masking = session.running.masking();
   std::vector<Row> rows;
   for (const MapItem* item : items)
@@ -69,10 +76,42 @@ void printRow(Session& session, const Row& row, const std::array<std::size_t, co
   session.out << (heading ? session.style.strong(line) : line) << "\n";
 }
 
+/// What the table has, for programs: nothing is cut, and what nobody answers for is null.
+Json jsonOf(Session& session, const std::vector<const MapItem*>& items)
+{
+  const auto values = session.values(items);
+  const auto locked = lockedItems(session);
+  const Masking& masking = session.running.masking();
+  Json list = Json::array();
+  for (const MapItem* item : items)
+  {
+    const auto masked = [&](const std::string& text) { return masking.isSecret(*item) ? Masking::mask : text; };
+    const auto found = values.find(item->rootId);
+    const bool readable = found != values.end() || masking.isSecret(*item);
+    const std::string value = found == values.end() ? "" : found->second;
+    list.push_back({{"item", item->rootId},
+                    {"value", readable ? Json(masked(value)) : Json()},
+                    {"default", masked(session.running.defaultOf(*item))},
+                    {"from", readable ? Json(session.origin(*item, value)) : Json()},
+                    {"group", item->group.empty() ? Json() : Json(item->group)},
+                    {"encrypted", item->encrypted},
+                    {"userData", item->userData},
+                    {"local", item->isLocal()},
+                    {"locked", locked.count(item->rootId) != 0},
+                    {"undecryptable", session.running.isUndecryptable(*item)},
+                    {"differsFromDatabase", session.differsFromDatabase(*item, value)}});
+  }
+  return {{"items", list}};
+}
+
 } // namespace
 
-Outcome listItems(Session& session, const Arguments& arguments)
+Outcome listItems(Session& session, const Arguments& words)
 {
+  Arguments arguments = words;
+  const bool asJson = takeJsonWord(arguments);
+  if (arguments.size() > 1)
+    return session.refuse("usage: list [--json] [PREFIX]");
   const std::string prefix = arguments.empty() ? "" : arguments.front();
   const auto items = itemsWith(session.running.items(), prefix);
   if (items.empty())
@@ -80,6 +119,11 @@ Outcome listItems(Session& session, const Arguments& arguments)
     // Says as well what may have been meant.
     session.known(prefix);
     return Outcome::refused;
+  }
+  if (asJson)
+  {
+    writeJson(session, jsonOf(session, items));
+    return Outcome::done;
   }
   const Row heading = {"ITEM", "VALUE", "DEFAULT", "FROM", "GROUP", "FLAGS"};
   const auto rows = rowsOf(session, items);

@@ -1,5 +1,6 @@
 // Commands that read items.
 #include <algorithm>
+#include <nlohmann/json.hpp>
 
 #include "CommandFunctions.h"
 #include "Shown.h"
@@ -56,6 +57,19 @@ std::string kinds(Session& session, const MapItem& item)
 
 } // namespace
 
+void writeJson(Session& session, const nlohmann::ordered_json& document)
+{
+  session.out << document.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << "\n";
+}
+
+bool takeJsonWord(Arguments& arguments)
+{
+  const bool taken = !arguments.empty() && arguments.front() == jsonWord;
+  if (taken)
+    arguments.erase(arguments.begin());
+  return taken;
+}
+
 Outcome showItem(Session& session, const Arguments& arguments)
 {
   const MapItem* item = session.known(arguments.front());
@@ -87,12 +101,21 @@ Outcome showItem(Session& session, const Arguments& arguments)
   return Outcome::done;
 }
 
-Outcome explainItem(Session& session, const Arguments& arguments)
+Outcome explainItem(Session& session, const Arguments& words)
 {
+  Arguments arguments = words;
+  const bool asJson = takeJsonWord(arguments);
+  if (arguments.size() != 1)
+    return session.refuse("usage: explain [--json] ID");
   const MapItem* item = session.known(arguments.front());
   if (item == nullptr)
     return Outcome::refused;
   const History& history = session.running.history();
+  if (asJson)
+  {
+    printExplanationAsJson(session.out, item->rootId, history.of(item->rootId));
+    return Outcome::done;
+  }
   printExplanation(session.out, session.style, item->rootId, history.of(item->rootId));
   if (!session.running.hasSetter(*item))
     session.out << "  the service has no setter for it, so nobody gives it a value\n";
@@ -102,8 +125,11 @@ Outcome explainItem(Session& session, const Arguments& arguments)
   return Outcome::done;
 }
 
-Outcome getItems(Session& session, const Arguments& arguments)
+Outcome getItems(Session& session, const Arguments& words)
 {
+  Arguments arguments = words;
+  const bool asJson = takeJsonWord(arguments);
+  nlohmann::ordered_json told = nlohmann::ordered_json::object();
   Outcome outcome = Outcome::done;
   std::vector<const MapItem*> items;
   const Masking& masking = session.running.masking();
@@ -125,9 +151,13 @@ Outcome getItems(Session& session, const Arguments& arguments)
     const auto found = values.find(item->rootId);
     if (found == values.end())
       outcome = session.refuse("nothing answers for " + shown(item->rootId));
+    else if (asJson)
+      told[item->rootId] = masking.isSecret(*item) ? std::string(Masking::mask) : found->second;
     else
       session.out << shown(item->rootId) << " = " << masking.value(*item, found->second) << "\n";
   }
+  if (asJson)
+    writeJson(session, told);
   return outcome;
 }
 

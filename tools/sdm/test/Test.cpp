@@ -103,6 +103,8 @@ Action addTest(CLI::App& app)
       ->type_name("RESULTS")
       ->transform(CLI::CheckedTransformer(formats).description(""))
       ->default_str("tap");
+  app.add_flag_callback(
+      "--json", [wanted] { wanted->format = Format::json; }, "The same as --format json");
   app.add_flag("--coverage", wanted->coverage, "List the setters, getters, groups and items that never ran");
   app.footer(footer);
   return [wanted] { return runTests(*wanted); };
