@@ -18,7 +18,7 @@ bool hasCursor()
 /// At once, and past the streams that the thread which is waited for may be writing to.
 void write(const std::string& text)
 {
-  static_cast<void>(!::write(STDERR_FILENO, text.data(), text.size()));
+  static_cast<void>(::write(STDERR_FILENO, text.data(), text.size()) == 0);
 }
 
 } // namespace

@@ -192,6 +192,7 @@ nlohmann::ordered_json jsonOf(const GroupReport& report, const Masking& masking)
 std::vector<std::string> namesIn(const GroupOfItems& group, const std::vector<std::size_t>& order)
 {
   std::vector<std::string> names;
+  names.reserve(order.size());
   for (const std::size_t place : order)
     names.push_back(group.members[place]->rootId);
   return names;

@@ -17,10 +17,10 @@ bool takeJsonWord(Arguments& arguments);
 void writeJson(Session& session, const nlohmann::ordered_json& document);
 
 // Reading.
-Outcome listItems(Session& session, const Arguments& arguments);
+Outcome listItems(Session& session, const Arguments& words);
 Outcome showItem(Session& session, const Arguments& arguments);
-Outcome explainItem(Session& session, const Arguments& arguments);
-Outcome getItems(Session& session, const Arguments& arguments);
+Outcome explainItem(Session& session, const Arguments& words);
+Outcome getItems(Session& session, const Arguments& words);
 Outcome importItem(Session& session, const Arguments& arguments);
 
 // Changing.

@@ -79,7 +79,7 @@ std::vector<std::string> completions(const std::string& line, const ItemTable& i
     const bool takesJson = command->arguments.rfind("[--json]", 0) == 0;
     const bool hasJson = takesJson && words.size() > 1 && words[1] == jsonWord;
     known = choices(*command, {words.begin() + (hasJson ? 2 : 1), words.end()}, items);
-    if (takesJson && words.size() == 1 && begun.rfind("-", 0) == 0)
+    if (takesJson && words.size() == 1 && !begun.empty() && begun.front() == '-')
       known.emplace_back(jsonWord);
   }
 
