@@ -1,4 +1,6 @@
 // The library's operations as scenarios.
+#include <stdexcept>
+
 #include <ManageableData.h>
 
 #include "Scenarios.h"
@@ -34,6 +36,13 @@ std::shared_ptr<ManageableData> setRequest(const std::vector<std::string>& rootI
   for (const std::string& rootId : rootIds)
     record->populate(rootId, rootId, newValue);
   return record;
+}
+
+/// What fails is not worth measuring.
+void require(bool done, const char* what)
+{
+  if (!done)
+    throw std::runtime_error(std::string(what) + " failed");
 }
 
 Run load(const Shape& shape, const char* map)
@@ -75,7 +84,7 @@ Run set(const Shape& shape, const std::function<std::vector<std::string>(const W
   if (shape.grouped)
     subject->validator.hold(subject->workload, rootIds);
   const auto record = setRequest(rootIds);
-  return {nullptr, [=] { subject->manager->setData(*record); }, rootIds.size()};
+  return {nullptr, [=] { require(subject->manager->setData(*record), "a set"); }, rootIds.size()};
 }
 
 Scenario setScenario(std::size_t count, std::size_t schemas, bool grouped)
@@ -97,7 +106,7 @@ Run get(const Shape& shape, std::size_t count, bool withGetters)
   const SubjectPtr subject = started(shape, withGetters);
   const std::vector<std::string> rootIds = subject->workload.databaseIds(count);
   const auto record = request(rootIds);
-  return {nullptr, [=] { subject->manager->getData(*record); }, rootIds.size()};
+  return {nullptr, [=] { require(subject->manager->getData(*record), "a get"); }, rootIds.size()};
 }
 
 Run changed(const Shape& shape, std::size_t count)
@@ -111,7 +120,8 @@ Run changed(const Shape& shape, std::size_t count)
 Run userDefaults(const Shape& shape)
 {
   const SubjectPtr subject = started(shape);
-  return {nullptr, [=] { subject->manager->setDefaultUserData(); }, subject->workload.databaseIds(shape.items).size()};
+  return {nullptr, [=] { require(subject->manager->setDefaultUserData(), "user data"); },
+          subject->workload.databaseIds(shape.items).size()};
 }
 
 Run userReload(const Shape& shape)

@@ -1,5 +1,6 @@
 // The host platform in the working directory, provisioned with the workload.
 #include <filesystem>
+#include <stdexcept>
 
 #include <ManageableData.h>
 #include <host/Device.h>
@@ -34,7 +35,8 @@ public:
     ManageableData values;
     for (const std::string& rootId : workload.storeIds(workload.items.size()))
       values.populate(rootId, rootId, liveValue);
-    device.store().publishData(values);
+    if (!device.store().publishData(values))
+      throw std::runtime_error("the local management store was not filled");
   }
 
   SvcRTEContext& context() override
@@ -61,7 +63,9 @@ private:
       content += element("Entry", element(schema.indexColumn, row) + cells);
     const std::string request =
         "<Schema name=\"" + schema.name + "\">" + element("ReasonForMessage", "update_request") + content + "</Schema>";
-    device.das().sendRequest(request.data(), request.size());
+    const std::string reply = device.das().sendRequest(request.data(), request.size());
+    if (reply.find("update_response") == std::string::npos)
+      throw std::runtime_error("schema " + schema.name + " was not filled: " + reply);
   }
 
   host::Device device;

@@ -91,14 +91,9 @@ private:
   std::filesystem::path folder;
 };
 
-TEST_P(OperationsTest, AsksForMemoryExactlyAsOften)
+TEST_P(OperationsTest, AsksForMemoryExactlyAsOftenAndWritesAndMasksNothingForClosedGates)
 {
   EXPECT_EQ(cost::requestsOf(make()), GetParam().requests);
-}
-
-TEST_P(OperationsTest, FormatsAndMasksNothingWhileTheGatesAreClosed)
-{
-  cost::requestsOf(make());
   EXPECT_EQ(bench::log.lines, 0U);
   EXPECT_EQ(bench::log.masked, 0U);
 }
