@@ -59,26 +59,23 @@ private:
   std::array<std::string, static_cast<std::size_t>(sdm::ItemMapColumn::count)> texts;
 };
 
-/// The entries of one item of a dictionary.
-class DictionaryItem
+/// The entries of a dictionary, item by item.
+struct DictionaryItem
 {
-public:
-  DictionaryItem(ManageableData& dictionary, const std::string& dictionaryName, int number)
-      : record(dictionary), name(dictionaryName), prefix("/item[" + std::to_string(number))
-  {
-  }
-
-  std::string read(const char* key)
-  {
-    std::string value;
-    record.interogate(name, prefix + key, value);
-    return value;
-  }
-
-private:
   ManageableData& record;
   const std::string& name;
   const std::string prefix;
+  /// Kept for its room: an item has eleven.
+  std::string& key;
+
+  std::string read(const char* entry)
+  {
+    std::string value;
+    key = prefix;
+    key += entry;
+    record.interogate(name, key, value);
+    return value;
+  }
 };
 
 } // namespace
@@ -164,9 +161,10 @@ void ServiceDataManager::loadItemMapDictionary(const std::string& mapName)
     SDM_LOG(2, "setAllManagedData OCMS lookup failed for \"%s\"", mapName.c_str());
     return;
   }
+  std::string key;
   for (int number = 1;; ++number)
   {
-    DictionaryItem item(dictionary, mapName, number);
+    DictionaryItem item{dictionary, mapName, "/item[" + std::to_string(number), key};
     const std::string rootId = item.read("]/rootId");
     if (rootId.empty())
       return;

@@ -29,7 +29,7 @@ std::ostream& operator<<(std::ostream& out, const Expected& expected)
 const Expected table[] = {
     {"load/file", 6168},
     {"load/shuffled", 6168},
-    {"load/dictionary", 21038},
+    {"load/dictionary", 10065},
     {"cache", 12, false},
     {"import", 86},
     {"import/wide", 5},
