@@ -83,12 +83,22 @@ Run compositeSet(const Shape& shape, std::size_t count, std::size_t schemas)
 {
   const auto composite = std::make_shared<Composite>(shape);
   composite->load();
-  const auto data = std::make_shared<ManageableData>();
   const std::vector<std::string> rootIds =
       schemas == 0 ? composite->workload.databaseIds(count) : composite->workload.spreadIds(count, schemas);
+  auto data = std::make_shared<ManageableData>();
+  auto next = std::make_shared<ManageableData>();
   for (const std::string& rootId : rootIds)
+  {
     data->populate(rootId, rootId, newValue);
-  return {nullptr, [=] { composite->set(*data); }, rootIds.size()};
+    next->populate(rootId, rootId, nextValue);
+  }
+  return {nullptr,
+          [composite, data, next]() mutable
+          {
+            data.swap(next);
+            composite->set(*data);
+          },
+          rootIds.size()};
 }
 
 Scenario compositeSetScenario(std::size_t count, std::size_t schemas)

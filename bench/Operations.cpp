@@ -30,11 +30,11 @@ std::shared_ptr<ManageableData> request(const std::vector<std::string>& rootIds)
   return record;
 }
 
-std::shared_ptr<ManageableData> setRequest(const std::vector<std::string>& rootIds)
+std::shared_ptr<ManageableData> setRequest(const std::vector<std::string>& rootIds, const char* value)
 {
   const auto record = std::make_shared<ManageableData>();
   for (const std::string& rootId : rootIds)
-    record->populate(rootId, rootId, newValue);
+    record->populate(rootId, rootId, value);
   return record;
 }
 
@@ -83,8 +83,14 @@ Run set(const Shape& shape, const std::function<std::vector<std::string>(const W
   const std::vector<std::string> rootIds = choose(subject->workload);
   if (shape.grouped)
     subject->validator.hold(subject->workload, rootIds);
-  const auto record = setRequest(rootIds);
-  return {nullptr, [=] { require(subject->manager->setData(*record), "a set"); }, rootIds.size()};
+  return {nullptr,
+          [subject, record = setRequest(rootIds, newValue), next = setRequest(rootIds, nextValue)]() mutable
+          {
+            record.swap(next);
+            subject->validator.turn();
+            require(subject->manager->setData(*record), "a set");
+          },
+          rootIds.size()};
 }
 
 Scenario setScenario(std::size_t count, std::size_t schemas, bool grouped)
@@ -113,15 +119,18 @@ Run changed(const Shape& shape, std::size_t count)
 {
   const SubjectPtr subject = started(shape);
   const std::vector<std::string> rootIds = subject->workload.storeIds(count);
-  const auto record = setRequest(rootIds);
+  const auto record = setRequest(rootIds, newValue);
   return {nullptr, [=] { subject->manager->manageableDataChanged(*record); }, rootIds.size()};
 }
 
+/// Each time the database holds something else than the defaults.
 Run userDefaults(const Shape& shape)
 {
   const SubjectPtr subject = started(shape);
-  return {nullptr, [=] { require(subject->manager->setDefaultUserData(), "user data"); },
-          subject->workload.databaseIds(shape.items).size()};
+  const std::vector<std::string> rootIds = subject->workload.databaseIds(shape.items);
+  const auto others = setRequest(rootIds, newValue);
+  return {[=] { require(subject->manager->setData(*others), "a set"); },
+          [=] { require(subject->manager->setDefaultUserData(), "user data"); }, rootIds.size()};
 }
 
 Run userReload(const Shape& shape)

@@ -11,8 +11,17 @@ void AcceptingValidator::hold(const Workload& workload, const std::vector<std::s
   for (const Item& item : workload.items)
     groupOf[item.rootId] = item.group;
   groups.clear();
+  nextGroups.clear();
   for (const std::string& rootId : rootIds)
+  {
     groups[groupOf[rootId]].emplace_back(rootId, newValue);
+    nextGroups[groupOf[rootId]].emplace_back(rootId, nextValue);
+  }
+}
+
+void AcceptingValidator::turn()
+{
+  groups.swap(nextGroups);
 }
 
 std::vector<std::pair<std::string, std::string>> AcceptingValidator::getValidGroupItems(const std::string& group)

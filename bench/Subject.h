@@ -46,18 +46,21 @@ struct ServiceDataManagerTestAccess
 namespace bench
 {
 
-/// Accepts every group and holds the new value for each item of it that was ever asked for.
+/// Accepts every group and holds a new value for each item of it: another one each time it is turned.
 class AcceptingValidator : public ValidatorIfc
 {
 public:
   void hold(const Workload& workload, const std::vector<std::string>& rootIds);
+  void turn();
   std::vector<std::pair<std::string, std::string>> getValidGroupItems(const std::string& group) override;
   void clearGroup(const std::string& group) override;
   bool validateGroup(std::string& reason, const std::string& group) override;
   void reloadGroup(const std::string& group) override;
 
 private:
-  std::map<std::string, std::vector<std::pair<std::string, std::string>>> groups;
+  using Groups = std::map<std::string, std::vector<std::pair<std::string, std::string>>>;
+  Groups groups;
+  Groups nextGroups;
 };
 
 class Subject

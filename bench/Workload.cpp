@@ -11,6 +11,7 @@ namespace bench
 const char* const defaultValue = "5060";
 const char* const liveValue = "5061";
 const char* const newValue = "5062";
+const char* const nextValue = "5063";
 
 namespace
 {

@@ -53,8 +53,9 @@ struct Schema
 extern const char* const defaultValue;
 /// What getters answer, and what the database and the local management store hold.
 extern const char* const liveValue;
-/// What requests set.
+/// What requests set, in turn: a database need not write what it holds already.
 extern const char* const newValue;
+extern const char* const nextValue;
 
 class Workload
 {

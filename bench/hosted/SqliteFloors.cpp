@@ -1,5 +1,6 @@
 // The floor of a durable set: the same update by one prepared transaction, and the reading of one reply.
 #include <stdexcept>
+#include <utility>
 
 #include <expat.h>
 #include <sqlite3.h>
@@ -97,9 +98,10 @@ Run set(const Shape& shape)
   const std::string reply = "<Schema name=\"NetworkSettings000000\"><ReasonForMessage>update_response"
                             "</ReasonForMessage></Schema>";
   return {nullptr,
-          [=]
+          [table, reply, value = newValue, next = nextValue]() mutable
           {
-            table->set(newValue);
+            std::swap(value, next);
+            table->set(value);
             parse(reply);
           },
           1};

@@ -29,11 +29,36 @@ struct ManageableData::Content
   }
 };
 
-ManageableData::ManageableData() : content(std::make_unique<Content>())
+struct ManageableDataContent
+{
+  using Content = ManageableData::Content;
+
+  /// The content of the record that ended last, empty but for its room: what the heap makes of large blocks that come
+  /// and go depends on all that happened before.
+  static std::unique_ptr<Content>& spare()
+  {
+    static std::unique_ptr<Content> kept;
+    return kept;
+  }
+
+  static std::unique_ptr<Content> make()
+  {
+    return spare() != nullptr ? std::move(spare()) : std::make_unique<Content>();
+  }
+};
+
+ManageableData::ManageableData() : content(ManageableDataContent::make())
 {
 }
 
-ManageableData::~ManageableData() = default;
+ManageableData::~ManageableData()
+{
+  content->ownRootId.clear();
+  content->rootIds.clear();
+  content->entries.clear();
+  content->reasons.clear();
+  std::swap(ManageableDataContent::spare(), content);
+}
 
 void ManageableData::setRootId(const std::string& rootId, LocalMgmtIfc*)
 {
