@@ -13,6 +13,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "Descriptor.h"
 #include "StartError.h"
 
 namespace cli
@@ -32,13 +33,8 @@ constexpr std::size_t headSize = 1 + sizeof(std::uint64_t);
   std::string message(1, kind);
   message.append(reinterpret_cast<const char*>(&size), sizeof size);
   message += text;
-  for (std::size_t sent = 0; sent < message.size();)
-  {
-    const ssize_t written = ::write(pipe, message.data() + sent, message.size() - sent);
-    if (written <= 0 && errno != EINTR)
-      break;
-    sent += written > 0 ? static_cast<std::size_t>(written) : 0;
-  }
+  // Nobody is there to be told when it does not arrive: whoever reads sees that the process ended.
+  static_cast<void>(writeAll(pipe, message));
   std::_Exit(0);
 }
 
