@@ -94,7 +94,7 @@ TEST(AllRules, HaveACaseEach)
   }
   for (const auto* rule : allRules())
   {
-    EXPECT_EQ(tested.count(rule->id), rule->look == nullptr ? 0U : 1U) << rule->id;
+    EXPECT_EQ(tested.count(rule->id), std::holds_alternative<std::monostate>(rule->look) ? 0U : 1U) << rule->id;
     EXPECT_EQ(mended.count(rule->id) == 1, rule->fixable) << rule->id;
   }
 }

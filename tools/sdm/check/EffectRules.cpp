@@ -13,57 +13,34 @@ namespace cli::check
 namespace
 {
 
-void lookForUnreachable(const MapText& map, Report& report)
+void lookForUnreachable(const ItemText& item, Report& report)
 {
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                const ItemText item(map, line);
-                if (item.has(Column::setter) || !item.has(Column::rootId))
-                  return;
-                if (item.isLocal() && !item.has(Column::dasItem) && !item.isUserData())
-                  report.add(line.at(Column::setter), "an item without schema and setter: no operation reaches it");
-                if (!item.isLocal() && !item.has(Column::dasItem) && !item.has(Column::getter))
-                  report.add(line.at(Column::dasItem),
-                             "an item without column, setter and getter: no operation reaches "
-                             "it");
-              });
+  if (item.has(Column::setter) || !item.has(Column::rootId))
+    return;
+  if (item.isLocal() && !item.has(Column::dasItem) && !item.isUserData())
+    report.add(item.place(Column::setter), "an item without schema and setter: no operation reaches it");
+  if (!item.isLocal() && !item.has(Column::dasItem) && !item.has(Column::getter))
+    report.add(item.place(Column::dasItem), "an item without column, setter and getter: no operation reaches it");
 }
 
-void lookForMissingColumn(const MapText& map, Report& report)
+void lookForMissingColumn(const ItemText& item, Report& report)
 {
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                const ItemText item(map, line);
-                const bool reachable = item.has(Column::setter) || item.has(Column::getter);
-                if (!item.isLocal() && !item.has(Column::dasItem) && reachable && !item.isUserData())
-                  report.add(line.at(Column::dasItem), "a schema without a column: the item's values are never stored");
-              });
+  const bool reachable = item.has(Column::setter) || item.has(Column::getter);
+  if (!item.isLocal() && !item.has(Column::dasItem) && reachable && !item.isUserData())
+    report.add(item.place(Column::dasItem), "a schema without a column: the item's values are never stored");
 }
 
-void lookForMissingSchema(const MapText& map, Report& report)
+void lookForMissingSchema(const ItemText& item, Report& report)
 {
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                const ItemText item(map, line);
-                if (item.isLocal() && item.has(Column::dasItem))
-                  report.add(line.at(Column::dasSchema),
-                             "a column without a schema: the item lives in the local store, "
-                             "and set requests refuse it as unknown");
-              });
+  if (item.isLocal() && item.has(Column::dasItem))
+    report.add(item.place(Column::dasSchema),
+               "a column without a schema: the item lives in the local store, and set requests refuse it as unknown");
 }
 
-void lookForUnusedIndexNames(const MapText& map, Report& report)
+void lookForUnusedIndexNames(const ItemText& item, Report& report)
 {
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                const ItemText item(map, line);
-                if (item.isLocal() && item.has(Column::dasIndexName) && !item.has(Column::dasItem))
-                  report.add(line.at(Column::dasIndexName), "an index column without a schema is never used");
-              });
+  if (item.isLocal() && item.has(Column::dasIndexName) && !item.has(Column::dasItem))
+    report.add(item.place(Column::dasIndexName), "an index column without a schema is never used");
 }
 
 bool beginsCamelCase(std::string_view text, std::string_view word)
@@ -72,19 +49,14 @@ bool beginsCamelCase(std::string_view text, std::string_view word)
          std::isupper(static_cast<unsigned char>(text[word.size()])) != 0;
 }
 
-void lookForSwappedCallbacks(const MapText& map, Report& report)
+void lookForSwappedCallbacks(const ItemText& item, Report& report)
 {
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                const ItemText item(map, line);
-                const bool wrongSetter = beginsCamelCase(item[Column::setter], "get");
-                const bool wrongGetter = beginsCamelCase(item[Column::getter], "set");
-                if ((wrongSetter && wrongGetter) || (wrongSetter && !item.has(Column::getter)))
-                  report.add(line.at(Column::setter), "column 7 names the setter, and column 8 the getter");
-                else if (wrongGetter && !item.has(Column::setter))
-                  report.add(line.at(Column::getter), "column 7 names the setter, and column 8 the getter");
-              });
+  const bool wrongSetter = beginsCamelCase(item[Column::setter], "get");
+  const bool wrongGetter = beginsCamelCase(item[Column::getter], "set");
+  if ((wrongSetter && wrongGetter) || (wrongSetter && !item.has(Column::getter)))
+    report.add(item.place(Column::setter), "column 7 names the setter, and column 8 the getter");
+  else if (wrongGetter && !item.has(Column::setter))
+    report.add(item.place(Column::getter), "column 7 names the setter, and column 8 the getter");
 }
 
 /// The items of the database by group, and how many schemas they are of.
@@ -98,20 +70,17 @@ struct Group
 std::unordered_map<std::string_view, Group> groupsOf(const MapText& map)
 {
   std::unordered_map<std::string_view, Group> groups;
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                const ItemText item(map, line);
-                if (item.isLocal() || !item.has(Column::isGroupItem))
-                  return;
-                Group& group = groups[item[Column::isGroupItem]];
-                ++group.items;
-                if (group.first == nullptr)
-                  group.first = &line;
-                else if (group.otherSchema == nullptr &&
-                         map.text(*group.first, Column::dasSchema) != item[Column::dasSchema])
-                  group.otherSchema = &line;
-              });
+  for (const ItemText& item : itemsOf(map))
+  {
+    if (item.isLocal() || !item.has(Column::isGroupItem))
+      continue;
+    Group& group = groups[item[Column::isGroupItem]];
+    ++group.items;
+    if (group.first == nullptr)
+      group.first = &item.line();
+    else if (group.otherSchema == nullptr && map.text(*group.first, Column::dasSchema) != item[Column::dasSchema])
+      group.otherSchema = &item.line();
+  }
   return groups;
 }
 
@@ -142,64 +111,40 @@ void lookForSpreadGroups(const MapText& map, Report& report)
   {
     if (group.otherSchema != nullptr)
       report
-          .add(group.otherSchema->at(Column::isGroupItem), "the group " + quoted(name) +
-                                                               " has items of several schemas, which are written by "
-                                                               "several requests")
+          .add(group.otherSchema->at(Column::isGroupItem),
+               "the group " + quoted(name) + " has items of several schemas, which are written by several requests")
           .related.push_back({group.first->at(Column::isGroupItem), "an item of another schema"});
   }
 }
 
-void lookForGroupsWithoutSetter(const MapText& map, Report& report)
+void lookForGroupsWithoutSetter(const ItemText& item, Report& report)
 {
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                const ItemText item(map, line);
-                if (!item.isLocal() && item.has(Column::isGroupItem) && !item.has(Column::setter))
-                  report.add(line.at(Column::isGroupItem),
-                             "the item has no setter, through which its values would reach "
-                             "the group");
-              });
+  if (!item.isLocal() && item.has(Column::isGroupItem) && !item.has(Column::setter))
+    report.add(item.place(Column::isGroupItem),
+               "the item has no setter, through which its values would reach the group");
 }
 
-void lookForLocalGroups(const MapText& map, Report& report)
+void lookForLocalGroups(const ItemText& item, Report& report)
 {
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                const ItemText item(map, line);
-                if (item.isLocal() && item.has(Column::isGroupItem))
-                  report.add(line.at(Column::isGroupItem), "an item without schema belongs to no group: its values are "
-                                                           "never judged");
-              });
+  if (item.isLocal() && item.has(Column::isGroupItem))
+    report.add(item.place(Column::isGroupItem),
+               "an item without schema belongs to no group: its values are never judged");
 }
 
-void lookForLocalEncryption(const MapText& map, Report& report)
+void lookForLocalEncryption(const ItemText& item, Report& report)
 {
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                const ItemText item(map, line);
-                if (item.isEncrypted() && item.isLocal())
-                  report.add(line.at(Column::dasEncrypted), "an item without schema is not encrypted: its value stands "
-                                                            "in the local store as it is");
-              });
+  if (item.isEncrypted() && item.isLocal())
+    report.add(item.place(Column::dasEncrypted),
+               "an item without schema is not encrypted: its value stands in the local store as it is");
 }
 
-void lookForPlainSecrets(const MapText& map, Report& report)
+void lookForPlainSecrets(const ItemText& item, Report& report)
 {
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                const ItemText item(map, line);
-                const std::string rootId(item[Column::rootId]);
-                // A flag that says something else has findings of its own.
-                const bool flagged = !item[Column::dasEncrypted].empty() && item[Column::dasEncrypted] != "\r";
-                if (!flagged && !item.isLocal() && item.has(Column::dasItem) &&
-                    ClientUtils::hidePassword(rootId, "plain") != "plain")
-                  report.add(line.at(Column::rootId), "the name says that this is a secret, but it is stored in plain "
-                                                      "text");
-              });
+  const std::string rootId(item[Column::rootId]);
+  // A flag that says something else has findings of its own.
+  const bool flagged = !item[Column::dasEncrypted].empty() && item[Column::dasEncrypted] != "\r";
+  if (!flagged && !item.isLocal() && item.has(Column::dasItem) && ClientUtils::hidePassword(rootId, "plain") != "plain")
+    report.add(item.place(Column::rootId), "the name says that this is a secret, but it is stored in plain text");
 }
 
 } // namespace
@@ -229,8 +174,7 @@ const std::vector<Rule>& effectRules()
        lookForUnusedIndexNames},
       {"swapped-callbacks", Severity::warning, false, "A getter stands where the setter is named.",
        "Setters and getters are registered and looked up apart, by name: a getter's name in column 7 matches no "
-       "setter. "
-       "The library says nothing about it; the item just cannot be set, and is not imported.",
+       "setter. The library says nothing about it; the item just cannot be set, and is not imported.",
        lookForSwappedCallbacks},
       {"group-of-one", Severity::warning, false, "A validation group has one item alone.",
        "A group is judged as a whole, by the values of all its items. One item needs no group; probably the name is "
@@ -250,8 +194,7 @@ const std::vector<Rule>& effectRules()
        lookForLocalGroups},
       {"encrypted-local-item", Severity::error, false, "Encryption of an item without schema has no effect.",
        "Encryption belongs to the database. What is in the local store stands there as it is, the flag "
-       "notwithstanding. "
-       "Give the item a schema and a column, or take the flag away and do not keep secrets in it.",
+       "notwithstanding. Give the item a schema and a column, or take the flag away and do not keep secrets in it.",
        lookForLocalEncryption},
       {"secret-not-encrypted", Severity::warning, false, "An item with the name of a secret is stored in plain text.",
        "The platform masks the values of items with such names in the log. Column 12 is empty, though, so that the "

@@ -77,10 +77,9 @@ const std::vector<Rule>& fileRules()
        "back to the dictionary in the local management store: that is read only when there is no file.",
        lookForItems},
       {"crlf-line-ends", Severity::warning, true, "Lines end in CR LF, and the carriage return is kept.",
-       "The library takes the line feed away and keeps the carriage return, which thus is the last character of "
-       "column 12. There it does no harm as long as the item is not encrypted; but the next \"true\" that somebody "
-       "writes into that column will not turn encryption on (see carriage-return). --fix takes the carriage returns "
-       "away.",
+       "The library takes the line feed away and keeps the carriage return, which thus is the last character of column "
+       "12. There it does no harm as long as the item is not encrypted; but the next \"true\" that somebody writes "
+       "into that column will not turn encryption on (see carriage-return). --fix takes the carriage returns away.",
        lookForCrlf},
   };
   return rules;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <variant>
 #include <vector>
 
 #include "check/MapText.h"
@@ -62,6 +63,14 @@ private:
   std::vector<Finding>& all;
 };
 
+class ItemText;
+
+/// How a rule looks: at the map as a whole, or at each item by itself. Empty for what only the trial of a service
+/// finds.
+using LookAtMap = void (*)(const MapText& map, Report& report);
+using LookAtItem = void (*)(const ItemText& item, Report& report);
+using Look = std::variant<std::monostate, LookAtMap, LookAtItem>;
+
 struct Rule
 {
   /// Lower-case words joined by hyphens; never changes once it was published.
@@ -73,8 +82,7 @@ struct Rule
   const char* summary;
   /// What the library does with it, what the service notices, what to do about it.
   const char* explanation;
-  /// Null for what only the trial of a service finds.
-  void (*look)(const MapText& map, Report& report);
+  Look look;
 };
 
 /// All rules, by subject: the order in which they are told.

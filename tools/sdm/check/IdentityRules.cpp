@@ -10,14 +10,10 @@ namespace cli::check
 namespace
 {
 
-void lookForMissingRootIds(const MapText& map, Report& report)
+void lookForMissingRootIds(const ItemText& item, Report& report)
 {
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                if (line.at(Column::rootId).empty())
-                  report.add(line.at(Column::rootId), "the item has no root id, so that nobody can ask for it");
-              });
+  if (item.place(Column::rootId).empty())
+    report.add(item.place(Column::rootId), "the item has no root id, so that nobody can ask for it");
 }
 
 /// The last item of each root id so far, in the database or in the local store.
@@ -27,69 +23,60 @@ void lookForRootIds(const MapText& map, Report& report)
 {
   Seen database;
   Seen local;
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                const ItemText item(map, line);
-                if (!item.has(Column::rootId))
-                  return;
-                const MapLine*& earlier = (item.isLocal() ? local : database)[item[Column::rootId]];
-                if (earlier != nullptr)
-                {
-                  report
-                      .add(line.at(Column::rootId), "the root id " + quoted(item[Column::rootId]) + " stands in " +
-                                                        lineOf(*earlier) + " already; that item is out of reach now")
-                      .related.push_back({earlier->at(Column::rootId), "the item that is out of reach"});
-                }
-                earlier = &line;
-              });
+  for (const ItemText& item : itemsOf(map))
+  {
+    if (!item.has(Column::rootId))
+      continue;
+    const MapLine*& earlier = (item.isLocal() ? local : database)[item[Column::rootId]];
+    if (earlier != nullptr)
+    {
+      report
+          .add(item.place(Column::rootId), "the root id " + quoted(item[Column::rootId]) + " stands in " +
+                                               lineOf(*earlier) + " already; that item is out of reach now")
+          .related.push_back({earlier->at(Column::rootId), "the item that is out of reach"});
+    }
+    earlier = &item.line();
+  }
 }
 
 void lookForBothStores(const MapText& map, Report& report)
 {
   Seen database;
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                const ItemText item(map, line);
-                if (!item.isLocal())
-                  database.emplace(item[Column::rootId], &line);
-              });
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                const ItemText item(map, line);
-                const auto other = database.find(item[Column::rootId]);
-                if (!item.isLocal() || !item.has(Column::rootId) || other == database.end())
-                  return;
-                report
-                    .add(line.at(Column::rootId), "the root id " + quoted(item[Column::rootId]) +
-                                                      " belongs to an item of the database as well, in " +
-                                                      lineOf(*other->second))
-                    .related.push_back({other->second->at(Column::rootId), "the item of the database"});
-              });
+  for (const ItemText& item : itemsOf(map))
+  {
+    if (!item.isLocal())
+      database.emplace(item[Column::rootId], &item.line());
+  }
+  for (const ItemText& item : itemsOf(map))
+  {
+    const auto other = database.find(item[Column::rootId]);
+    if (!item.isLocal() || !item.has(Column::rootId) || other == database.end())
+      continue;
+    report
+        .add(item.place(Column::rootId), "the root id " + quoted(item[Column::rootId]) +
+                                             " belongs to an item of the database as well, in " +
+                                             lineOf(*other->second))
+        .related.push_back({other->second->at(Column::rootId), "the item of the database"});
+  }
 }
 
 void lookForCells(const MapText& map, Report& report)
 {
   std::map<std::tuple<std::string_view, std::string_view, std::string_view>, const MapLine*> seen;
-  forEachItem(
-      map,
-      [&](const MapLine& line)
-      {
-        const ItemText item(map, line);
-        if (item.isLocal() || !item.has(Column::dasItem))
-          return;
-        const MapLine*& earlier = seen[{item[Column::dasSchema], item[Column::dasItem], item[Column::dasIndexValue]}];
-        if (earlier != nullptr)
-        {
-          report
-              .add(line.at(Column::dasItem), "the cell of this item is that of " + lineOf(*earlier) +
-                                                 " already; only the last item with a setter is imported")
-              .related.push_back({earlier->at(Column::dasItem), "the other item of the cell"});
-        }
-        earlier = &line;
-      });
+  for (const ItemText& item : itemsOf(map))
+  {
+    if (item.isLocal() || !item.has(Column::dasItem))
+      continue;
+    const MapLine*& earlier = seen[{item[Column::dasSchema], item[Column::dasItem], item[Column::dasIndexValue]}];
+    if (earlier != nullptr)
+    {
+      report
+          .add(item.place(Column::dasItem), "the cell of this item is that of " + lineOf(*earlier) +
+                                                " already; only the last item with a setter is imported")
+          .related.push_back({earlier->at(Column::dasItem), "the other item of the cell"});
+    }
+    earlier = &item.line();
+  }
 }
 
 /// What the items of one schema call its index column.
@@ -106,120 +93,100 @@ struct IndexNames
 std::map<std::string_view, IndexNames> indexNames(const MapText& map)
 {
   std::map<std::string_view, IndexNames> schemas;
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                const ItemText item(map, line);
-                if (item.isLocal())
-                  return;
-                IndexNames& names = schemas[item[Column::dasSchema]];
-                const std::string_view name = item[Column::dasIndexName];
-                if (names.uses.empty())
-                  names.usual = name;
-                if (++names.uses[name] > names.uses[names.usual])
-                  names.usual = name;
-                if (item.has(Column::setter))
-                  names.deciding = &line;
-              });
+  for (const ItemText& item : itemsOf(map))
+  {
+    if (item.isLocal())
+      continue;
+    IndexNames& names = schemas[item[Column::dasSchema]];
+    const std::string_view name = item[Column::dasIndexName];
+    if (names.uses.empty())
+      names.usual = name;
+    if (++names.uses[name] > names.uses[names.usual])
+      names.usual = name;
+    if (item.has(Column::setter))
+      names.deciding = &item.line();
+  }
   return schemas;
 }
 
 void lookForIndexNames(const MapText& map, Report& report)
 {
   const auto schemas = indexNames(map);
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                const ItemText item(map, line);
-                const auto schema = schemas.find(item[Column::dasSchema]);
-                if (schema == schemas.end() || schema->second.usual == item[Column::dasIndexName])
-                  return;
-                const IndexNames& names = schema->second;
-                Finding& finding = report.add(line.at(Column::dasIndexName),
-                                              "the index column is " + quoted(item[Column::dasIndexName]) +
-                                                  " here, but " + quoted(names.usual) + " for most items of schema " +
-                                                  quoted(item[Column::dasSchema]));
-                if (names.deciding != nullptr)
-                  finding.related.push_back({names.deciding->at(Column::dasIndexName),
-                                             "the import takes the name of the last item with a setter: " +
-                                                 quoted(map.text(*names.deciding, Column::dasIndexName))});
-              });
+  for (const ItemText& item : itemsOf(map))
+  {
+    const auto schema = schemas.find(item[Column::dasSchema]);
+    if (schema == schemas.end() || schema->second.usual == item[Column::dasIndexName])
+      continue;
+    const IndexNames& names = schema->second;
+    Finding& finding =
+        report.add(item.place(Column::dasIndexName),
+                   "the index column is " + quoted(item[Column::dasIndexName]) + " here, but " + quoted(names.usual) +
+                       " for most items of schema " + quoted(item[Column::dasSchema]));
+    if (names.deciding != nullptr)
+      finding.related.push_back(
+          {names.deciding->at(Column::dasIndexName), "the import takes the name of the last item with a setter: " +
+                                                         quoted(map.text(*names.deciding, Column::dasIndexName))});
+  }
 }
 
 void lookForIndexValues(const MapText& map, Report& report)
 {
   const auto schemas = indexNames(map);
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                const ItemText item(map, line);
-                const auto schema = schemas.find(item[Column::dasSchema]);
-                // When items of the schema disagree, that is what has to be said.
-                if (schema != schemas.end() && schema->second.usual.empty() && !item.has(Column::dasIndexName) &&
-                    item.has(Column::dasIndexValue))
-                  report.add(line.at(Column::dasIndexValue),
-                             "an index value without an index column: the item is never "
-                             "imported, and all rows write one cell");
-              });
+  for (const ItemText& item : itemsOf(map))
+  {
+    const auto schema = schemas.find(item[Column::dasSchema]);
+    // When items of the schema disagree, that is what has to be said.
+    if (schema != schemas.end() && schema->second.usual.empty() && !item.has(Column::dasIndexName) &&
+        item.has(Column::dasIndexValue))
+      report.add(item.place(Column::dasIndexValue),
+                 "an index value without an index column: the item is never imported, and all rows write one cell");
+  }
 }
 
-void lookForIndexWithoutValue(const MapText& map, Report& report)
+void lookForIndexWithoutValue(const ItemText& item, Report& report)
 {
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                const ItemText item(map, line);
-                if (!item.isLocal() && item.has(Column::dasIndexName) && !item.has(Column::dasIndexValue))
-                  report.add(line.at(Column::dasIndexValue), "an index column without an index value: requests ask for "
-                                                             "a row whose index is empty");
-              });
+  if (!item.isLocal() && item.has(Column::dasIndexName) && !item.has(Column::dasIndexValue))
+    report.add(item.place(Column::dasIndexValue),
+               "an index column without an index value: requests ask for a row whose index is empty");
 }
 
-void lookForSuffixes(const MapText& map, Report& report)
+void lookForSuffixes(const ItemText& item, Report& report)
 {
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                const ItemText item(map, line);
-                const std::string_view rootId = item[Column::rootId];
-                const std::size_t last = rootId.find_last_not_of("0123456789");
-                if (!item.isLocal() || !item.has(Column::setter) || last == std::string_view::npos ||
-                    rootId[last] != '-')
-                  return;
-                const std::string_view suffix = rootId.substr(last + 1);
-                if (suffix != item[Column::dasIndexValue])
-                  report.add(line.at(Column::dasIndexValue), "the setter gets index " + quoted(suffix) +
-                                                                 " from the root id at start-up, but " +
-                                                                 quoted(item[Column::dasIndexValue]) + " later on");
-              });
+  const std::string_view rootId = item[Column::rootId];
+  const std::size_t last = rootId.find_last_not_of("0123456789");
+  if (!item.isLocal() || !item.has(Column::setter) || last == std::string_view::npos || rootId[last] != '-')
+    return;
+  const std::string_view suffix = rootId.substr(last + 1);
+  if (suffix != item[Column::dasIndexValue])
+    report.add(item.place(Column::dasIndexValue), "the setter gets index " + quoted(suffix) +
+                                                      " from the root id at start-up, but " +
+                                                      quoted(item[Column::dasIndexValue]) + " later on");
 }
 
 void lookForCase(const MapText& map, Report& report)
 {
   // Names by what they name (columns by their schema), in lower case: the first spelling.
   std::unordered_map<std::string, const MapLine*> seen;
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                const ItemText item(map, line);
-                for (const Column column : {Column::rootId, Column::dasSchema, Column::dasItem, Column::setter,
-                                            Column::getter, Column::isGroupItem})
-                {
-                  std::string key(1, static_cast<char>(column));
-                  if (column == Column::dasItem)
-                    key.append(item[Column::dasSchema]).append(1, '\0');
-                  const MapLine*& first = seen[key + lowered(item[column])];
-                  if (first == nullptr)
-                    first = &line;
-                  if (map.text(*first, column) == item[column])
-                    continue;
-                  report
-                      .add(line.at(column), std::string("the ") + columnName(column) + " " + quoted(item[column]) +
-                                                " differs from " + quoted(map.text(*first, column)) + " in " +
-                                                lineOf(*first) + " by case alone")
-                      .related.push_back({first->at(column), "the other spelling"});
-                }
-              });
+  for (const ItemText& item : itemsOf(map))
+  {
+    for (const Column column :
+         {Column::rootId, Column::dasSchema, Column::dasItem, Column::setter, Column::getter, Column::isGroupItem})
+    {
+      std::string key(1, static_cast<char>(column));
+      if (column == Column::dasItem)
+        key.append(item[Column::dasSchema]).append(1, '\0');
+      const MapLine*& first = seen[key + lowered(item[column])];
+      if (first == nullptr)
+        first = &item.line();
+      if (map.text(*first, column) == item[column])
+        continue;
+      report
+          .add(item.place(column), std::string("the ") + columnName(column) + " " + quoted(item[column]) +
+                                       " differs from " + quoted(map.text(*first, column)) + " in " + lineOf(*first) +
+                                       " by case alone")
+          .related.push_back({first->at(column), "the other spelling"});
+    }
+  }
 }
 
 } // namespace
@@ -265,8 +232,7 @@ const std::vector<Rule>& identityRules()
        lookForSuffixes},
       {"differs-only-in-case", Severity::warning, false, "Two names differ by case alone.",
        "All names are compared letter by letter: root ids, schemas, columns, groups, setters and getters that differ "
-       "by "
-       "case are different ones. A setter of the wrong case is not found, without a word in the log.",
+       "by case are different ones. A setter of the wrong case is not found, without a word in the log.",
        lookForCase},
   };
   return rules;

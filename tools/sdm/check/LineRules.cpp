@@ -107,32 +107,24 @@ bool hasContent(std::string_view surplus)
   return surplus.find_first_not_of(", \t\r") != std::string_view::npos;
 }
 
-void lookForSurplus(const MapText& map, Report& report)
+void lookForSurplus(const ItemText& item, Report& report)
 {
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                if (line.surplus.size() > 0 && map.text(line.surplus).front() == ',' &&
-                    hasContent(map.text(line.surplus)))
-                  report.add(line.surplus,
-                             "text behind the twelfth comma is ignored: " + quoted(map.text(line.surplus).substr(1)));
-              });
+  if (item.line().surplus.size() > 0 && item.map().text(item.line().surplus).front() == ',' &&
+      hasContent(item.map().text(item.line().surplus)))
+    report.add(item.line().surplus,
+               "text behind the twelfth comma is ignored: " + quoted(item.map().text(item.line().surplus).substr(1)));
 }
 
-void lookForTrailingCommas(const MapText& map, Report& report)
+void lookForTrailingCommas(const ItemText& item, Report& report)
 {
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                const std::string_view surplus = map.text(line.surplus);
-                if (surplus.empty() || surplus.front() != ',' || hasContent(surplus))
-                  return;
-                const auto commas = static_cast<std::size_t>(std::count(surplus.begin(), surplus.end(), ','));
-                const Span place{line.surplus.begin, line.surplus.end - (surplus.back() == '\r' ? 1U : 0U)};
-                // A carriage return goes as well: without the commas it would spoil the column before them.
-                report.add(place, counted(commas, "comma") + " too many at the end of the line")
-                    .fix.push_back({line.surplus, ""});
-              });
+  const std::string_view surplus = item.map().text(item.line().surplus);
+  if (surplus.empty() || surplus.front() != ',' || hasContent(surplus))
+    return;
+  const auto commas = static_cast<std::size_t>(std::count(surplus.begin(), surplus.end(), ','));
+  const Span place{item.line().surplus.begin, item.line().surplus.end - (surplus.back() == '\r' ? 1U : 0U)};
+  // A carriage return goes as well: without the commas it would spoil the column before them.
+  report.add(place, counted(commas, "comma") + " too many at the end of the line")
+      .fix.push_back({item.line().surplus, ""});
 }
 
 void lookForComments(const MapText& map, Report& report)
@@ -147,16 +139,12 @@ void lookForComments(const MapText& map, Report& report)
   }
 }
 
-void lookForCommentedItems(const MapText& map, Report& report)
+void lookForCommentedItems(const ItemText& item, Report& report)
 {
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                const std::string_view rootId = map.text(line, Column::rootId);
-                if (beginsComment(rootId))
-                  report.add(line.at(Column::rootId), "the line is not commented out: it loads as item " +
-                                                          quoted(rootId) + ", and its setter runs");
-              });
+  const std::string_view rootId = item[Column::rootId];
+  if (beginsComment(rootId))
+    report.add(item.place(Column::rootId),
+               "the line is not commented out: it loads as item " + quoted(rootId) + ", and its setter runs");
 }
 
 bool isHeader(const ItemText& item)
@@ -169,36 +157,27 @@ bool isHeader(const ItemText& item)
           column == "column");
 }
 
-void lookForHeader(const MapText& map, Report& report)
+void lookForHeader(const ItemText& item, Report& report)
 {
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                if (!isHeader(ItemText(map, line)))
-                  return;
-                const std::uint32_t feed = line.place.end < map.bytes().size() ? 1 : 0;
-                report.add(line.place, "the names of the columns load as an item; a map has no heading")
-                    .fix.push_back({{line.place.begin, line.place.end + feed}, ""});
-              });
+  if (!isHeader(item))
+    return;
+  const std::uint32_t feed = item.line().place.end < item.map().bytes().size() ? 1 : 0;
+  report.add(item.line().place, "the names of the columns load as an item; a map has no heading")
+      .fix.push_back({{item.line().place.begin, item.line().place.end + feed}, ""});
 }
 
-void lookForQuotes(const MapText& map, Report& report)
+void lookForQuotes(const ItemText& item, Report& report)
 {
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                for (std::size_t i = 0; i < columnCount; ++i)
-                {
-                  const std::string_view text = map.text(line.columns[i]);
-                  if (text.empty() || text.front() != '"')
-                    continue;
-                  const bool closed = text.size() > 1 && text.back() == '"';
-                  report.add(line.columns[i],
-                             std::string("there is no quoting in an item map: the quotes belong to the ") +
-                                 columnName(static_cast<Column>(i)) +
-                                 (closed ? "" : ", and commas inside them separate columns"));
-                }
-              });
+  for (std::size_t i = 0; i < columnCount; ++i)
+  {
+    const std::string_view text = item.map().text(item.line().columns[i]);
+    if (text.empty() || text.front() != '"')
+      continue;
+    const bool closed = text.size() > 1 && text.back() == '"';
+    report.add(item.line().columns[i], std::string("there is no quoting in an item map: the quotes belong to the ") +
+                                           columnName(static_cast<Column>(i)) +
+                                           (closed ? "" : ", and commas inside them separate columns"));
+  }
 }
 
 } // namespace
@@ -239,8 +218,8 @@ const std::vector<Rule>& lineRules()
        lookForComments},
       {"commented-out-item", Severity::error, false, "A line that was meant to be commented out is loaded.",
        "There are no comments: the item loads under a root id that begins with #. At start-up its setter is called "
-       "with the default, its schema is read, and it may take the place of the item that was to replace it. Delete "
-       "the line.",
+       "with the default, its schema is read, and it may take the place of the item that was to replace it. Delete the "
+       "line.",
        lookForCommentedItems},
       {"header-line", Severity::error, true, "The names of the columns are loaded as an item.",
        "A map has no heading. The library makes an item of it, and asks the database for a schema of the name that "

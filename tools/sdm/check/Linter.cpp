@@ -51,6 +51,14 @@ private:
   std::map<std::uint32_t, Edit> all;
 };
 
+void look(const Rule& rule, const MapText& map, const std::vector<ItemText>& items, Report& report)
+{
+  if (const auto* atMap = std::get_if<LookAtMap>(&rule.look))
+    (*atMap)(map, report);
+  else if (const auto* atItem = std::get_if<LookAtItem>(&rule.look))
+    std::for_each(items.begin(), items.end(), [&](const ItemText& item) { (*atItem)(item, report); });
+}
+
 bool readsItems(const Rule& rule)
 {
   const auto& files = fileRules();
@@ -86,12 +94,13 @@ std::vector<Finding> findingsOf(const MapText& map, const std::vector<const Rule
 {
   std::vector<Finding> findings;
   const bool unreadable = isUtf16(map);
+  const std::vector<ItemText> items = itemsOf(map);
   double done = 0;
   for (const Rule* rule : rules)
   {
     Report report(*rule, findings);
-    if (rule->look != nullptr && (!unreadable || !readsItems(*rule)))
-      rule->look(map, report);
+    if (!unreadable || !readsItems(*rule))
+      look(*rule, map, items, report);
     if (progress)
       progress(++done / static_cast<double>(rules.size()));
   }

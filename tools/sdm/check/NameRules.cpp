@@ -29,98 +29,79 @@ bool isUtf8(std::string_view text)
   return text.empty();
 }
 
-/// Visits the names of elements that an item brings into messages.
-template <typename Visit>
-void forEachElementName(const MapText& map, Visit visit)
+/// The columns whose texts an item brings into messages as names of elements.
+std::vector<Column> elementNames(const ItemText& item)
 {
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                if (line.at(Column::dasSchema).empty())
-                  return;
-                for (const Column column : {Column::dasItem, Column::dasIndexName})
-                {
-                  if (!line.at(column).empty())
-                    visit(line, column);
-                }
-              });
+  std::vector<Column> columns;
+  for (const Column column : {Column::dasItem, Column::dasIndexName})
+  {
+    if (item.has(Column::dasSchema) && item.has(column))
+      columns.push_back(column);
+  }
+  return columns;
 }
 
 void lookForNames(const MapText& map, Report& report)
 {
   std::unordered_map<std::string_view, bool> known;
-  forEachElementName(map,
-                     [&](const MapLine& line, Column column)
-                     {
-                       const std::string_view name = inner(map.text(line, column));
-                       if (name.empty() || hasControl(name) || !isUtf8(name) || name.front() == '"')
-                         return;
-                       const auto [place, isNew] = known.try_emplace(name, false);
-                       if (isNew)
-                         place->second = isXmlName(name);
-                       if (!place->second)
-                         report.add(line.at(column), std::string("the ") + columnName(column) + " " + quoted(name) +
-                                                         " is no XML name: every message with it is malformed");
-                     });
+  for (const ItemText& item : itemsOf(map))
+  {
+    for (const Column column : elementNames(item))
+    {
+      const std::string_view name = inner(item[column]);
+      if (name.empty() || hasControl(name) || !isUtf8(name) || name.front() == '"')
+        continue;
+      const auto [place, isNew] = known.try_emplace(name, false);
+      if (isNew)
+        place->second = isXmlName(name);
+      if (!place->second)
+        report.add(item.place(column), std::string("the ") + columnName(column) + " " + quoted(name) +
+                                           " is no XML name: every message with it is malformed");
+    }
+  }
 }
 
-void lookForReservedNames(const MapText& map, Report& report)
+void lookForReservedNames(const ItemText& item, Report& report)
 {
   static constexpr std::array<std::string_view, 5> reserved = {"Schema", "ReasonForMessage", "ResultCols", "Context",
                                                                "Entry"};
-  forEachElementName(map,
-                     [&](const MapLine& line, Column column)
-                     {
-                       const std::string_view name = map.text(line, column);
-                       if (std::find(reserved.begin(), reserved.end(), name) != reserved.end())
-                         report.add(line.at(column), quoted(name) +
-                                                         " is the name of an element of every message, so its "
-                                                         "value is never read");
-                     });
+  for (const Column column : elementNames(item))
+  {
+    const std::string_view name = item[column];
+    if (std::find(reserved.begin(), reserved.end(), name) != reserved.end())
+      report.add(item.place(column),
+                 quoted(name) + " is the name of an element of every message, so its value is never read");
+  }
 }
 
-void lookForSchemas(const MapText& map, Report& report)
+void lookForSchemas(const ItemText& item, Report& report)
 {
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                const Span place = line.at(Column::dasSchema);
-                const std::string_view text = map.text(place);
-                const std::size_t bad = text.find_first_of("<&\"");
-                // Quotes around the whole are another rule's.
-                if (bad == std::string_view::npos || text.front() == '"')
-                  return;
-                const std::uint32_t at = place.begin + static_cast<std::uint32_t>(bad);
-                report.add({at, at + 1}, "the schema's name is written into messages as it is, and " +
-                                             quoted(text.substr(bad, 1)) + " makes them malformed");
-              });
+  const Span place = item.place(Column::dasSchema);
+  const std::string_view text = item.map().text(place);
+  const std::size_t bad = text.find_first_of("<&\"");
+  // Quotes around the whole are another rule's.
+  if (bad == std::string_view::npos || text.front() == '"')
+    return;
+  const std::uint32_t at = place.begin + static_cast<std::uint32_t>(bad);
+  report.add({at, at + 1}, "the schema's name is written into messages as it is, and " + quoted(text.substr(bad, 1)) +
+                               " makes them malformed");
 }
 
-void lookForIndexValues(const MapText& map, Report& report)
+void lookForIndexValues(const ItemText& item, Report& report)
 {
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                const Span place = line.at(Column::dasIndexValue);
-                const std::size_t bad = map.text(place).find_first_of("<&");
-                if (bad == std::string_view::npos || line.at(Column::dasSchema).empty())
-                  return;
-                const std::uint32_t at = place.begin + static_cast<std::uint32_t>(bad);
-                report.add({at, at + 1}, "the index value is written into messages as it is, and " +
-                                             quoted(map.text({at, at + 1})) + " makes them malformed");
-              });
+  const Span place = item.place(Column::dasIndexValue);
+  const std::size_t bad = item.map().text(place).find_first_of("<&");
+  if (bad == std::string_view::npos || item.place(Column::dasSchema).empty())
+    return;
+  const std::uint32_t at = place.begin + static_cast<std::uint32_t>(bad);
+  report.add({at, at + 1}, "the index value is written into messages as it is, and " +
+                               quoted(item.map().text({at, at + 1})) + " makes them malformed");
 }
 
-void lookForIndexAsColumn(const MapText& map, Report& report)
+void lookForIndexAsColumn(const ItemText& item, Report& report)
 {
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                const ItemText item(map, line);
-                if (!item.isLocal() && item.has(Column::dasItem) && item[Column::dasItem] == item[Column::dasIndexName])
-                  report.add(line.at(Column::dasItem), "the column is the index column of its rows: its value is never "
-                                                       "read");
-              });
+  if (!item.isLocal() && item.has(Column::dasItem) && item[Column::dasItem] == item[Column::dasIndexName])
+    report.add(item.place(Column::dasItem), "the column is the index column of its rows: its value is never read");
 }
 
 } // namespace

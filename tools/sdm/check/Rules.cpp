@@ -44,7 +44,42 @@ bool isPlainName(std::string_view text)
   return !text.empty() && letter(text.front()) && std::all_of(text.begin(), text.end(), rest);
 }
 
+bool isBlank(char c)
+{
+  return c == ' ' || c == '\t';
+}
+
 } // namespace
+
+Span trimmed(const MapText& map, Span place)
+{
+  const std::string_view text = map.text(place);
+  const auto* const first = std::find_if_not(text.begin(), text.end(), isBlank);
+  if (first == text.end())
+    return {place.begin, place.begin};
+  const auto last = std::find_if_not(text.rbegin(), text.rend(), isBlank);
+  return {place.begin + static_cast<std::uint32_t>(first - text.begin()),
+          place.end - static_cast<std::uint32_t>(last - text.rbegin())};
+}
+
+Span withoutReturn(const MapText& map, Span place)
+{
+  const std::string_view text = map.text(place);
+  if (!text.empty() && text.back() == '\r')
+    --place.end;
+  return place;
+}
+
+std::vector<ItemText> itemsOf(const MapText& map)
+{
+  std::vector<ItemText> items;
+  for (const MapLine& line : map.lines())
+  {
+    if (line.kind == MapLine::Kind::item && !line.continued)
+      items.emplace_back(map, line);
+  }
+  return items;
+}
 
 std::string quoted(std::string_view text)
 {

@@ -29,32 +29,34 @@ const std::vector<Rule>& valueRules();
 /// What a service makes of its map.
 const std::vector<Rule>& serviceRules();
 
-/// Visits the items that somebody wrote: not those that a cut line left over.
-template <typename Visit>
-void forEachItem(const MapText& map, Visit visit)
-{
-  for (const MapLine& line : map.lines())
-  {
-    if (line.kind == MapLine::Kind::item && !line.continued)
-      visit(line);
-  }
-}
-
-/// The columns of an item, as texts.
+/// An item that somebody wrote, with its columns as texts. Borrows the map.
 class ItemText
 {
 public:
-  ItemText(const MapText& map, const MapLine& line) : mapText(map), mapLine(line)
+  ItemText(const MapText& map, const MapLine& line) : mapText(&map), mapLine(&line)
   {
   }
 
+  const MapText& map() const
+  {
+    return *mapText;
+  }
+  const MapLine& line() const
+  {
+    return *mapLine;
+  }
   std::string_view operator[](Column which) const
   {
-    return mapText.text(mapLine, which);
+    return mapText->text(*mapLine, which);
+  }
+  /// Where the column stands in the file.
+  const Span& place(Column which) const
+  {
+    return mapLine->at(which);
   }
   bool has(Column which) const
   {
-    return !mapLine.at(which).empty();
+    return !place(which).empty();
   }
   bool isLocal() const
   {
@@ -70,9 +72,18 @@ public:
   }
 
 private:
-  const MapText& mapText;
-  const MapLine& mapLine;
+  const MapText* mapText;
+  const MapLine* mapLine;
 };
+
+/// The items that somebody wrote, in the order of the file: not those that a cut line left over.
+std::vector<ItemText> itemsOf(const MapText& map);
+
+/// The piece without blanks at its ends; empty, and at its begin, when there is nothing else.
+Span trimmed(const MapText& map, Span place);
+
+/// The piece without the carriage return that a line may end in: that is a finding of its own.
+Span withoutReturn(const MapText& map, Span place);
 
 /// A piece of the file in quotes, as a terminal may show it; long ones are cut.
 std::string quoted(std::string_view text);

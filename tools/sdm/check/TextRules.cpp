@@ -10,46 +10,23 @@ namespace cli::check
 namespace
 {
 
-bool isBlank(char c)
-{
-  return c == ' ' || c == '\t';
-}
-
-/// The piece without blanks at its ends; empty, and at its begin, when there is nothing else.
-Span trimmed(const MapText& map, Span place)
-{
-  const std::string_view text = map.text(place);
-  const auto* const first = std::find_if_not(text.begin(), text.end(), isBlank);
-  if (first == text.end())
-    return {place.begin, place.begin};
-  const auto last = std::find_if_not(text.rbegin(), text.rend(), isBlank);
-  return {place.begin + static_cast<std::uint32_t>(first - text.begin()),
-          place.end - static_cast<std::uint32_t>(last - text.rbegin())};
-}
-
-/// A column without the carriage return that a line may end in: that is a finding of its own.
-Span withoutReturn(const MapText& map, Span place)
-{
-  const std::string_view text = map.text(place);
-  if (!text.empty() && text.back() == '\r')
-    --place.end;
-  return place;
-}
-
 bool isDefault(Column column)
 {
   return column == Column::defaultValue || column == Column::alternativeDefault;
 }
 
-template <typename Visit>
-void forEachColumn(const MapText& map, Visit visit)
+struct ColumnPlace
 {
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                for (std::size_t i = 0; i < columnCount; ++i)
-                  visit(static_cast<Column>(i), withoutReturn(map, line.columns[i]));
-              });
+  Column column;
+  Span place;
+};
+
+std::array<ColumnPlace, columnCount> columnsOf(const ItemText& item)
+{
+  std::array<ColumnPlace, columnCount> places;
+  for (std::size_t i = 0; i < columnCount; ++i)
+    places[i] = {static_cast<Column>(i), withoutReturn(item.map(), item.line().columns[i])};
+  return places;
 }
 
 void removeEnds(Finding& finding, const Span& whole, const Span& kept)
@@ -60,32 +37,29 @@ void removeEnds(Finding& finding, const Span& whole, const Span& kept)
     finding.fix.push_back({{kept.end, whole.end}, ""});
 }
 
-void lookForBlanksAround(const MapText& map, Report& report)
+void lookForBlanksAround(const ItemText& item, Report& report)
 {
-  forEachColumn(
-      map,
-      [&](Column column, const Span& place)
-      {
-        const Span kept = trimmed(map, place);
-        if (isDefault(column) || column == Column::userData || column == Column::dasEncrypted || kept.empty() ||
-            kept.size() == place.size())
-          return;
-        const Span blanks = kept.begin > place.begin ? Span{place.begin, kept.begin} : Span{kept.end, place.end};
-        Finding& finding = report.add(blanks, std::string("blanks belong to the ") + columnName(column) +
-                                                  ", which is " + quoted(map.text(place)));
-        removeEnds(finding, place, kept);
-      });
+  for (const auto& [column, place] : columnsOf(item))
+  {
+    const Span kept = trimmed(item.map(), place);
+    if (isDefault(column) || column == Column::userData || column == Column::dasEncrypted || kept.empty() ||
+        kept.size() == place.size())
+      continue;
+    const Span blanks = kept.begin > place.begin ? Span{place.begin, kept.begin} : Span{kept.end, place.end};
+    Finding& finding = report.add(blanks, std::string("blanks belong to the ") + columnName(column) + ", which is " +
+                                              quoted(item.map().text(place)));
+    removeEnds(finding, place, kept);
+  }
 }
 
-void lookForBlanksAroundDefaults(const MapText& map, Report& report)
+void lookForBlanksAroundDefaults(const ItemText& item, Report& report)
 {
-  forEachColumn(map,
-                [&](Column column, const Span& place)
-                {
-                  if (isDefault(column) && trimmed(map, place).size() != place.size())
-                    report.add(place, std::string("blanks belong to the ") + columnName(column) + ", which is " +
-                                          quoted(map.text(place)));
-                });
+  for (const auto& [column, place] : columnsOf(item))
+  {
+    if (isDefault(column) && trimmed(item.map(), place).size() != place.size())
+      report.add(place, std::string("blanks belong to the ") + columnName(column) + ", which is " +
+                            quoted(item.map().text(place)));
+  }
 }
 
 std::string effectOfBlanks(Column column)
@@ -99,16 +73,14 @@ std::string effectOfBlanks(Column column)
   return std::string("is not empty: it is the ") + columnName(column);
 }
 
-void lookForBlankFields(const MapText& map, Report& report)
+void lookForBlankFields(const ItemText& item, Report& report)
 {
-  forEachColumn(
-      map,
-      [&](Column column, const Span& place)
-      {
-        if (isDefault(column) || place.empty() || !trimmed(map, place).empty())
-          return;
-        report.add(place, "a column of nothing but blanks " + effectOfBlanks(column)).fix.push_back({place, ""});
-      });
+  for (const auto& [column, place] : columnsOf(item))
+  {
+    if (isDefault(column) || place.empty() || !trimmed(item.map(), place).empty())
+      continue;
+    report.add(place, "a column of nothing but blanks " + effectOfBlanks(column)).fix.push_back({place, ""});
+  }
 }
 
 void lookForBrokenUtf8(const MapText& map, Report& report)
@@ -141,34 +113,29 @@ std::optional<std::size_t> controlIn(std::string_view text)
   return std::nullopt;
 }
 
-void lookForControls(const MapText& map, Report& report)
+void lookForControls(const ItemText& item, Report& report)
 {
-  forEachColumn(map,
-                [&](Column column, const Span& place)
-                {
-                  const auto found = controlIn(map.text(place));
-                  if (!found)
-                    return;
-                  const std::uint32_t at = place.begin + static_cast<std::uint32_t>(*found);
-                  report.add({at, at + 1}, std::string("a control character in the ") + columnName(column) +
-                                               ": messages to the database cannot carry it as it is");
-                });
+  for (const auto& [column, place] : columnsOf(item))
+  {
+    const auto found = controlIn(item.map().text(place));
+    if (!found)
+      continue;
+    const std::uint32_t at = place.begin + static_cast<std::uint32_t>(*found);
+    report.add({at, at + 1}, std::string("a control character in the ") + columnName(column) +
+                                 ": messages to the database cannot carry it as it is");
+  }
 }
 
-void lookForReturns(const MapText& map, Report& report)
+void lookForReturns(const ItemText& item, Report& report)
 {
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                const Span flag = line.at(Column::dasEncrypted);
-                if (map.text(flag) != "true\r")
-                  return;
-                const Span end{flag.end - 1, flag.end};
-                report
-                    .add(end, "the carriage return belongs to the flag, which thus is not \"true\": the value is "
-                              "stored in plain text")
-                    .fix.push_back({end, ""});
-              });
+  const Span flag = item.place(Column::dasEncrypted);
+  if (item.map().text(flag) != "true\r")
+    return;
+  const Span end{flag.end - 1, flag.end};
+  report
+      .add(end,
+           "the carriage return belongs to the flag, which thus is not \"true\": the value is stored in plain text")
+      .fix.push_back({end, ""});
 }
 
 template <std::size_t n>
@@ -180,45 +147,32 @@ bool isOneOf(std::string_view text, const std::array<std::string_view, n>& words
 constexpr std::array<std::string_view, 8> agreeing = {"true", "1", "yes", "y", "on", "t", "x", "encrypted"};
 constexpr std::array<std::string_view, 7> denying = {"false", "0", "no", "n", "off", "f", "none"};
 
-void lookForFlags(const MapText& map, Report& report)
+void lookForFlags(const ItemText& item, Report& report)
 {
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                const Span whole = withoutReturn(map, line.at(Column::dasEncrypted));
-                const std::string_view word = map.text(trimmed(map, whole));
-                if (map.text(whole) == "true" || word.empty() || isOneOf(word, denying))
-                  return;
-                Finding& finding = report.add(
-                    whole, quoted(map.text(whole)) + " does not turn encryption on, only \"true\" does: the value is "
-                                                     "stored in plain text");
-                if (isOneOf(word, agreeing))
-                  finding.fix.push_back({whole, "true"});
-              });
+  const Span whole = withoutReturn(item.map(), item.place(Column::dasEncrypted));
+  const std::string_view word = item.map().text(trimmed(item.map(), whole));
+  if (item.map().text(whole) == "true" || word.empty() || isOneOf(word, denying))
+    return;
+  Finding& finding =
+      report.add(whole, quoted(item.map().text(whole)) +
+                            " does not turn encryption on, only \"true\" does: the value is stored in plain text");
+  if (isOneOf(word, agreeing))
+    finding.fix.push_back({whole, "true"});
 }
 
-void lookForDeniedFlags(const MapText& map, Report& report)
+void lookForDeniedFlags(const ItemText& item, Report& report)
 {
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                const Span whole = withoutReturn(map, line.at(Column::dasEncrypted));
-                if (isOneOf(map.text(trimmed(map, whole)), denying))
-                  report.add(whole, "the value is not encrypted, as it would not be with an empty column")
-                      .fix.push_back({whole, ""});
-              });
+  const Span whole = withoutReturn(item.map(), item.place(Column::dasEncrypted));
+  if (isOneOf(item.map().text(trimmed(item.map(), whole)), denying))
+    report.add(whole, "the value is not encrypted, as it would not be with an empty column").fix.push_back({whole, ""});
 }
 
-void lookForDeniedUserData(const MapText& map, Report& report)
+void lookForDeniedUserData(const ItemText& item, Report& report)
 {
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                const Span mark = line.at(Column::userData);
-                if (isOneOf(map.text(trimmed(map, mark)), denying))
-                  report.add(mark, "any text marks an item as user data, " + quoted(map.text(mark)) + " as well")
-                      .fix.push_back({mark, ""});
-              });
+  const Span mark = item.place(Column::userData);
+  if (isOneOf(item.map().text(trimmed(item.map(), mark)), denying))
+    report.add(mark, "any text marks an item as user data, " + quoted(item.map().text(mark)) + " as well")
+        .fix.push_back({mark, ""});
 }
 
 } // namespace
@@ -228,10 +182,8 @@ const std::vector<Rule>& textRules()
   static const std::vector<Rule> rules = {
       {"blank-around-field", Severity::error, true, "Blanks before or behind a name belong to it.",
        "The library takes nothing away. A root id with a blank is found by nobody, a setter's name with a blank "
-       "matches "
-       "no registered setter (in silence: the item just cannot be set), a schema is not found, and a column's name "
-       "with "
-       "a blank makes every message about it malformed. --fix takes the blanks away.",
+       "matches no registered setter (in silence: the item just cannot be set), a schema is not found, and a column's "
+       "name with a blank makes every message about it malformed. --fix takes the blanks away.",
        lookForBlanksAround},
       {"blank-around-default", Severity::warning, false, "Blanks before or behind a default belong to it.",
        "The setter gets the default with its blanks, and may refuse it; a refusal of a default at start-up leaves no "
@@ -255,9 +207,8 @@ const std::vector<Rule>& textRules()
       {"carriage-return", Severity::error, true, "A carriage return turns encryption off.",
        "The library takes away the line feed of a line that ends in CR LF, and keeps the carriage return. Column 12 is "
        "then \"true\" and a carriage return, which is not \"true\": the value is stored, sent and logged in plain "
-       "text. "
-       "--fix takes the carriage return away. Mind that the databases of devices in the field hold plain values then, "
-       "which cannot be decoded: each start says so in the log at level 2, until the value is set again.",
+       "text. --fix takes the carriage return away. Mind that the databases of devices in the field hold plain values "
+       "then, which cannot be decoded: each start says so in the log at level 2, until the value is set again.",
        lookForReturns},
       {"encryption-flag", Severity::error, true, "Only \"true\" turns encryption on.",
        "Column 12 is compared with \"true\", letter by letter: True, TRUE, 1 and yes leave the value in plain text, in "

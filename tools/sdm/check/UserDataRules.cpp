@@ -6,74 +6,42 @@ namespace cli::check
 namespace
 {
 
-template <typename Visit>
-void forEachStoredUserItem(const MapText& map, Visit visit)
+bool isStoredUserData(const ItemText& item)
 {
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                const ItemText item(map, line);
-                if (item.isUserData() && !item.isLocal())
-                  visit(line, item);
-              });
+  return item.isUserData() && !item.isLocal();
 }
 
-void lookForLocalUserData(const MapText& map, Report& report)
+void lookForLocalUserData(const ItemText& item, Report& report)
 {
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                const ItemText item(map, line);
-                if (item.isUserData() && item.isLocal())
-                  report.add(line.at(Column::userData),
-                             "user data is reset and reloaded through the database, and this "
-                             "item has no schema");
-              });
+  if (item.isUserData() && item.isLocal())
+    report.add(item.place(Column::userData),
+               "user data is reset and reloaded through the database, and this item has no schema");
 }
 
-void lookForMissingGetter(const MapText& map, Report& report)
+void lookForMissingGetter(const ItemText& item, Report& report)
 {
-  forEachStoredUserItem(map,
-                        [&](const MapLine& line, const ItemText& item)
-                        {
-                          if (!item.has(Column::getter))
-                            report.add(line.at(Column::getter), "user data without a getter is never put back to its "
-                                                                "default");
-                        });
+  if (isStoredUserData(item) && !item.has(Column::getter))
+    report.add(item.place(Column::getter), "user data without a getter is never put back to its default");
 }
 
-void lookForMissingSetter(const MapText& map, Report& report)
+void lookForMissingSetter(const ItemText& item, Report& report)
 {
-  forEachStoredUserItem(map,
-                        [&](const MapLine& line, const ItemText& item)
-                        {
-                          if (!item.has(Column::setter))
-                            report.add(line.at(Column::setter),
-                                       "user data without a setter: the service does not learn "
-                                       "of resets and reloads");
-                        });
+  if (isStoredUserData(item) && !item.has(Column::setter))
+    report.add(item.place(Column::setter),
+               "user data without a setter: the service does not learn of resets and reloads");
 }
 
-void lookForMissingColumn(const MapText& map, Report& report)
+void lookForMissingColumn(const ItemText& item, Report& report)
 {
-  forEachStoredUserItem(map,
-                        [&](const MapLine& line, const ItemText& item)
-                        {
-                          if (!item.has(Column::dasItem))
-                            report.add(line.at(Column::dasItem), "user data without a column makes the request of a "
-                                                                 "reset malformed");
-                        });
+  if (isStoredUserData(item) && !item.has(Column::dasItem))
+    report.add(item.place(Column::dasItem), "user data without a column makes the request of a reset malformed");
 }
 
-void lookForRows(const MapText& map, Report& report)
+void lookForRows(const ItemText& item, Report& report)
 {
-  forEachStoredUserItem(map,
-                        [&](const MapLine& line, const ItemText& item)
-                        {
-                          if (item.has(Column::dasIndexName))
-                            report.add(line.at(Column::userData), "a reload of user data reads the first row for every "
-                                                                  "index value, this one as well");
-                        });
+  if (isStoredUserData(item) && item.has(Column::dasIndexName))
+    report.add(item.place(Column::userData),
+               "a reload of user data reads the first row for every index value, this one as well");
 }
 
 /// Whether the column's name stands in a reply somewhere before its own element.
@@ -95,25 +63,16 @@ std::string ambiguity(const ItemText& item)
          " before the column's own element";
 }
 
-void lookForAmbiguousColumns(const MapText& map, Report& report)
+void lookForAmbiguousColumns(const ItemText& item, Report& report)
 {
-  forEachStoredUserItem(map,
-                        [&](const MapLine& line, const ItemText& item)
-                        {
-                          if (standsEarlier(item))
-                            report.add(line.at(Column::dasItem), ambiguity(item) + ": a reload takes the wrong text");
-                        });
+  if (isStoredUserData(item) && standsEarlier(item))
+    report.add(item.place(Column::dasItem), ambiguity(item) + ": a reload takes the wrong text");
 }
 
-void lookForAmbiguousImports(const MapText& map, Report& report)
+void lookForAmbiguousImports(const ItemText& item, Report& report)
 {
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                const ItemText item(map, line);
-                if (!item.isLocal() && !item.isUserData() && standsEarlier(item))
-                  report.add(line.at(Column::dasItem), ambiguity(item) + ": importItemFromDAS takes the wrong text");
-              });
+  if (!item.isLocal() && !item.isUserData() && standsEarlier(item))
+    report.add(item.place(Column::dasItem), ambiguity(item) + ": importItemFromDAS takes the wrong text");
 }
 
 } // namespace
@@ -128,8 +87,7 @@ const std::vector<Rule>& userDataRules()
        lookForLocalUserData},
       {"user-data-without-getter", Severity::error, false, "User data without a getter is never reset.",
        "setDefaultUserData compares what the getter tells with the default, and puts back what differs. An item "
-       "without "
-       "a getter is left as it is, without a word: the user's data survive the reset.",
+       "without a getter is left as it is, without a word: the user's data survive the reset.",
        lookForMissingGetter},
       {"user-data-without-setter", Severity::error, false,
        "The service does not learn of resets and reloads of an item.",

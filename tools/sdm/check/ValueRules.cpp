@@ -14,25 +14,20 @@ bool isWrittenUnescaped(const ItemText& item)
   return item.isUserData() && !item.isLocal() && !item.isEncrypted();
 }
 
-void lookForUnescaped(const MapText& map, Report& report)
+void lookForUnescaped(const ItemText& item, Report& report)
 {
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                if (!isWrittenUnescaped(ItemText(map, line)))
-                  return;
-                for (const Column column : {Column::defaultValue, Column::alternativeDefault})
-                {
-                  const std::string_view text = map.text(line, column);
-                  const std::size_t bad = std::min(text.find_first_of("<&"), text.find("]]>"));
-                  if (bad == std::string_view::npos)
-                    continue;
-                  const std::uint32_t at = line.at(column).begin + static_cast<std::uint32_t>(bad);
-                  report.add({at, at + 1}, std::string("a reset writes the ") + columnName(column) + " as it is, and " +
-                                               quoted(text.substr(bad, text[bad] == ']' ? 3 : 1)) +
-                                               " corrupts the request");
-                }
-              });
+  if (!isWrittenUnescaped(item))
+    return;
+  for (const Column column : {Column::defaultValue, Column::alternativeDefault})
+  {
+    const std::string_view text = item[column];
+    const std::size_t bad = std::min(text.find_first_of("<&"), text.find("]]>"));
+    if (bad == std::string_view::npos)
+      continue;
+    const std::uint32_t at = item.place(column).begin + static_cast<std::uint32_t>(bad);
+    report.add({at, at + 1}, std::string("a reset writes the ") + columnName(column) + " as it is, and " +
+                                 quoted(text.substr(bad, text[bad] == ']' ? 3 : 1)) + " corrupts the request");
+  }
 }
 
 /// Whether any operation of the library makes use of the item's default.
@@ -58,56 +53,36 @@ bool isMovedFlag(const ItemText& item)
          !isFlag(item[Column::defaultValue]);
 }
 
-void lookForEqualAlternatives(const MapText& map, Report& report)
+void lookForEqualAlternatives(const ItemText& item, Report& report)
 {
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                const ItemText item(map, line);
-                if (item.has(Column::alternativeDefault) && usesDefault(item) &&
-                    item[Column::alternativeDefault] == item[Column::defaultValue])
-                  report.add(line.at(Column::alternativeDefault), "the alternative default is the same as the default")
-                      .fix.push_back({line.at(Column::alternativeDefault), ""});
-              });
+  if (item.has(Column::alternativeDefault) && usesDefault(item) &&
+      item[Column::alternativeDefault] == item[Column::defaultValue])
+    report.add(item.place(Column::alternativeDefault), "the alternative default is the same as the default")
+        .fix.push_back({item.place(Column::alternativeDefault), ""});
 }
 
-void lookForUnusedAlternatives(const MapText& map, Report& report)
+void lookForUnusedAlternatives(const ItemText& item, Report& report)
 {
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                const ItemText item(map, line);
-                if (item.has(Column::alternativeDefault) && !usesDefault(item) && !isMovedFlag(item))
-                  report.add(line.at(Column::alternativeDefault), "the alternative default is never used, for nothing "
-                                                                  "uses a default of this item");
-              });
+  if (item.has(Column::alternativeDefault) && !usesDefault(item) && !isMovedFlag(item))
+    report.add(item.place(Column::alternativeDefault),
+               "the alternative default is never used, for nothing uses a default of this item");
 }
 
-void lookForMovedFlags(const MapText& map, Report& report)
+void lookForMovedFlags(const ItemText& item, Report& report)
 {
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                if (isMovedFlag(ItemText(map, line)))
-                  report.add(line.at(Column::alternativeDefault),
-                             "\"true\" is an alternative default here, in column 11; "
-                             "encryption is turned on by column 12");
-              });
+  if (isMovedFlag(item))
+    report.add(item.place(Column::alternativeDefault),
+               "\"true\" is an alternative default here, in column 11; encryption is turned on by column 12");
 }
 
-void lookForSecretDefaults(const MapText& map, Report& report)
+void lookForSecretDefaults(const ItemText& item, Report& report)
 {
-  forEachItem(map,
-              [&](const MapLine& line)
-              {
-                const ItemText item(map, line);
-                for (const Column column : {Column::defaultValue, Column::alternativeDefault})
-                {
-                  if (item.isEncrypted() && item.has(column))
-                    report.add(line.at(column), std::string("the ") + columnName(column) +
-                                                    " of an encrypted item stands here for everyone to read");
-                }
-              });
+  for (const Column column : {Column::defaultValue, Column::alternativeDefault})
+  {
+    if (item.isEncrypted() && item.has(column))
+      report.add(item.place(column),
+                 std::string("the ") + columnName(column) + " of an encrypted item stands here for everyone to read");
+  }
 }
 
 } // namespace
