@@ -1,7 +1,7 @@
-// Runs one target over the files of a folder, and over a few mutations of each that are the same every time: what a
+// Runs one target over its committed inputs, and over a few mutations of each that are the same every time: what a
 // fuzzer once found stays found in every build, without the fuzzer.
 //
-// usage: replay_TARGET FILE|FOLDER [MUTATIONS]
+// usage: replay_TARGET TARGET.inputs|INPUT [MUTATIONS]
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -9,9 +9,11 @@
 #include <fstream>
 #include <iterator>
 #include <random>
+#include <stdexcept>
 #include <vector>
 
 #include "Fuzz.h"
+#include "Inputs.h"
 
 namespace
 {
@@ -24,21 +26,16 @@ std::minstd_rand& bytesRandom()
   return random;
 }
 
-std::vector<std::uint8_t> contentOf(const std::filesystem::path& path)
+/// Those of a file of committed inputs, or the one that a file of any other name is.
+std::vector<fuzz::Input> inputsOf(const std::filesystem::path& path)
 {
   std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
-std::vector<std::filesystem::path> filesOf(const std::filesystem::path& path)
-{
-  if (!std::filesystem::is_directory(path))
-    return {path};
-  std::vector<std::filesystem::path> files;
-  for (const auto& entry : std::filesystem::directory_iterator(path))
-    files.push_back(entry.path());
-  std::sort(files.begin(), files.end());
-  return files;
+  if (!file)
+    throw std::runtime_error("it cannot be read");
+  const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  if (path.extension() == ".inputs")
+    return fuzz::readInputs(text);
+  return {{path.filename().string(), text}};
 }
 
 void replay(const std::vector<std::uint8_t>& input)
@@ -59,6 +56,15 @@ void replayMutations(std::vector<std::uint8_t> input, unsigned int mutations)
     input.resize(size);
     replay(input);
   }
+}
+
+void replayAll(const fuzz::Input& input, unsigned int mutations)
+{
+  std::printf("%s\n", input.name.c_str());
+  std::fflush(stdout);
+  const std::vector<std::uint8_t> bytes(input.content.begin(), input.content.end());
+  replay(bytes);
+  replayMutations(bytes, mutations);
 }
 
 } // namespace
@@ -89,19 +95,21 @@ int main(int argc, char** argv)
 {
   if (argc < 2)
   {
-    std::fprintf(stderr, "usage: %s FILE|FOLDER [MUTATIONS]\n", argv[0]);
+    std::fprintf(stderr, "usage: %s TARGET.inputs|INPUT [MUTATIONS]\n", argv[0]);
     return 2;
   }
   const auto mutations = static_cast<unsigned int>(argc > 2 ? std::atoi(argv[2]) : 0);
-  const std::vector<std::filesystem::path> files = filesOf(argv[1]);
-  for (const std::filesystem::path& file : files)
+  try
   {
-    const std::vector<std::uint8_t> input = contentOf(std::filesystem::absolute(file));
-    std::printf("%s\n", file.filename().c_str());
-    std::fflush(stdout);
-    replay(input);
-    replayMutations(input, mutations);
+    const std::vector<fuzz::Input> inputs = inputsOf(argv[1]);
+    for (const fuzz::Input& input : inputs)
+      replayAll(input, mutations);
+    std::printf("%zu inputs, each with %u mutations\n", inputs.size(), mutations);
+    return inputs.empty() ? 1 : 0;
   }
-  std::printf("%zu inputs, each with %u mutations\n", files.size(), mutations);
-  return files.empty() ? 1 : 0;
+  catch (const std::exception& problem)
+  {
+    std::fprintf(stderr, "%s: %s\n", argv[1], problem.what());
+    return 1;
+  }
 }
