@@ -76,6 +76,12 @@ public:
     return {columns[i], static_cast<std::size_t>(columns[i + 1] - columns[i] - 1)};
   }
 
+  /// The current line, which is a whole one or a piece of one, belongs to a line of more than 500 characters.
+  bool lineIsTooLong() const
+  {
+    return tooLong;
+  }
+
   /// Where the current line stands in the file, counted from 1; too high behind a line of more than 500
   /// characters with a NUL byte in it.
   unsigned long lineNumber() const
@@ -85,6 +91,7 @@ public:
 
 private:
   bool split(std::size_t length);
+  bool moreFollows();
 
   struct Close
   {
@@ -100,6 +107,7 @@ private:
   std::array<const char*, static_cast<std::size_t>(ItemMapColumn::count) + 1> columns{};
   unsigned long number = 0;
   bool lineContinues = false;
+  bool tooLong = false;
 };
 
 } // namespace sdm

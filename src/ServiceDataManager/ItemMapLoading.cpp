@@ -59,6 +59,22 @@ private:
   std::array<std::string, static_cast<std::size_t>(sdm::ItemMapColumn::count)> texts;
 };
 
+/// Tells what is wrong with the current line, of a line that is read in pieces once. `toldTooLong` is the number of the
+/// last line that was told as too long.
+void tellOfLine(const sdm::ItemMapFile& file, sdm::ItemMapFile::Line kind, unsigned long& toldTooLong)
+{
+  if (file.lineIsTooLong())
+  {
+    if (std::exchange(toldTooLong, file.lineNumber()) != file.lineNumber())
+      SDM_LOG(2, "setAllManagedData line %lu of \"%s\" is longer than %zu characters", file.lineNumber(),
+              itemMapFileName, sdm::ItemMapFile::longestLine);
+  }
+  else if (kind == sdm::ItemMapFile::Line::tooFewColumns)
+  {
+    SDM_LOG(2, "setAllManagedData line %lu of \"%s\" has fewer than 12 columns", file.lineNumber(), itemMapFileName);
+  }
+}
+
 /// The entries of a dictionary, item by item.
 struct DictionaryItem
 {
@@ -123,6 +139,7 @@ void ServiceDataManager::loadItemMapFile(sdm::ItemMapFile& file)
   interfaceCount = interfaces != nullptr ? interfaces->getInterfaceCount() : 0;
   const bool alternativesWanted = takesAlternativeDefaults(interfaceCount);
   LineTexts line;
+  unsigned long tooLong = 0;
   for (Line kind = file.next(); kind != Line::end; kind = file.next())
   {
     if (kind == Line::readError)
@@ -130,11 +147,9 @@ void ServiceDataManager::loadItemMapFile(sdm::ItemMapFile& file)
       SDM_LOG(2, "setAllManagedData Can't read \"%s\": %s", itemMapFileName, std::strerror(errno));
       return;
     }
+    tellOfLine(file, kind, tooLong);
     if (kind == Line::tooFewColumns)
-    {
-      SDM_LOG(2, "setAllManagedData line %lu of \"%s\" has fewer than 12 columns", file.lineNumber(), itemMapFileName);
       continue;
-    }
     line.read(file);
     const std::string& rootId = line[Column::rootId];
     if (!line[Column::userData].empty())

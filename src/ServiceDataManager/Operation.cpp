@@ -11,6 +11,7 @@ ServiceDataManager::Operation::Operation(ServiceDataManager& owner)
       exceptionsBefore(std::uncaught_exceptions()),
       inner(owner.runningOperations > 0),
       outerReply(owner.reply),
+      groupsToKeep(owner.flaggedGroups()),
       outerRecordsToKeep(owner.recordsToKeep)
 {
   if (inner)
@@ -29,11 +30,11 @@ ServiceDataManager::Operation::~Operation()
   if (std::uncaught_exceptions() > exceptionsBefore)
     dropGatheredState();
   manager.reply = outerReply;
-  manager.recordsToKeep = outerRecordsToKeep;
   if (inner)
     restoreOuterState();
   else
     freeRetired();
+  manager.recordsToKeep = outerRecordsToKeep;
   --manager.runningOperations;
 }
 
@@ -44,14 +45,29 @@ void ServiceDataManager::Operation::dropPendingRecords()
   manager.recordsToKeep = 0;
 }
 
+void ServiceDataManager::Operation::groupsAreJudged()
+{
+  groupsToKeep.clear();
+}
+
 void ServiceDataManager::Operation::dropGatheredState()
 {
-  for (const auto& group : std::exchange(manager.groupsNeedingValidation, {}))
+  for (const auto& group : takeOwnGroups())
     forgetGroup(group.first);
-  // What is left by the validator's own calls of the manager.
-  manager.groupsNeedingValidation.clear();
+  // What the validator's own calls of the manager left.
+  takeOwnGroups();
   if (manager.pendingSecurityLogRecords.size() > manager.recordsToKeep)
     manager.pendingSecurityLogRecords.resize(manager.recordsToKeep);
+}
+
+std::map<std::string, bool> ServiceDataManager::Operation::takeOwnGroups()
+{
+  // Moved and not copied: nothing may fail while an exception passes.
+  std::map<std::string, bool> own;
+  own.swap(manager.groupsNeedingValidation);
+  for (const std::string& group : groupsToKeep)
+    manager.groupsNeedingValidation.insert(own.extract(group));
+  return own;
 }
 
 void ServiceDataManager::Operation::forgetGroup(const std::string& group)
@@ -70,6 +86,10 @@ void ServiceDataManager::Operation::restoreOuterState()
 {
   outerGroups.merge(manager.groupsNeedingValidation);
   manager.groupsNeedingValidation.swap(outerGroups);
+  // What the inner operation leaves is not the outer one's to drop. Records that the outer one has gathered already are
+  // in between, and only what stands in front of these can be told from its own.
+  if (outerRecords.size() <= outerRecordsToKeep)
+    outerRecordsToKeep = outerRecords.size() + manager.pendingSecurityLogRecords.size();
   manager.pendingSecurityLogRecords.swap(outerRecords);
   manager.pendingSecurityLogRecords.insert(manager.pendingSecurityLogRecords.end(),
                                            std::make_move_iterator(outerRecords.begin()),

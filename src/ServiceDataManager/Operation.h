@@ -10,9 +10,9 @@
 /// when it ends the outer operation finds its own as they were, together with what the inner one left behind.
 /// Items, indexes and callbacks that an inner operation gets rid of stay alive until the outermost one ends.
 ///
-/// When an exception leaves the operation, so that the next one starts clean, no group stays flagged; the
-/// validator is told to forget all that were flagged and those of all values that were about to be tried; and
-/// security-log records of requests that were never sent are dropped.
+/// When an exception leaves the operation, it drops what it gathered itself: the validator is told to forget the groups
+/// that it flagged and those of all values that it was about to try, and security-log records of requests that it never
+/// sent are dropped. What earlier operations, or inner ones, left behind stays.
 class SDM_SCOPED_HOLD ServiceDataManager::Operation
 {
 public:
@@ -24,8 +24,12 @@ public:
   /// Drops the records of earlier operations that could not be handed over.
   void dropPendingRecords();
 
+  /// The operation has judged all flagged groups: none of those it found is left to later ones, however it ends.
+  void groupsAreJudged();
+
 private:
   void dropGatheredState() SDM_NEEDS(manager);
+  std::map<std::string, bool> takeOwnGroups() SDM_NEEDS(manager);
   void forgetGroup(const std::string& group) SDM_NEEDS(manager);
   void restoreOuterState() SDM_NEEDS(manager);
   void freeRetired() SDM_NEEDS(manager);
@@ -36,9 +40,11 @@ private:
   const bool inner;
   sdm::DASReplyState innerReply;
   sdm::DASReplyState* outerReply;
+  /// The groups that were flagged before, the outer operation's included: an exception leaves them flagged.
+  std::vector<std::string> groupsToKeep;
   std::map<std::string, bool> outerGroups;
   std::vector<std::string> outerRecords;
-  const std::size_t outerRecordsToKeep;
+  std::size_t outerRecordsToKeep;
 };
 
 /// Values that an operation tries and whose groups it flags only later on: when an exception comes before that, a log's

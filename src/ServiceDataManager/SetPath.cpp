@@ -31,6 +31,7 @@ bool ServiceDataManager::setData(ManageableData& data)
   }
   removeAllGroupsFromNeedingValidation();
   groupsNeedingValidation.clear();
+  operation.groupsAreJudged();
 
   rejectRefusedItems(blobs, data);
   // Accepted values are written even when others of the request were refused.

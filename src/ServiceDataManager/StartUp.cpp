@@ -13,6 +13,7 @@ void ServiceDataManager::initialiseWithoutSettingDefaultData(const std::string& 
   if (startup)
     setAllManagedData(name);
   initialiseCacheItems(prefix);
+  operation.groupsAreJudged();
   importFromDAS();
   if (startup)
   {

@@ -154,5 +154,6 @@ void ServiceDataManager::reloadUserData()
   }
   removeAllGroupsFromNeedingValidation();
   groupsNeedingValidation.clear();
+  operation.groupsAreJudged();
   sendDASRequests(requests, dataAccessIfc());
 }

@@ -66,6 +66,7 @@ const std::vector<Class>& classes()
       {"a map that the store does not have", {"log 2 setAllManagedData OCMS lookup failed"}},
       {"a map from the store", {"log 5 setAllManagedData id="}},
       {"a map line of too few columns", {"fewer than 12 columns"}},
+      {"a map line that is too long", {"longer than 500 characters"}},
       {"a publication", {"publishData("}},
       {"changes counted", {"log 5 publishChanges"}},
       {"a check of user data", {"checkData("}},

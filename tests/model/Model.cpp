@@ -64,9 +64,14 @@ std::string element(const std::string& name, const std::string& value)
 }
 
 Model::Run::Run(Model& owner)
-    : lock(owner.semaphore), model(owner), exceptions(std::uncaught_exceptions()), outerLasting(owner.lastingRecords)
+    : lock(owner.semaphore),
+      model(owner),
+      exceptions(std::uncaught_exceptions()),
+      outerLastingGroups(owner.lastingGroups),
+      outerLasting(owner.lastingRecords)
 {
   ++model.running;
+  model.lastingGroups = model.groups;
   if (model.running > 1)
   {
     outerGroups.swap(model.groups);
@@ -85,6 +90,10 @@ Model::Run::~Run()
   if (std::uncaught_exceptions() > exceptions)
     giveBack();
   model.groups.insert(outerGroups.begin(), outerGroups.end());
+  model.lastingGroups = outerLastingGroups;
+  // What an inner operation leaves lasts, unless records that the outer one has yet to send stand in front of it.
+  if (model.running > 1 && outerRecords.size() <= outerLasting)
+    outerLasting = outerRecords.size() + model.records.size();
   model.records.insert(model.records.begin(), outerRecords.begin(), outerRecords.end());
   model.lastingRecords = outerLasting;
   if (outerReply.running)
@@ -98,12 +107,16 @@ Model::Run::~Run()
   --model.running;
 }
 
-/// After an exception the validator is told to forget the operation's groups, and records of changes that were never
-/// sent are dropped.
+/// After an exception the validator is told to forget the operation's own groups, and records of changes that were
+/// never sent are dropped. What was there before stays.
 void Model::Run::giveBack()
 {
-  const std::set<std::string> flagged = std::exchange(model.groups, {});
-  for (const std::string& group : flagged)
+  std::set<std::string> found;
+  std::set<std::string> own;
+  for (const std::string& group : model.groups)
+    (model.lastingGroups.count(group) != 0 ? found : own).insert(group);
+  model.groups = found;
+  for (const std::string& group : own)
   {
     try
     {
@@ -115,8 +128,8 @@ void Model::Run::giveBack()
       // The exception that is on its way is the one that counts.
     }
   }
-  // With what the validator's own calls of the manager left.
-  model.groups.clear();
+  // Not what the validator's own calls of the manager left.
+  model.groups = found;
   model.records.resize(std::min(model.records.size(), model.lastingRecords));
 }
 

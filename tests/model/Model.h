@@ -167,6 +167,8 @@ private:
   std::vector<std::weak_ptr<ManagedDataItem>> changed;
   std::vector<std::string> userDataIds;
   std::set<std::string> groups;
+  /// The groups that an exception leaves flagged: those that the operation found.
+  std::set<std::string> lastingGroups;
   std::vector<std::string> records;
   /// How many records an exception leaves.
   std::size_t lastingRecords = 0;
@@ -197,6 +199,7 @@ private:
   Model& model;
   const int exceptions;
   std::set<std::string> outerGroups;
+  std::set<std::string> outerLastingGroups;
   std::vector<std::string> outerRecords;
   std::size_t outerLasting;
   Reply outerReply;

@@ -170,6 +170,7 @@ void Model::forgetGroups()
       validator->clearGroup(group);
   }
   groups.clear();
+  lastingGroups.clear();
 }
 
 } // namespace judge

@@ -68,24 +68,37 @@ void Model::readMap(const std::string& name)
 namespace
 {
 
+struct Line
+{
+  /// Known to be too high behind a long line with a NUL byte in it.
+  int number;
+  bool first, tooLong;
+  std::string text;
+};
+
 /// The file's lines as a reader with room for 500 characters and the line end sees them: a longer one in pieces. Each
-/// with the number of its line in the file, which is known to be too high behind a long line with a NUL byte in it.
-std::vector<std::pair<int, std::string>> linesOf(std::istream& file)
+/// with the number of its line in the file.
+std::vector<Line> linesOf(std::istream& file)
 {
   const std::string whole((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
-  std::vector<std::pair<int, std::string>> lines;
+  std::vector<Line> lines;
   int number = 0;
   bool continued = false;
+  bool tooLong = false;
   for (std::size_t at = 0; at < whole.size();)
   {
     const std::size_t end = std::min(whole.find('\n', at), whole.size() - 1) + 1;
     const std::string piece = whole.substr(at, std::min<std::size_t>(end - at, 500));
     const std::string seen = piece.substr(0, piece.find('\0'));
-    if (!continued)
-      ++number;
-    lines.emplace_back(number, seen);
-    continued = seen.size() == 500 && seen.back() != '\n';
     at += piece.size();
+    const bool first = !continued;
+    continued = seen.size() == 500 && seen.back() != '\n';
+    if (first)
+    {
+      ++number;
+      tooLong = continued && at < whole.size() && whole[at] != '\n';
+    }
+    lines.push_back({number, first, tooLong, seen});
   }
   return lines;
 }
@@ -109,8 +122,10 @@ void Model::readFile(std::istream& file)
 {
   PhysicalInterfaceServiceIfc* const interfaces = service(interfacesFound, "PhysicalInterfaceServiceIfc");
   const uint32_t count = interfaces == nullptr ? 0 : interfaces->getInterfaceCount();
-  for (auto& [number, line] : linesOf(file))
+  for (auto& [number, first, tooLong, line] : linesOf(file))
   {
+    if (first && tooLong)
+      say(2, "setAllManagedData line %d of \"CommsSettings.csv\" is longer than 500 characters", number);
     if (!line.empty() && line.back() == '\n')
       line.pop_back();
     if (line.size() <= 9)
@@ -119,7 +134,8 @@ void Model::readFile(std::istream& file)
     if (c.size() < 12)
     {
       // Skipped, and told: a decision of the project, as is a unit without the service that counts its interfaces.
-      say(2, "setAllManagedData line %d of \"CommsSettings.csv\" has fewer than 12 columns", number);
+      if (!tooLong)
+        say(2, "setAllManagedData line %d of \"CommsSettings.csv\" has fewer than 12 columns", number);
       continue;
     }
     if (!c[8].empty())

@@ -207,6 +207,33 @@ TEST_F(ItemMapFileTest, CountsALineThatANulByteEndsAsOneLine)
   EXPECT_EQ(file.lineNumber(), 2U);
 }
 
+TEST_F(ItemMapFileTest, TellsWhichLinesAreLongerThanFiveHundredCharacters)
+{
+  struct Case
+  {
+    std::string text;
+    std::vector<bool> tooLong;
+  };
+  const std::string full = "a" + elevenCommas + std::string(488, 'x');
+  const std::string next = "b" + elevenCommas + "\n";
+  const std::vector<Case> cases = {{full + "\n" + next, {false, false}},
+                                   {full, {false}},
+                                   {full + "y\n" + next, {true, false}},
+                                   {full + "y", {true}},
+                                   {full + next + next, {true, true, false}},
+                                   {full + std::string(500, 'y') + next + next, {true, true, true, false}},
+                                   {full + "\r\n" + next, {true, false}}};
+  for (const Case& tested : cases)
+  {
+    writeItemMap(tested.text);
+    ItemMapFile file("CommsSettings.csv");
+    std::vector<bool> tooLong;
+    for (Line line = file.next(); line == Line::item || line == Line::tooFewColumns; line = file.next())
+      tooLong.push_back(file.lineIsTooLong());
+    EXPECT_EQ(tooLong, tested.tooLong) << tested.text;
+  }
+}
+
 TEST_F(ItemMapFileTest, TellsWhenTheFileCanNotBeRead)
 {
   std::filesystem::create_directory("CommsSettings.csv");

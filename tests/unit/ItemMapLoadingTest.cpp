@@ -124,6 +124,32 @@ TEST_F(ItemMapLoadingTest, SkipsALineOfTooFewColumnsAndReadsOn)
   EXPECT_THAT(access.userDataIds, IsEmpty());
 }
 
+TEST_F(ItemMapLoadingTest, TellsOfALineThatIsTooLongOnceWhateverItsPiecesHold)
+{
+  const std::string tooLong = "log 2 setAllManagedData line 2 of \"CommsSettings.csv\" is longer than 500 characters";
+  const std::string tooFew = "log 2 setAllManagedData line 3 of \"CommsSettings.csv\" has fewer than 12 columns";
+  const std::string cutInTheFirstColumn = std::string(505, 'a') + ",,,,,,,,,,,";
+  const std::string cutInTheLastColumn = "a,,,,,,,,,,," + std::string(500, 'x');
+  for (const std::string& remainder : {std::string(), std::string("r"), ",,,,,,,,,,," + std::string(500, 'x')})
+  {
+    for (const std::string& line : {cutInTheFirstColumn, cutInTheLastColumn})
+    {
+      loadFile("first,,,,,,,,,,,\n" + line + remainder + "\nbroken line\n");
+      EXPECT_THAT(recording::traceOf("log 2"), ElementsAre(tooLong, tooFew)) << line << remainder;
+      recording::trace().clear();
+    }
+  }
+}
+
+TEST_F(ItemMapLoadingTest, TellsOfEveryLineThatIsTooLong)
+{
+  const std::string line = "a,,,,,,,,,,," + std::string(600, 'x') + "\n";
+  loadFile(line + line);
+  const std::string told = " of \"CommsSettings.csv\" is longer than 500 characters";
+  EXPECT_THAT(recording::traceOf("log 2"),
+              ElementsAre("log 2 setAllManagedData line 1" + told, "log 2 setAllManagedData line 2" + told));
+}
+
 TEST_F(ItemMapLoadingTest, KeepsTheCarriageReturnSoThatTheItemIsNotEncrypted)
 {
   loadFile("a,S,c,,,,,,,,,true\r\n");
