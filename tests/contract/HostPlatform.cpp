@@ -6,6 +6,7 @@
 #include "ServicesUnderTest.h"
 #include "host/DasCrypt.h"
 #include "host/Device.h"
+#include "host/logAppUni.h"
 
 #include <cstdlib>
 
@@ -38,11 +39,31 @@ class HostServices : public contract::Services
 public:
   HostServices()
   {
+    host::listenToLog([this](const host::LogLine& line) { lines.push_back(line.text); });
     device.das().provision({{"Plain", "", {"A", "B"}, {}}, {"Rows", "Idx", {"A", "B"}, {}}});
   }
+  ~HostServices() override
+  {
+    host::listenToLog({});
+  }
+  HostServices(const HostServices&) = delete;
+  HostServices& operator=(const HostServices&) = delete;
+
   SvcRTEContext& context() override
   {
     return device.context();
+  }
+  std::uint32_t interfaceCount() override
+  {
+    return settings.interfaceCount;
+  }
+  std::vector<std::string> securityRecords() override
+  {
+    return device.securityLog().lastLines(1000);
+  }
+  std::vector<std::string> logLines() override
+  {
+    return lines;
   }
   DataAccessServiceIfc& das() override
   {
@@ -66,8 +87,20 @@ public:
   }
 
 private:
+  /// Silent, and with another number of interfaces than a device has without being told.
+  static host::DeviceSettings settingsIn(const std::filesystem::path& folder)
+  {
+    host::DeviceSettings settings;
+    settings.folder = folder;
+    settings.interfaceCount = 3;
+    settings.consoleLevel = 0;
+    return settings;
+  }
+
+  std::vector<std::string> lines;
   Folder folder;
-  host::Device device{{folder.path / "device"}};
+  const host::DeviceSettings settings = settingsIn(folder.path / "device");
+  host::Device device{settings};
 };
 } // namespace
 
@@ -75,6 +108,11 @@ void contract::prepareEncryption()
 {
   static const Folder folder;
   host::useKeyFile(folder.path / "key");
+}
+
+std::unique_ptr<contract::Platform> contract::makePlatform()
+{
+  return std::make_unique<HostServices>();
 }
 
 std::unique_ptr<contract::Services> contract::makeServices()

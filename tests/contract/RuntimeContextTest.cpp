@@ -1,32 +1,29 @@
 // Finding the platform's services by name.
+#include <DataAccessServiceIfc.h>
+#include <LocalMgmtIfc.h>
 #include <PhysicalInterfaceServiceIfc.h>
+#include <SecurityLogServiceIfc.h>
+#include <SvcRTEContext.h>
 
-#include <gtest/gtest.h>
-
-#include "ServicesUnderTest.h"
+#include "PlatformFixture.h"
 
 namespace
 {
-template <typename Interface>
-bool finds(SvcRTEContext& context, const char* name)
+class RuntimeContextContract : public contract::PlatformTest
 {
-  return dynamic_cast<Interface*>(context.findService(name)) != nullptr;
-}
+};
 } // namespace
 
-TEST(RuntimeContextContract, FindsEveryServiceUnderTheNameOfItsInterface)
+TEST_F(RuntimeContextContract, FindsEveryServiceUnderTheNameOfItsInterface)
 {
-  const auto services = contract::makeServices();
-  SvcRTEContext& context = services->context();
-  EXPECT_TRUE(finds<DataAccessServiceIfc>(context, "DataAccessServiceIfc"));
-  EXPECT_TRUE(finds<LocalMgmtIfc>(context, "LocalMgmtIfc"));
-  EXPECT_TRUE(finds<SecurityLogServiceIfc>(context, "SecurityLogServiceIfc"));
-  EXPECT_TRUE(finds<PhysicalInterfaceServiceIfc>(context, "PhysicalInterfaceServiceIfc"));
+  EXPECT_NE(found<DataAccessServiceIfc>("DataAccessServiceIfc"), nullptr);
+  EXPECT_NE(found<LocalMgmtIfc>("LocalMgmtIfc"), nullptr);
+  EXPECT_NE(found<SecurityLogServiceIfc>("SecurityLogServiceIfc"), nullptr);
+  EXPECT_NE(found<PhysicalInterfaceServiceIfc>("PhysicalInterfaceServiceIfc"), nullptr);
 }
 
-TEST(RuntimeContextContract, NamesAreComparedExactly)
+TEST_F(RuntimeContextContract, NamesAreComparedExactly)
 {
-  const auto services = contract::makeServices();
   for (const char* name : {"", "dataaccessserviceifc", "DataAccessServiceIfc ", "ValidatorIfc"})
-    EXPECT_EQ(services->context().findService(name), nullptr) << name;
+    EXPECT_EQ(platform->context().findService(name), nullptr) << name;
 }

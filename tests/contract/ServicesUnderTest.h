@@ -3,22 +3,19 @@
 
 #include <DataAccessServiceIfc.h>
 #include <LocalMgmtIfc.h>
-#include <SecurityLogServiceIfc.h>
-#include <SvcRTEContext.h>
 
 #include <memory>
 #include <string>
-#include <vector>
+
+#include "PlatformUnderTest.h"
 
 namespace contract
 {
 /// A device with nothing stored, except for the schemas "Plain" (columns "A" and "B") and "Rows" (index column "Idx",
 /// columns "A" and "B", no rows).
-class Services
+class Services : public Platform
 {
 public:
-  virtual ~Services() = default;
-  virtual SvcRTEContext& context() = 0;
   virtual DataAccessServiceIfc& das() = 0;
   virtual LocalMgmtIfc& store() = 0;
 

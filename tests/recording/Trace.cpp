@@ -3,6 +3,7 @@
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
+#include <mutex>
 
 #include <logAppUni.h>
 
@@ -28,6 +29,9 @@ std::vector<std::string> traceOf(const std::string& prefix)
 
 void note(std::string entry)
 {
+  // The log is written by any thread.
+  static std::mutex mutex;
+  const std::lock_guard<std::mutex> lock(mutex);
   trace().push_back(std::move(entry));
 }
 

@@ -10,6 +10,8 @@
 
 #include <cstdarg>
 #include <cstdio>
+#include <cstdlib>
+#include <mutex>
 
 int logLevelOfAllApplications = 3;
 
@@ -30,7 +32,8 @@ namespace
 std::vector<std::string> taken;
 std::vector<std::string> observed;
 std::vector<std::string> records;
-unsigned lines = 0;
+std::mutex loggingMutex;
+std::vector<std::string> lines;
 
 class Database : public DataAccessServiceIfc
 {
@@ -152,8 +155,9 @@ const std::vector<std::string>& securityRecords()
   return records;
 }
 
-unsigned loggedLines()
+std::vector<std::string> logLines()
 {
+  const std::lock_guard<std::mutex> lock(loggingMutex);
   return lines;
 }
 
@@ -161,11 +165,15 @@ unsigned loggedLines()
 
 extern "C" void logAppUni(const char* module, const char*, int level, int, const char* format, ...)
 {
-  ++lines;
-  std::fprintf(stderr, "%s %d: ", module, level);
   va_list arguments;
   va_start(arguments, format);
-  std::vfprintf(stderr, format, arguments);
+  char* text = nullptr;
+  const int size = vasprintf(&text, format, arguments);
   va_end(arguments);
-  std::fputc('\n', stderr);
+  const std::lock_guard<std::mutex> lock(loggingMutex);
+  std::fprintf(stderr, "%s %d: %s\n", module, level, size < 0 ? "" : text);
+  if (size < 0)
+    return;
+  lines.emplace_back(text, static_cast<std::size_t>(size));
+  std::free(text);
 }

@@ -19,6 +19,6 @@ const std::vector<std::string>& subscriptions();
 /// Records of the security log.
 const std::vector<std::string>& securityRecords();
 
-/// Lines of the log.
-unsigned loggedLines();
+/// Lines of the log, each as it was formatted.
+std::vector<std::string> logLines();
 } // namespace standin
