@@ -54,12 +54,16 @@ HistoryRecorder::Source HistoryRecorder::sourceOf(const std::string& operation)
 
 void HistoryRecorder::operationBegins(const OperationCall& call)
 {
+  if (call.housekeeping)
+    return;
   const std::lock_guard<std::mutex> hold(mutex);
   works[std::this_thread::get_id()].push_back({sourceOf(call.name), traffic.count(), {}});
 }
 
 void HistoryRecorder::operationEnded(const OperationCall& call, const OperationAnswer& /*answer*/)
 {
+  if (call.housekeeping)
+    return;
   const std::lock_guard<std::mutex> hold(mutex);
   const auto found = works.find(std::this_thread::get_id());
   Work work = std::move(found->second.back());

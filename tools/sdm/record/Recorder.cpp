@@ -214,6 +214,8 @@ void Recorder::registered(const std::vector<std::string>& setters, const std::ve
 
 void Recorder::operationBegins(const OperationCall& call)
 {
+  if (call.housekeeping)
+    return;
   const Lock lock(mutex);
   Json event = {{"op", call.name}};
   for (const auto& [name, text] : call.arguments)
@@ -227,6 +229,8 @@ void Recorder::operationBegins(const OperationCall& call)
 
 void Recorder::operationEnded(const OperationCall& call, const OperationAnswer& answer)
 {
+  if (call.housekeeping)
+    return;
   const Lock lock(mutex);
   Json event = {{"result", call.name}};
   if (answer.success)

@@ -18,6 +18,8 @@ struct OperationCall
   /// Name and text of each argument that is no record.
   std::vector<std::pair<std::string, std::string>> arguments;
   ManageableData* data = nullptr;
+  /// Registers, looks something up or takes down: no request of anybody's, and no value moves.
+  bool housekeeping = false;
 };
 
 /// How an operation ended. What it did not answer is missing.
@@ -29,16 +31,19 @@ struct OperationAnswer
   std::optional<std::string> thrown;
 };
 
+/// What is behind the value is known when the call is over.
 struct SetterCall
 {
   std::string setter;
   std::string row;
   std::string value;
   bool accepted = false;
+  /// What the setter left in the text for refusals.
   std::string reason;
   std::optional<std::string> thrown;
 };
 
+/// What is behind the row is known when the call is over.
 struct GetterCall
 {
   std::string getter;
@@ -47,19 +52,21 @@ struct GetterCall
   std::optional<std::string> thrown;
 };
 
+/// What is behind the group is known when the call is over.
 struct ValidatorCall
 {
   std::string operation;
   std::string group;
   std::optional<bool> accepted;
+  /// Of a refusal alone.
   std::string reason;
   /// What is to be written, by root id.
   std::optional<std::vector<std::pair<std::string, std::string>>> items;
   std::optional<std::string> thrown;
 };
 
-/// Called on the thread that the call is on, often with the manager's lock held. Texts are unmasked. Callbacks are told
-/// when they are over, operations at both ends. It must not throw.
+/// Called on the thread that the call is on, often with the manager's lock held. Texts are unmasked. Each call is told
+/// when it begins and when it is over, and calls stand in one another as they are made. It must not throw.
 /// What a listener does not want to hear it leaves as it is here.
 class CallListener
 {
@@ -75,10 +82,19 @@ public:
   virtual void operationEnded(const OperationCall& /*call*/, const OperationAnswer& /*answer*/)
   {
   }
+  virtual void setterBegins(const SetterCall& /*call*/)
+  {
+  }
   virtual void setterEnded(const SetterCall& /*call*/)
   {
   }
+  virtual void getterBegins(const GetterCall& /*call*/)
+  {
+  }
   virtual void getterEnded(const GetterCall& /*call*/)
+  {
+  }
+  virtual void validatorBegins(const ValidatorCall& /*call*/)
   {
   }
   virtual void validatorEnded(const ValidatorCall& /*call*/)
@@ -102,6 +118,21 @@ auto hearing(const Call& call, const Heard& heard)
     heard(thrownText());
     throw;
   }
+}
+
+/// Makes a call with its listener told of both ends: `begins`, `call`, `ended`. What the call throws is noted as text
+/// in `thrown` before `ended`, and passes on.
+template <typename Begins, typename Call, typename Ended>
+void tellOf(std::optional<std::string>& thrown, const Begins& begins, const Call& call, const Ended& ended)
+{
+  begins();
+  hearing(call,
+          [&](const std::string& text)
+          {
+            thrown = text;
+            ended();
+          });
+  ended();
 }
 
 } // namespace cli

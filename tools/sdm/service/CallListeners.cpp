@@ -1,7 +1,26 @@
 #include "CallListeners.h"
 
+#include <algorithm>
+
 namespace cli
 {
+namespace
+{
+
+template <typename Tell>
+void inOrder(const std::vector<CallListener*>& listeners, const Tell& tell)
+{
+  for (CallListener* listener : listeners)
+    tell(*listener);
+}
+
+template <typename Tell>
+void inReverse(const std::vector<CallListener*>& listeners, const Tell& tell)
+{
+  std::for_each(listeners.rbegin(), listeners.rend(), [&](CallListener* listener) { tell(*listener); });
+}
+
+} // namespace
 
 void CallListeners::add(CallListener& listener)
 {
@@ -10,38 +29,47 @@ void CallListeners::add(CallListener& listener)
 
 void CallListeners::registered(const std::vector<std::string>& setters, const std::vector<std::string>& getters)
 {
-  for (CallListener* listener : listeners)
-    listener->registered(setters, getters);
+  inOrder(listeners, [&](CallListener& listener) { listener.registered(setters, getters); });
 }
 
 void CallListeners::operationBegins(const OperationCall& call)
 {
-  for (CallListener* listener : listeners)
-    listener->operationBegins(call);
+  inOrder(listeners, [&](CallListener& listener) { listener.operationBegins(call); });
 }
 
 void CallListeners::operationEnded(const OperationCall& call, const OperationAnswer& answer)
 {
-  for (CallListener* listener : listeners)
-    listener->operationEnded(call, answer);
+  inReverse(listeners, [&](CallListener& listener) { listener.operationEnded(call, answer); });
+}
+
+void CallListeners::setterBegins(const SetterCall& call)
+{
+  inOrder(listeners, [&](CallListener& listener) { listener.setterBegins(call); });
 }
 
 void CallListeners::setterEnded(const SetterCall& call)
 {
-  for (CallListener* listener : listeners)
-    listener->setterEnded(call);
+  inReverse(listeners, [&](CallListener& listener) { listener.setterEnded(call); });
+}
+
+void CallListeners::getterBegins(const GetterCall& call)
+{
+  inOrder(listeners, [&](CallListener& listener) { listener.getterBegins(call); });
 }
 
 void CallListeners::getterEnded(const GetterCall& call)
 {
-  for (CallListener* listener : listeners)
-    listener->getterEnded(call);
+  inReverse(listeners, [&](CallListener& listener) { listener.getterEnded(call); });
+}
+
+void CallListeners::validatorBegins(const ValidatorCall& call)
+{
+  inOrder(listeners, [&](CallListener& listener) { listener.validatorBegins(call); });
 }
 
 void CallListeners::validatorEnded(const ValidatorCall& call)
 {
-  for (CallListener* listener : listeners)
-    listener->validatorEnded(call);
+  inReverse(listeners, [&](CallListener& listener) { listener.validatorEnded(call); });
 }
 
 } // namespace cli

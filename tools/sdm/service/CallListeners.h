@@ -8,7 +8,7 @@
 namespace cli
 {
 
-/// Tells each of them in the order in which they came.
+/// Tells each of them: of a beginning in the order in which they came, of an end the other way round.
 class CallListeners : public CallListener
 {
 public:
@@ -18,8 +18,11 @@ public:
   void registered(const std::vector<std::string>& setters, const std::vector<std::string>& getters) override;
   void operationBegins(const OperationCall& call) override;
   void operationEnded(const OperationCall& call, const OperationAnswer& answer) override;
+  void setterBegins(const SetterCall& call) override;
   void setterEnded(const SetterCall& call) override;
+  void getterBegins(const GetterCall& call) override;
   void getterEnded(const GetterCall& call) override;
+  void validatorBegins(const ValidatorCall& call) override;
   void validatorEnded(const ValidatorCall& call) override;
 
 private:

@@ -5,28 +5,29 @@
 namespace cli
 {
 
-CallWatch::CallWatch(const ItemTable& items, CallListener* itsListener) : hearer(itsListener)
+CallWatch::CallWatch(const ItemTable& items)
 {
   for (const MapItem& item : items.items())
     places[{item.setter, item.indexValue}] = {item.group, item.isLocal()};
 }
 
-void CallWatch::setterCalled(const std::string& setter, const std::string& row, const std::string& value, bool accepted,
-                             const std::string& reason)
+void CallWatch::setterEnded(const SetterCall& call)
 {
-  const Place place(setter, row);
+  if (call.thrown)
+    return;
+  const Place place(call.setter, call.row);
   const auto known = places.find(place);
   const Item item = known == places.end() ? Item() : known->second;
   const std::lock_guard<std::mutex> hold(mutex);
   ++report.setterCalls;
-  if (item.local && !value.empty())
+  if (item.local && !call.value.empty())
     ++report.localValues;
-  if (!accepted)
-    noteRefusal(place, reason);
+  if (!call.accepted)
+    noteRefusal(place, call.reason);
   else if (item.group.empty())
-    live[place] = value;
+    live[place] = call.value;
   else
-    pending[item.group][place] = value;
+    pending[item.group][place] = call.value;
 }
 
 void CallWatch::noteRefusal(const Place& place, const std::string& reason)
@@ -36,6 +37,14 @@ void CallWatch::noteRefusal(const Place& place, const std::string& reason)
     ++report.repeated;
   else if (report.refusals.size() < mostKept)
     report.refusals.push_back({place.first, place.second, reason});
+}
+
+void CallWatch::validatorEnded(const ValidatorCall& call)
+{
+  if (call.accepted)
+    groupJudged(call.group, *call.accepted, call.reason);
+  else if (call.operation == "clearGroup" && !call.thrown)
+    groupCleared(call.group);
 }
 
 void CallWatch::groupJudged(const std::string& group, bool accepted, const std::string& reason)

@@ -15,22 +15,15 @@ namespace cli
 {
 
 /// May be used from any thread.
-class CallWatch
+class CallWatch : public CallListener
 {
 public:
-  /// Borrows both; nobody listens when there is no listener.
-  explicit CallWatch(const ItemTable& items, CallListener* itsListener = nullptr);
+  explicit CallWatch(const ItemTable& items);
 
-  /// Null when there is none.
-  CallListener* listener() const
-  {
-    return hearer;
-  }
+  void setterEnded(const SetterCall& call) override;
+  void validatorEnded(const ValidatorCall& call) override;
 
-  /// A setter was called and gave this answer; `reason` is what it left in the text for refusals.
-  void setterCalled(const std::string& setter, const std::string& row, const std::string& value, bool accepted,
-                    const std::string& reason);
-  void groupJudged(const std::string& group, bool accepted, const std::string& reason);
+  /// The values of its members that were taken and not judged are gone.
   void groupCleared(const std::string& group);
 
   /// The last value that the service took: of a member of a group, that was judged with success. Nothing before the
@@ -54,8 +47,8 @@ private:
   static constexpr std::size_t mostKept = 500;
 
   void noteRefusal(const Place& place, const std::string& reason);
+  void groupJudged(const std::string& group, bool accepted, const std::string& reason);
 
-  CallListener* const hearer;
   std::map<Place, Item> places;
   mutable std::mutex mutex;
   std::map<Place, std::string> live;

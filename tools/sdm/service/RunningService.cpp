@@ -1,82 +1,11 @@
 #include "RunningService.h"
 
 #include <exception>
-#include <functional>
-#include <utility>
-#include <vector>
 
 namespace cli
 {
 namespace
 {
-
-class WatchedValidator : public ValidatorIfc
-{
-public:
-  WatchedValidator(ValidatorIfc& itsValidator, CallWatch& callWatch) : validator(itsValidator), watch(callWatch)
-  {
-  }
-
-  std::vector<std::pair<std::string, std::string>> getValidGroupItems(const std::string& group) override
-  {
-    ValidatorCall call = {"getValidGroupItems", group, {}, "", {}, {}};
-    call.items = hearing([&] { return validator.getValidGroupItems(group); }, threw(call));
-    tell(call);
-    return *call.items;
-  }
-
-  void clearGroup(const std::string& group) override
-  {
-    ValidatorCall call = {"clearGroup", group, {}, "", {}, {}};
-    hearing([&] { validator.clearGroup(group); }, threw(call));
-    tell(call);
-    watch.groupCleared(group);
-  }
-
-  bool validateGroup(std::string& reason, const std::string& group) override
-  {
-    ValidatorCall call = {"validateGroup", group, {}, "", {}, {}};
-    const bool accepted = hearing([&] { return validator.validateGroup(reason, group); }, threw(call));
-    call.accepted = accepted;
-    // Reasons of an acceptance mean nothing, and may be those of an earlier group.
-    call.reason = accepted ? "" : reason;
-    tell(call);
-    watch.groupJudged(group, accepted, reason);
-    return accepted;
-  }
-
-  void reloadGroup(const std::string& group) override
-  {
-    ValidatorCall call = {"reloadGroup", group, {}, "", {}, {}};
-    hearing([&] { validator.reloadGroup(group); }, threw(call));
-    tell(call);
-  }
-
-private:
-  void tell(const ValidatorCall& call) const
-  {
-    if (watch.listener() != nullptr)
-      watch.listener()->validatorEnded(call);
-  }
-
-  /// For what `call` throws.
-  std::function<void(const std::string&)> threw(ValidatorCall& call) const
-  {
-    return [this, &call](const std::string& thrown)
-    {
-      call.thrown = thrown;
-      tell(call);
-    };
-  }
-
-  ValidatorIfc& validator;
-  CallWatch& watch;
-};
-
-std::unique_ptr<ValidatorIfc> watched(ValidatorIfc* validator, CallWatch& watch)
-{
-  return validator == nullptr ? nullptr : std::make_unique<WatchedValidator>(*validator, watch);
-}
 
 std::set<std::string> groupsOf(const ItemTable& items)
 {
@@ -119,14 +48,17 @@ private:
 
 RunningService::RunningService(host::Service& itsService, SvcRTEContext& context, const ItemTable& items,
                                CallListener* listener)
-    : calls(items, listener),
+    : calls(items),
       groups(groupsOf(items)),
-      itsJudge(itsService.validator()),
-      judge(watched(itsJudge, calls)),
-      dataManager(calls),
+      judge(itsService.validator()),
+      dataManager(listeners),
       observer(dataManager)
 {
-  dataManager.setup(&context, &observer, itsService.name(), judge.get());
+  listeners.add(marks);
+  listeners.add(calls);
+  if (listener != nullptr)
+    listeners.add(*listener);
+  dataManager.setup(&context, &observer, itsService.name(), judge);
   try
   {
     itsService.registerCallbacks(dataManager);
@@ -137,8 +69,7 @@ RunningService::RunningService(host::Service& itsService, SvcRTEContext& context
     dataManager.deleteGetters();
     throw;
   }
-  if (listener != nullptr)
-    listener->registered(dataManager.setterNames(), dataManager.getterNames());
+  listeners.registered(dataManager.setterNames(), dataManager.getterNames());
 }
 
 RunningService::~RunningService()
@@ -207,17 +138,17 @@ CallReport RunningService::takeReport()
 
 ValidatorIfc* RunningService::validator()
 {
-  return judge.get();
+  return dataManager.validator();
 }
 
 void RunningService::forgetGroups()
 {
-  if (itsJudge == nullptr)
+  if (judge == nullptr)
     return;
   // No listener hears of it: it is no call of the manager.
   for (const std::string& group : groups)
   {
-    itsJudge->clearGroup(group);
+    judge->clearGroup(group);
     calls.groupCleared(group);
   }
 }

@@ -4,12 +4,13 @@
 #include <MgmtAgentIfc.h>
 #include <ValidatorIfc.h>
 
-#include <memory>
 #include <mutex>
 #include <set>
 #include <string>
 
+#include "CallListeners.h"
 #include "CallWatch.h"
+#include "MarkListener.h"
 #include "WatchedManager.h"
 #include "host/Service.h"
 
@@ -79,11 +80,12 @@ private:
 
   void forgetGroups();
 
+  MarkListener marks;
   CallWatch calls;
+  CallListeners listeners;
   std::set<std::string> groups;
   /// The service's own; null when it has none.
-  ValidatorIfc* itsJudge;
-  std::unique_ptr<ValidatorIfc> judge;
+  ValidatorIfc* judge;
   WatchedManager dataManager;
   Agent observer;
   std::mutex turns;

@@ -1,143 +1,76 @@
 #include "WatchedManager.h"
 
-#include <optional>
 #include <utility>
-
-#include "MarkedManager.h"
 
 namespace cli
 {
-namespace
-{
-
-class WatchedSetter : public ManagedItemSetter
-{
-public:
-  WatchedSetter(std::string itsName, std::shared_ptr<ManagedItemSetter> itsSetter, CallWatch& callWatch)
-      : name(std::move(itsName)), setter(std::move(itsSetter)), watch(callWatch)
-  {
-  }
-
-  bool setValue(const std::string& value, const std::string& indexValue, std::string& error) override
-  {
-    const auto tell = [&](bool accepted, const std::optional<std::string>& thrown)
-    {
-      if (watch.listener() != nullptr)
-        watch.listener()->setterEnded({name, indexValue, value, accepted, error, thrown});
-    };
-    const bool accepted = hearing([&] { return setter->setValue(value, indexValue, error); },
-                                  [&](const std::string& thrown) { tell(false, thrown); });
-    tell(accepted, std::nullopt);
-    watch.setterCalled(name, indexValue, value, accepted, error);
-    return accepted;
-  }
-
-private:
-  const std::string name;
-  const std::shared_ptr<ManagedItemSetter> setter;
-  CallWatch& watch;
-};
-
-class WatchedGetter : public ManagedItemGetter
-{
-public:
-  WatchedGetter(std::string itsName, std::shared_ptr<ManagedItemGetter> itsGetter, CallListener& itsListener)
-      : name(std::move(itsName)), getter(std::move(itsGetter)), listener(itsListener)
-  {
-  }
-
-  std::string getValue(const std::string& indexValue) override
-  {
-    std::string value = hearing([&] { return getter->getValue(indexValue); },
-                                [&](const std::string& thrown) {
-                                  listener.getterEnded({name, indexValue, "", thrown});
-                                });
-    listener.getterEnded({name, indexValue, value, std::nullopt});
-    return value;
-  }
-
-private:
-  const std::string name;
-  const std::shared_ptr<ManagedItemGetter> getter;
-  CallListener& listener;
-};
-
-template <typename Callback>
-Callback* find(const std::map<std::string, Callback*>& callbacks, const std::string& name)
-{
-  const auto found = callbacks.find(name);
-  return found == callbacks.end() ? nullptr : found->second;
-}
-
-template <typename Callback>
-std::vector<std::string> namesOf(const std::map<std::string, Callback*>& callbacks)
-{
-  std::vector<std::string> names;
-  names.reserve(callbacks.size());
-  for (const auto& [name, callback] : callbacks)
-    names.push_back(name);
-  return names;
-}
-
-} // namespace
-
-WatchedManager::WatchedManager(CallWatch& callWatch)
-    : watch(callWatch), manager(watch::marked(makeServiceDataManager()))
-{
-}
-
-bool WatchedManager::hasSetter(const std::string& name) const
-{
-  return setters.count(name) != 0;
-}
-
-bool WatchedManager::hasGetter(const std::string& name) const
-{
-  return getters.count(name) != 0;
-}
-
-std::vector<std::string> WatchedManager::setterNames() const
-{
-  return namesOf(setters);
-}
-
-std::vector<std::string> WatchedManager::getterNames() const
-{
-  return namesOf(getters);
-}
-
-ManagedItemSetter* WatchedManager::setter(const std::string& name) const
-{
-  return find(setters, name);
-}
-
-ManagedItemGetter* WatchedManager::getter(const std::string& name) const
-{
-  return find(getters, name);
-}
-
-void WatchedManager::setup(SvcRTEContext* context, MgmtAgentIfc* agent, const std::string& name,
-                           ValidatorIfc* validator)
-{
-  manager->setup(context, agent, name, validator);
-}
 
 template <typename Work>
 void WatchedManager::told(const OperationCall& call, const Work& work)
 {
-  CallListener* listener = watch.listener();
   OperationAnswer answer;
-  if (listener != nullptr)
-    listener->operationBegins(call);
-  hearing([&] { work(answer); },
-          [&](const std::string& thrown)
-          {
-            answer.thrown = thrown;
-            if (listener != nullptr)
-              listener->operationEnded(call, answer);
-          });
-  if (listener != nullptr)
-    listener->operationEnded(call, answer);
+  tellOf(
+      answer.thrown, [&] { listener.operationBegins(call); }, [&] { work(answer); },
+      [&] { listener.operationEnded(call, answer); });
+}
+
+template <typename Work>
+void WatchedManager::keepHouse(const char* operation, const Work& work)
+{
+  told({operation, {}, nullptr, true}, [&](OperationAnswer&) { work(); });
+}
+
+WatchedManager::WatchedManager(CallListener& callListener, std::unique_ptr<ServiceDataManagerIfc> realManager)
+    : listener(callListener), manager(std::move(realManager))
+{
+}
+
+WatchedManager::~WatchedManager()
+{
+  keepHouse("the manager's end", [&] { manager.reset(); });
+}
+
+bool WatchedManager::hasSetter(const std::string& name) const
+{
+  return setters.find(name) != nullptr;
+}
+
+bool WatchedManager::hasGetter(const std::string& name) const
+{
+  return getters.find(name) != nullptr;
+}
+
+std::vector<std::string> WatchedManager::setterNames() const
+{
+  return setters.known();
+}
+
+std::vector<std::string> WatchedManager::getterNames() const
+{
+  return getters.known();
+}
+
+ManagedItemSetter* WatchedManager::setter(const std::string& name) const
+{
+  return setters.find(name);
+}
+
+ManagedItemGetter* WatchedManager::getter(const std::string& name) const
+{
+  return getters.find(name);
+}
+
+ValidatorIfc* WatchedManager::validator() const
+{
+  return judge.get();
+}
+
+void WatchedManager::setup(SvcRTEContext* context, MgmtAgentIfc* agent, const std::string& name,
+                           ValidatorIfc* newValidator)
+{
+  auto watched = newValidator == nullptr ? nullptr : std::make_unique<WatchedValidator>(*newValidator, listener);
+  manager->setup(context, agent, name, watched.get());
+  judge = std::move(watched);
 }
 
 void WatchedManager::initialise(const std::string& name)
@@ -179,39 +112,36 @@ void WatchedManager::manageableDataChanged(ManageableData& data)
 
 void WatchedManager::addGetter(const Getter& getter)
 {
-  if (watch.listener() == nullptr || getter.name == nullptr || getter.getter == nullptr || hasGetter(getter.name))
-  {
-    manager->addGetter(getter);
-    if (getter.name != nullptr)
-      getters.emplace(getter.name, getter.getter);
-    return;
-  }
-  auto watched = std::make_unique<WatchedGetter>(getter.name, sharedGetters.of(getter.getter), *watch.listener());
-  getters[getter.name] = watched.get();
-  manager->addGetter({getter.name, watched.release()});
+  keepHouse("addGetter",
+            [&]
+            {
+              auto watched = getters.watched(getter.name, getter.getter, listener);
+              manager->addGetter({getter.name, watched != nullptr ? watched.release() : getter.getter});
+            });
 }
 
-// What the manager will not take stays the caller's, so it goes there as it is.
 void WatchedManager::addSetter(const Setter& setter)
 {
-  if (setter.name == nullptr || setter.setter == nullptr || hasSetter(setter.name))
-  {
-    manager->addSetter(setter);
-    return;
-  }
-  auto watched = std::make_unique<WatchedSetter>(setter.name, sharedSetters.of(setter.setter), watch);
-  setters[setter.name] = watched.get();
-  manager->addSetter({setter.name, watched.release()});
+  keepHouse("addSetter",
+            [&]
+            {
+              auto watched = setters.watched(setter.name, setter.setter, listener);
+              manager->addSetter({setter.name, watched != nullptr ? watched.release() : setter.setter});
+            });
 }
 
 ManagedDataItem* WatchedManager::getItem(const std::string& name)
 {
-  return manager->getItem(name);
+  ManagedDataItem* item = nullptr;
+  keepHouse("getItem", [&] { item = manager->getItem(name); });
+  return item;
 }
 
 ManagedDataItem* WatchedManager::getPublishedItem(const std::string& name)
 {
-  return manager->getPublishedItem(name);
+  ManagedDataItem* item = nullptr;
+  keepHouse("getPublishedItem", [&] { item = manager->getPublishedItem(name); });
+  return item;
 }
 
 void WatchedManager::setStartup(bool startup)
@@ -245,16 +175,22 @@ void WatchedManager::importItemFromDAS(const std::string& rootId, std::string& v
 
 void WatchedManager::deleteGetters()
 {
-  getters.clear();
-  manager->deleteGetters();
-  sharedGetters.forget();
+  keepHouse("deleteGetters",
+            [&]
+            {
+              manager->deleteGetters();
+              getters.forget();
+            });
 }
 
 void WatchedManager::deleteSetters()
 {
-  setters.clear();
-  manager->deleteSetters();
-  sharedSetters.forget();
+  keepHouse("deleteSetters",
+            [&]
+            {
+              manager->deleteSetters();
+              setters.forget();
+            });
 }
 
 void WatchedManager::reloadUserData()

@@ -1,38 +1,44 @@
-// The manager as a service gets to see it: passes everything on, and puts a watch around the callbacks on their way in.
+// A manager behind a wrapper that tells a listener of every operation, and of every call of a callback on its way.
 #pragma once
 
 #include <ServiceDataManagerIfc.h>
 
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "CallWatch.h"
-#include "SharedCallbacks.h"
+#include "CallListener.h"
+#include "WatchedCallbacks.h"
 
 namespace cli
 {
 
+/// All promises of the interface stay: what is registered belongs to the manager, and an object with several names is
+/// deleted once. `getItem` tells of items whose callbacks are the wrappers.
 class WatchedManager : public ServiceDataManagerIfc
 {
 public:
-  /// Borrows the watch.
-  explicit WatchedManager(CallWatch& callWatch);
+  /// Borrows the listener, which has to outlive this.
+  explicit WatchedManager(CallListener& callListener,
+                          std::unique_ptr<ServiceDataManagerIfc> realManager = makeServiceDataManager());
+  ~WatchedManager() override;
 
   /// Whether a callback was registered under this name.
   bool hasSetter(const std::string& name) const;
   bool hasGetter(const std::string& name) const;
 
-  /// The names of all that was registered.
+  /// The names of all callbacks that were registered.
   std::vector<std::string> setterNames() const;
   std::vector<std::string> getterNames() const;
 
-  /// What was registered, or null; the manager's.
+  /// What was registered, or null; the manager's. A call of it is told like one of the manager's own.
   ManagedItemSetter* setter(const std::string& name) const;
   ManagedItemGetter* getter(const std::string& name) const;
 
-  void setup(SvcRTEContext* context, MgmtAgentIfc* agent, const std::string& name, ValidatorIfc* validator) override;
+  /// The validator that `setup` got; null when there was none.
+  ValidatorIfc* validator() const;
+
+  void setup(SvcRTEContext* context, MgmtAgentIfc* agent, const std::string& name, ValidatorIfc* newValidator) override;
   void initialise(const std::string& name) override;
   void initialiseWithoutSettingDefaultData(const std::string& name, const std::string& prefix) override;
   bool ready() override;
@@ -55,12 +61,13 @@ private:
   /// Does the work of an operation, with the listener told of both ends.
   template <typename Work>
   void told(const OperationCall& call, const Work& work);
+  template <typename Work>
+  void keepHouse(const char* operation, const Work& work);
 
-  CallWatch& watch;
-  std::map<std::string, ManagedItemSetter*> setters;
-  std::map<std::string, ManagedItemGetter*> getters;
-  watch::SharedCallbacks<ManagedItemSetter> sharedSetters;
-  watch::SharedCallbacks<ManagedItemGetter> sharedGetters;
+  CallListener& listener;
+  std::unique_ptr<WatchedValidator> judge;
+  CallbackRegistry<ManagedItemSetter, WatchedSetter> setters;
+  CallbackRegistry<ManagedItemGetter, WatchedGetter> getters;
   std::unique_ptr<ServiceDataManagerIfc> manager;
 };
 

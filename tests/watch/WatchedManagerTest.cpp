@@ -1,5 +1,5 @@
 // Operations and callbacks of a real manager, by their names, seen from the lock and from the account of durations.
-#include "MarkedManager.h"
+#include "service/WatchedManager.h"
 
 #include <gtest/gtest.h>
 
@@ -11,6 +11,7 @@
 #include <iterator>
 #include <map>
 #include <ostream>
+#include <stdexcept>
 #include <thread>
 
 #include <LocalMgmtIfc.h>
@@ -21,6 +22,8 @@
 #include "host/CallTimes.h"
 #include "host/LockWatch.h"
 #include "host/logAppUni.h"
+#include "service/CallListeners.h"
+#include "service/MarkListener.h"
 
 namespace
 {
@@ -100,10 +103,10 @@ public:
 };
 
 /// A manager with one item in a group, in a folder of its own.
-class MarkedManager : public testing::Test
+class WatchedManager : public testing::Test
 {
 protected:
-  MarkedManager()
+  WatchedManager()
   {
     std::string pattern = (std::filesystem::temp_directory_path() / "watchXXXXXX").string();
     folder = ::mkdtemp(pattern.data());
@@ -116,7 +119,7 @@ protected:
     manager->addGetter({"getBanner", new Getter});
     host::forgetCallTimes();
   }
-  ~MarkedManager() override
+  ~WatchedManager() override
   {
     manager->deleteSetters();
     manager->deleteGetters();
@@ -156,12 +159,13 @@ protected:
   Validator validator;
   int left = 0;
   Setter* setter = nullptr;
-  std::unique_ptr<ServiceDataManagerIfc> manager = watch::marked(makeServiceDataManager());
+  cli::MarkListener marks;
+  std::unique_ptr<ServiceDataManagerIfc> manager = std::make_unique<cli::WatchedManager>(marks);
 };
 
 } // namespace
 
-TEST_F(MarkedManager, CallbacksAreCountedByTheNamesThatItemMapsUse)
+TEST_F(WatchedManager, CallbacksAreCountedByTheNamesThatItemMapsUse)
 {
   manager->initialise("CommsItemMap");
   const auto counts = calls();
@@ -170,7 +174,7 @@ TEST_F(MarkedManager, CallbacksAreCountedByTheNamesThatItemMapsUse)
   EXPECT_GE(counts.at("validator Pair"), 1U);
 }
 
-TEST_F(MarkedManager, HolderIsKnownByOperationAndCallback)
+TEST_F(WatchedManager, HolderIsKnownByOperationAndCallback)
 {
   manager->initialise("CommsItemMap");
   host::LockUser seen;
@@ -183,7 +187,7 @@ TEST_F(MarkedManager, HolderIsKnownByOperationAndCallback)
   EXPECT_EQ(holder().operation, "");
 }
 
-TEST_F(MarkedManager, SlowCallbackIsNamedToTheOneThatWaitsForIt)
+TEST_F(WatchedManager, SlowCallbackIsNamedToTheOneThatWaitsForIt)
 {
   manager->initialise("CommsItemMap");
   host::setSlowWait(milliseconds(50));
@@ -201,7 +205,7 @@ TEST_F(MarkedManager, SlowCallbackIsNamedToTheOneThatWaitsForIt)
   EXPECT_NE(log().find("held by setData in callback setBanner (thread "), std::string::npos) << log();
 }
 
-TEST_F(MarkedManager, CallbackThatCallsBackWaitsForNobody)
+TEST_F(WatchedManager, CallbackThatCallsBackWaitsForNobody)
 {
   manager->initialise("CommsItemMap");
   host::setSlowWait(milliseconds(1));
@@ -214,7 +218,7 @@ TEST_F(MarkedManager, CallbackThatCallsBackWaitsForNobody)
   EXPECT_EQ(log().find("has waited"), std::string::npos) << log();
 }
 
-TEST_F(MarkedManager, WhatCallbacksAnswerIsPassedOn)
+TEST_F(WatchedManager, WhatCallbacksAnswerIsPassedOn)
 {
   manager->initialise("CommsItemMap");
   const ManagedDataItem* item = manager->getPublishedItem("banner");
@@ -226,7 +230,65 @@ TEST_F(MarkedManager, WhatCallbacksAnswerIsPassedOn)
   EXPECT_NE(log().find("not together"), std::string::npos);
 }
 
-TEST_F(MarkedManager, TakenNameLeavesTheSecondCallbackWithItsOwner)
+TEST_F(WatchedManager, CallbackThatThrowsIsOverForWhoeverAsks)
+{
+  manager->initialise("CommsItemMap");
+  setter->within = [] { throw 7; };
+  EXPECT_THROW(set(), int);
+  EXPECT_EQ(holder().callback, "");
+  host::LockUser seen;
+  setter->within = [&] { seen = holder(); };
+  manager->initialise("CommsItemMap");
+  EXPECT_EQ(seen.operation, "initialise");
+}
+
+namespace
+{
+
+/// Writes down the ends of setters under its name.
+class Scribe : public cli::CallListener
+{
+public:
+  Scribe(std::string itsName, std::string& text) : name(std::move(itsName)), notes(text)
+  {
+  }
+  void setterBegins(const cli::SetterCall& call) override
+  {
+    notes += name + " begins " + call.setter + "\n";
+  }
+  void setterEnded(const cli::SetterCall& call) override
+  {
+    notes += name + " ended " + call.setter + " " + call.thrown.value_or(call.reason) + "\n";
+  }
+
+private:
+  const std::string name;
+  std::string& notes;
+};
+
+} // namespace
+
+TEST(CallListeners, HearOfEndsTheOtherWayRoundThrownOrNot)
+{
+  std::string notes;
+  Scribe outer("outer", notes);
+  Scribe inner("inner", notes);
+  cli::CallListeners both;
+  both.add(outer);
+  both.add(inner);
+  int left = 0;
+  const auto real = std::make_shared<Setter>(left);
+  cli::WatchedSetter setter("setBanner", real, both);
+  std::string error;
+  EXPECT_FALSE(setter.setValue("x", "", error));
+  real->within = [] { throw std::runtime_error("broken"); };
+  EXPECT_THROW(setter.setValue("x", "", error), std::runtime_error);
+  EXPECT_EQ(notes, "outer begins setBanner\ninner begins setBanner\ninner ended setBanner no\n"
+                   "outer ended setBanner no\nouter begins setBanner\ninner begins setBanner\n"
+                   "inner ended setBanner broken\nouter ended setBanner broken\n");
+}
+
+TEST_F(WatchedManager, TakenNameLeavesTheSecondCallbackWithItsOwner)
 {
   {
     Setter mine(left);
@@ -238,7 +300,7 @@ TEST_F(MarkedManager, TakenNameLeavesTheSecondCallbackWithItsOwner)
   EXPECT_EQ(left, 0);
 }
 
-TEST_F(MarkedManager, ObjectWithTwoNamesIsDeletedOnce)
+TEST_F(WatchedManager, ObjectWithTwoNamesIsDeletedOnce)
 {
   manager->addSetter({"setAlias", setter});
   manager->deleteSetters();
@@ -247,7 +309,7 @@ TEST_F(MarkedManager, ObjectWithTwoNamesIsDeletedOnce)
   EXPECT_EQ(left, 1);
 }
 
-TEST_F(MarkedManager, NamesWithoutCallbacksStayWithoutCallbacks)
+TEST_F(WatchedManager, NamesWithoutCallbacksStayWithoutCallbacks)
 {
   manager->addSetter({"setNothing", nullptr});
   manager->addSetter({nullptr, nullptr});
@@ -312,7 +374,7 @@ const OperationCase operationCases[] = {
     {"reloadUserData", [](ServiceDataManagerIfc& m) { m.reloadUserData(); }},
 };
 
-class WatchedOperation : public MarkedManager, public testing::WithParamInterface<OperationCase>
+class WatchedOperation : public WatchedManager, public testing::WithParamInterface<OperationCase>
 {
 };
 
