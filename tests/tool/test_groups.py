@@ -90,12 +90,12 @@ class Groups(ProgramTest):
 
     def test_a_service_that_leaves_is_told_as_well(self):
         run = self.of_lamp("LeavingLamp", "--set", "lamp.level=42")
-        self.assertIn("crash: the service ended the process\n", run.out)
+        self.assertIn("crash: the service ended the process with exit code 0\n", run.out)
         self.assertEqual(run.code, 1)
 
     def test_a_service_that_does_not_come_back_is_not_waited_for(self):
         run = self.of_lamp("StuckLamp", "--set", "lamp.level=42", "--timeout", "1")
-        self.assertIn("crash: nothing more within 1 s\n", run.out)
+        self.assertIn("crash: the service did not come back within 1 s\n", run.out)
         self.assertEqual(run.code, 1)
 
     def test_what_the_service_prints_is_not_among_the_results(self):

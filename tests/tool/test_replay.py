@@ -91,7 +91,7 @@ class Replay(ProgramTest):
         self.record_lamp("set lamp.level 42")
         run = self.replay_lamp("StuckLamp", "--timeout", "5")
         self.assertEqual(run.code, 1)
-        self.assertIn("+ actual    nothing more within 5 s", run.out)
+        self.assertIn("+ actual    the service did not come back within 5 s", run.out)
 
     def test_another_map_is_told_beside_the_difference(self):
         self.record_lamp("get lamp.level")

@@ -9,6 +9,7 @@
 #include <cstring>
 #include <exception>
 #include <fcntl.h>
+#include <optional>
 #include <poll.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -21,42 +22,62 @@ namespace cli
 namespace
 {
 
-// An answer is a letter, the size of the text, and the text. So it ends before the pipe does, which a service may have
-// handed on to processes that live longer.
-constexpr char answered = 'a';
-constexpr char threw = 't';
+// A message is a letter, the size of its text, and the text. The last one ends before the pipe does, which a service
+// may have handed on to processes that live longer.
+enum class Kind : char
+{
+  told = 't',
+  threw = 'x',
+  done = 'd'
+};
+
+struct Message
+{
+  Kind kind = Kind::done;
+  std::string text;
+};
+
 constexpr std::size_t headSize = 1 + sizeof(std::uint64_t);
 
-[[noreturn]] void answer(int pipe, char kind, const std::string& text)
+void send(int pipe, Kind kind, const std::string& text = "")
 {
   const std::uint64_t size = text.size();
-  std::string message(1, kind);
+  std::string message(1, static_cast<char>(kind));
   message.append(reinterpret_cast<const char*>(&size), sizeof size);
   message += text;
-  // Nobody is there to be told when it does not arrive: whoever reads sees that the process ended.
-  static_cast<void>(writeAll(pipe, message));
-  std::_Exit(0);
+  if (!writeAll(pipe, message))
+    std::_Exit(1); // Nobody waits any more.
 }
 
-[[noreturn]] void doWork(const std::function<std::string()>& work, int pipe)
+void leadStreams(Output output)
 {
   const int nowhere = ::open("/dev/null", O_RDWR | O_CLOEXEC);
-  for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
-    ::dup2(nowhere, descriptor);
+  ::dup2(nowhere, STDIN_FILENO);
+  ::dup2(output == Output::nowhere ? nowhere : STDERR_FILENO, STDOUT_FILENO);
+  if (output == Output::nowhere)
+    ::dup2(nowhere, STDERR_FILENO);
+}
+
+[[noreturn]] void doWork(const std::function<void(const Tell&)>& work, int pipe, Output output)
+{
+  leadStreams(output);
   try
   {
-    answer(pipe, answered, work());
+    work([pipe](const std::string& text) { send(pipe, Kind::told, text); });
+    send(pipe, Kind::done);
   }
   catch (const std::exception& error)
   {
-    answer(pipe, threw, error.what());
+    send(pipe, Kind::threw, error.what());
   }
+  // What the service has at its exit is not run: it stays loaded on a device.
+  std::_Exit(0);
 }
 
 class Worker
 {
 public:
-  explicit Worker(const std::function<std::string()>& work)
+  Worker(const std::function<void(const Tell&)>& work, Output output)
   {
     std::array<int, 2> ends{};
     if (::pipe2(ends.data(), O_CLOEXEC) != 0)
@@ -64,7 +85,7 @@ public:
     std::fflush(nullptr);
     process = ::fork();
     if (process == 0)
-      doWork(work, ends[1]);
+      doWork(work, ends[1], output);
     const int reason = errno;
     ::close(ends[1]);
     pipe = ends[0];
@@ -77,41 +98,66 @@ public:
   ~Worker()
   {
     ::close(pipe);
+    kill();
     end();
   }
   Worker(const Worker&) = delete;
   Worker& operator=(const Worker&) = delete;
 
-  WorkDone wait(std::chrono::seconds patience, Progress& progress)
+  WorkEnd listen(const Tell& heard, std::chrono::seconds patience, Progress& progress)
+  {
+    while (true)
+    {
+      WorkEnd trouble;
+      const auto message = next(patience, progress, trouble);
+      if (!message)
+        return trouble;
+      if (message->kind == Kind::threw)
+        throw StartError(message->text);
+      if (message->kind == Kind::done)
+        return {};
+      heard(message->text);
+    }
+  }
+
+private:
+  /// Nothing when none comes any more, which is told in `trouble`.
+  std::optional<Message> next(std::chrono::seconds patience, Progress& progress, WorkEnd& trouble)
   {
     const auto deadline = std::chrono::steady_clock::now() + patience;
-    while (!isComplete())
+    while (true)
     {
+      if (auto message = takeMessage())
+        return message;
       pollfd waiting{pipe, POLLIN, 0};
       const int ready = ::poll(&waiting, 1, static_cast<int>(Progress::interval.count()));
       progress.tick();
       if (ready == 1 && !readSome())
-        return {"", howItEnded()};
+      {
+        trouble = {WorkEnd::Kind::died, howItEnded()};
+        return std::nullopt;
+      }
       if (ready == 0 && std::chrono::steady_clock::now() >= deadline)
       {
-        ::kill(process, SIGKILL);
-        return {"", "nothing more within " + std::to_string(patience.count()) + " s"};
+        kill();
+        trouble = {WorkEnd::Kind::hung,
+                   "the service did not come back within " + std::to_string(patience.count()) + " s"};
+        return std::nullopt;
       }
     }
-    const std::string text = message.substr(headSize);
-    if (message.front() == threw)
-      throw StartError(text);
-    return {text, ""};
   }
 
-private:
-  bool isComplete() const
+  std::optional<Message> takeMessage()
   {
     std::uint64_t size = 0;
-    if (message.size() < headSize)
-      return false;
-    std::memcpy(&size, message.data() + 1, sizeof size);
-    return message.size() >= headSize + size;
+    if (received.size() < headSize)
+      return std::nullopt;
+    std::memcpy(&size, received.data() + 1, sizeof size);
+    if (received.size() - headSize < size)
+      return std::nullopt;
+    Message message = {static_cast<Kind>(received.front()), received.substr(headSize, size)};
+    received.erase(0, headSize + size);
+    return message;
   }
 
   /// False at the end of the pipe.
@@ -120,7 +166,7 @@ private:
     std::array<char, 65536> bytes{};
     const ssize_t got = ::read(pipe, bytes.data(), bytes.size());
     if (got > 0)
-      message.append(bytes.data(), static_cast<std::size_t>(got));
+      received.append(bytes.data(), static_cast<std::size_t>(got));
     return got > 0 || (got < 0 && errno == EINTR);
   }
 
@@ -129,7 +175,13 @@ private:
     const int status = end();
     return WIFSIGNALED(status)
                ? std::string("the service was ended by a signal (") + ::strsignal(WTERMSIG(status)) + ")"
-               : "the service ended the process";
+               : "the service ended the process with exit code " + std::to_string(WEXITSTATUS(status));
+  }
+
+  void kill() const
+  {
+    if (process > 0)
+      ::kill(process, SIGKILL);
   }
 
   int end()
@@ -146,14 +198,24 @@ private:
 
   pid_t process = -1;
   int pipe = -1;
-  std::string message;
+  std::string received;
 };
 
 } // namespace
 
+WorkEnd inOwnProcess(const std::function<void(const Tell& tell)>& work, const Tell& heard, Output output,
+                     std::chrono::seconds patience, Progress& progress)
+{
+  return Worker(work, output).listen(heard, patience, progress);
+}
+
 WorkDone inOwnProcess(const std::function<std::string()>& work, std::chrono::seconds patience, Progress& progress)
 {
-  return Worker(work).wait(patience, progress);
+  WorkDone done;
+  done.trouble = inOwnProcess([&](const Tell& tell) { tell(work()); },
+                              [&](const std::string& text) { done.text = text; }, Output::nowhere, patience, progress)
+                     .how;
+  return done;
 }
 
 } // namespace cli
