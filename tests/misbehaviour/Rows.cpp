@@ -2,7 +2,7 @@
 // map.
 #include "Rows.h"
 
-namespace hell
+namespace misbehaviour
 {
 
 const std::vector<Row>& rows()
@@ -138,4 +138,4 @@ const std::vector<Row>& rows()
   return all;
 }
 
-} // namespace hell
+} // namespace misbehaviour

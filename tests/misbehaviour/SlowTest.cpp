@@ -12,7 +12,7 @@ namespace
 {
 
 using Clock = std::chrono::steady_clock;
-using hell::Stage;
+using misbehaviour::Stage;
 
 constexpr std::chrono::milliseconds pause(1000);
 const char* const refusals =
@@ -23,14 +23,14 @@ const char* const refusals =
 std::chrono::milliseconds runBesideASleepingSetter(Stage& stage, const std::function<void()>& meanwhile)
 {
   std::promise<void> asleep;
-  hell::inCall("setValue", 1,
-               [&]
-               {
-                 asleep.set_value();
-                 std::this_thread::sleep_for(pause);
-               });
+  misbehaviour::inCall("setValue", 1,
+                       [&]
+                       {
+                         asleep.set_value();
+                         std::this_thread::sleep_for(pause);
+                       });
   std::string result;
-  std::thread setting([&] { result = hell::operation("setData").run(stage); });
+  std::thread setting([&] { result = misbehaviour::operation("setData").run(stage); });
   asleep.get_future().wait();
   const auto begun = Clock::now();
   meanwhile();
@@ -45,10 +45,10 @@ TEST(SlowTest, AnotherThreadsReadWaitsForTheSetterAndIsAnswered)
 {
   Stage stage(true);
   std::string answer;
-  const auto waited = runBesideASleepingSetter(stage, [&] { answer = hell::operation("getData").run(stage); });
+  const auto waited = runBesideASleepingSetter(stage, [&] { answer = misbehaviour::operation("getData").run(stage); });
   EXPECT_GE(waited, pause / 2);
   EXPECT_EQ(answer, "true a=live a,c=rc,f=rf,nobody=NOBODY");
-  EXPECT_EQ(stage.afterwards(false), hell::undisturbed(false));
+  EXPECT_EQ(stage.afterwards(false), misbehaviour::undisturbed(false));
 }
 
 TEST(SlowTest, TheStartUpFlagDoesNotWait)
@@ -65,12 +65,12 @@ TEST(SlowTest, EightThreadsWaitAndAreAllServed)
   {
     std::vector<std::future<std::string>> reads;
     for (int thread = 0; thread < 8; ++thread)
-      reads.push_back(std::async(std::launch::async, [&] { return hell::operation("getData").run(stage); }));
+      reads.push_back(std::async(std::launch::async, [&] { return misbehaviour::operation("getData").run(stage); }));
     for (auto& read : reads)
       EXPECT_EQ(read.get(), "true a=live a,c=rc,f=rf,nobody=NOBODY");
   };
   EXPECT_GE(runBesideASleepingSetter(stage, readAll), pause / 2);
-  EXPECT_EQ(stage.afterwards(false), hell::undisturbed(false));
+  EXPECT_EQ(stage.afterwards(false), misbehaviour::undisturbed(false));
 }
 
 } // namespace

@@ -11,7 +11,7 @@
 
 #include "../unit/ItemLine.h"
 
-namespace hell
+namespace misbehaviour
 {
 
 namespace
@@ -40,7 +40,7 @@ class Directory
 public:
   Directory()
   {
-    std::string pattern = (std::filesystem::temp_directory_path() / "sdm-hell-XXXXXX").string();
+    std::string pattern = (std::filesystem::temp_directory_path() / "sdm-misbehaviour-XXXXXX").string();
     if (mkdtemp(pattern.data()) == nullptr)
       throw std::runtime_error("no temporary directory");
     path = pattern;
@@ -431,4 +431,4 @@ void inCall(const std::string& name, std::size_t position, std::function<void()>
   };
 }
 
-} // namespace hell
+} // namespace misbehaviour

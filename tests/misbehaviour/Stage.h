@@ -13,7 +13,7 @@
 #include "Services.h"
 #include "Trace.h"
 
-namespace hell
+namespace misbehaviour
 {
 
 struct Operation;
@@ -91,4 +91,4 @@ const std::vector<std::string>& undisturbed(bool anew);
 /// Makes `action` happen in the call of this name at this position, counted from 1.
 void inCall(const std::string& name, std::size_t position, std::function<void()> action);
 
-} // namespace hell
+} // namespace misbehaviour

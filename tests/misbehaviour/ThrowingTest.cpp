@@ -12,9 +12,9 @@
 namespace
 {
 
-using hell::Row;
-using hell::Stage;
-using hell::Thrown;
+using misbehaviour::Row;
+using misbehaviour::Stage;
+using misbehaviour::Thrown;
 using ::testing::IsEmpty;
 
 /// "exception TEXT", "int NUMBER", or "" when nothing came out of it.
@@ -71,9 +71,9 @@ protected:
   void throwAt(std::size_t position, const std::function<void()>& action, const std::string& expected)
   {
     const Row& row = GetParam();
-    const hell::Operation& operation = hell::operation(row.operation);
+    const misbehaviour::Operation& operation = misbehaviour::operation(row.operation);
     Stage stage(operation.loaded);
-    hell::inCall(row.call, position, action);
+    misbehaviour::inCall(row.call, position, action);
     const std::string came = thrownBy([&] { operation.run(stage); });
     recording::behaviour().everyCall = nullptr;
     EXPECT_EQ(came, row.thrown == Thrown::reachesTheCaller ? expected : "");
@@ -92,7 +92,7 @@ protected:
     }
     if (row.operation == std::string("setData") || row.operation == std::string("reloadUserData"))
       expectNoRecordIsLost(stage);
-    EXPECT_EQ(stage.afterwards(operation.startsOver), hell::undisturbed(operation.startsOver));
+    EXPECT_EQ(stage.afterwards(operation.startsOver), misbehaviour::undisturbed(operation.startsOver));
   }
 };
 
@@ -108,18 +108,18 @@ TEST_P(Throwing, ReachesTheCallerAndLeavesTheManagerAsGoodAsNew)
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, Throwing, ::testing::ValuesIn(hell::rows()),
+INSTANTIATE_TEST_SUITE_P(Rows, Throwing, ::testing::ValuesIn(misbehaviour::rows()),
                          [](const auto& tested) { return tested.param.name(); });
 
 TEST(RowsTest, NameEveryCallOfEveryOperationAndHowOftenItIsMade)
 {
   std::map<std::string, std::size_t> expected;
   std::map<std::string, std::size_t> made;
-  for (const Row& row : hell::rows())
+  for (const Row& row : misbehaviour::rows())
     expected[row.name()] = row.times;
-  for (const hell::Operation& operation : hell::operations())
+  for (const misbehaviour::Operation& operation : misbehaviour::operations())
   {
-    for (const std::string& call : hell::callsOf(operation))
+    for (const std::string& call : misbehaviour::callsOf(operation))
       ++made[operation.name + "_" + call];
   }
   made.erase("end_CriticalSection"); // A destructor must not throw, and nor need a lock.

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace hell
+namespace misbehaviour
 {
 
 /// What an exception of the call leads to. In both cases the lock is free and no parse, group or record is left over.
@@ -37,4 +37,4 @@ struct Row
 /// All of them: a test holds the table against what operations really call.
 const std::vector<Row>& rows();
 
-} // namespace hell
+} // namespace misbehaviour

@@ -11,8 +11,8 @@
 namespace
 {
 
-using hell::Row;
-using hell::Stage;
+using misbehaviour::Row;
+using misbehaviour::Stage;
 using ::testing::IsEmpty;
 
 /// What an operation that runs inside another one does to it.
@@ -47,7 +47,7 @@ const std::map<std::string, Effect>& inner()
 }
 
 /// Runs an operation out of sight: what it notes is not part of the outer one's trace.
-void runUnseen(Stage& stage, const hell::Operation& operation)
+void runUnseen(Stage& stage, const misbehaviour::Operation& operation)
 {
   const recording::UntracedRecords untraced;
   std::vector<std::string> before;
@@ -56,7 +56,7 @@ void runUnseen(Stage& stage, const hell::Operation& operation)
   before.swap(recording::trace());
 }
 
-const std::vector<std::string>& undisturbed(const hell::Operation& operation)
+const std::vector<std::string>& undisturbed(const misbehaviour::Operation& operation)
 {
   static std::map<std::string, std::vector<std::string>> known;
   std::vector<std::string>& lines = known[operation.name];
@@ -70,24 +70,24 @@ const std::vector<std::string>& undisturbed(const hell::Operation& operation)
 bool isForbidden(const Row& row, std::size_t position, const std::string& called)
 {
   return called.rfind("delete", 0) == 0 && row.call == std::string("CriticalSection") && position == 1 &&
-         hell::operation(row.operation).loaded;
+         misbehaviour::operation(row.operation).loaded;
 }
 
 class CallingBackFrom : public ::testing::TestWithParam<Row>
 {
 protected:
-  void callBackAt(std::size_t position, const hell::Operation& called, Effect effect)
+  void callBackAt(std::size_t position, const misbehaviour::Operation& called, Effect effect)
   {
     const Row& row = GetParam();
-    const hell::Operation& operation = hell::operation(row.operation);
+    const misbehaviour::Operation& operation = misbehaviour::operation(row.operation);
     Stage stage(operation.loaded);
     bool calledBack = false;
-    hell::inCall(row.call, position,
-                 [&]
-                 {
-                   calledBack = true;
-                   runUnseen(stage, called);
-                 });
+    misbehaviour::inCall(row.call, position,
+                         [&]
+                         {
+                           calledBack = true;
+                           runUnseen(stage, called);
+                         });
     const auto lines = stage.traceOf(operation);
     recording::behaviour().everyCall = nullptr;
     EXPECT_TRUE(calledBack);
@@ -101,7 +101,7 @@ protected:
     EXPECT_EQ(stage.access.runningOperations, 0);
     EXPECT_EQ(stage.access.reply.parser, nullptr);
     EXPECT_THAT(stage.access.groups, IsEmpty());
-    EXPECT_EQ(stage.afterwards(true), hell::undisturbed(true));
+    EXPECT_EQ(stage.afterwards(true), misbehaviour::undisturbed(true));
   }
 };
 
@@ -114,18 +114,18 @@ TEST_P(CallingBackFrom, RunsBothOperationsToTheirEnds)
     {
       SCOPED_TRACE(name + " at position " + std::to_string(position));
       if (!isForbidden(GetParam(), position, name))
-        callBackAt(position, hell::operation(name), effect);
+        callBackAt(position, misbehaviour::operation(name), effect);
     }
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, CallingBackFrom, ::testing::ValuesIn(hell::rows()),
+INSTANTIATE_TEST_SUITE_P(Rows, CallingBackFrom, ::testing::ValuesIn(misbehaviour::rows()),
                          [](const auto& tested) { return tested.param.name(); });
 
 TEST(CallingBackTest, EveryOperationButTheEndIsCalledBack)
 {
   std::set<std::string> missing{"end"};
-  for (const hell::Operation& operation : hell::operations())
+  for (const misbehaviour::Operation& operation : misbehaviour::operations())
   {
     if (inner().count(operation.name) == 0)
       missing.insert(operation.name);

@@ -8,7 +8,7 @@
 namespace
 {
 
-using hell::Stage;
+using misbehaviour::Stage;
 
 /// What becomes of the text.
 enum class Fate
@@ -118,7 +118,7 @@ protected:
   void expect(const std::string& text, Fate fate)
   {
     const Answer& answer = GetParam();
-    const hell::Operation& operation = hell::operation(answer.operation);
+    const misbehaviour::Operation& operation = misbehaviour::operation(answer.operation);
     Stage stage(operation.loaded);
     answerWith(answer.call, text);
     const auto lines = stage.traceOf(operation);
@@ -130,7 +130,7 @@ protected:
       EXPECT_TRUE(isBehind(answer.before, cut, lines));
     }
     EXPECT_EQ(recording::behaviour().lockDepth, 0);
-    EXPECT_EQ(stage.afterwards(operation.startsOver), hell::undisturbed(operation.startsOver));
+    EXPECT_EQ(stage.afterwards(operation.startsOver), misbehaviour::undisturbed(operation.startsOver));
   }
 };
 
