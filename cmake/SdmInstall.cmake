@@ -99,6 +99,7 @@ endif()
 
 # Texts and examples, laid out as in the tree so that their links hold.
 install(FILES "${PROJECT_SOURCE_DIR}/README.md" "${PROJECT_SOURCE_DIR}/CHANGELOG.md"
+  "${PROJECT_SOURCE_DIR}/SECURITY.md"
   DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT doc)
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs" "${PROJECT_SOURCE_DIR}/examples"
   DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT doc
