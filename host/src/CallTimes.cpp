@@ -6,6 +6,7 @@
 #include <new>
 
 #include "CallCounts.h"
+#include "Everlasting.h"
 
 namespace host
 {
@@ -17,10 +18,9 @@ struct Counts
   std::map<std::string, CallTime> byName;
 };
 
-/// Never taken down: a static device still calls while it goes away.
 Counts& counts()
 {
-  static auto* const all = new Counts;
+  static const Everlasting<Counts> all;
   return *all;
 }
 } // namespace

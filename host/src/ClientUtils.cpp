@@ -8,6 +8,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "Everlasting.h"
 #include "XmlText.h"
 
 namespace host
@@ -20,10 +21,9 @@ struct MarkedSecrets
   std::unordered_set<std::string> rootIds;
 };
 
-/// Never taken down: what a static device says while it goes away keeps its secrets too.
 MarkedSecrets& markedSecrets()
 {
-  static auto* const marked = new MarkedSecrets;
+  static const Everlasting<MarkedSecrets> marked;
   return *marked;
 }
 

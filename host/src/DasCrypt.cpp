@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "Everlasting.h"
 #include "FaultLayer.h"
 #include "Files.h"
 #include "Trouble.h"
@@ -45,10 +46,10 @@ struct KeyInUse
   std::optional<Key> key;
 };
 
-/// Never taken down: a static device still opens values while it goes away, and takes its key with it.
+/// A device takes its key with it.
 KeyInUse& keyInUse()
 {
-  static auto* const state = new KeyInUse;
+  static const Everlasting<KeyInUse> state;
   return *state;
 }
 

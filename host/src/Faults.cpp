@@ -9,6 +9,7 @@
 
 #include "DasReply.h"
 #include "DasRequest.h"
+#include "Everlasting.h"
 #include "FaultLayer.h"
 #include "Refusal.h"
 #include "Trouble.h"
@@ -30,8 +31,8 @@ struct Demands
 
 Demands& demands()
 {
-  static Demands state;
-  return state;
+  static const Everlasting<Demands> state;
+  return *state;
 }
 
 thread_local int withoutFaults = 0;

@@ -5,6 +5,7 @@
 #include <mutex>
 #include <utility>
 
+#include "Everlasting.h"
 #include "LockRegister.h"
 
 namespace host
@@ -18,10 +19,9 @@ struct Register
   std::atomic<std::chrono::milliseconds::rep> slowWait{1000};
 };
 
-/// Never taken down: a semaphore may be a static object of somebody else.
 Register& theRegister()
 {
-  static auto* const all = new Register;
+  static const Everlasting<Register> all;
   return *all;
 }
 } // namespace

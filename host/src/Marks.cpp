@@ -7,6 +7,7 @@
 
 #include "Activity.h"
 #include "CallCounts.h"
+#include "Everlasting.h"
 
 namespace host
 {
@@ -61,10 +62,9 @@ struct Own
   const std::shared_ptr<Activity> activity = std::make_shared<Activity>();
 };
 
-/// Never taken down: a static device still works while it goes away.
 const std::shared_ptr<Activity>& lateActivity()
 {
-  static thread_local const auto* const late = new std::shared_ptr<Activity>(std::make_shared<Activity>());
+  static thread_local const Everlasting<std::shared_ptr<Activity>> late(std::make_shared<Activity>());
   return *late;
 }
 } // namespace
@@ -73,7 +73,14 @@ std::shared_ptr<Activity> currentActivity()
 {
   if (ended)
     return lateActivity();
+#ifdef __clang__
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wexit-time-destructors" // Goes away with its thread, and says so: see `ended`.
+#endif
   static thread_local const Own own;
+#ifdef __clang__
+#pragma clang diagnostic pop
+#endif
   return own.activity;
 }
 

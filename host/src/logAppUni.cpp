@@ -19,6 +19,7 @@
 #include <utility>
 #include <vector>
 
+#include "Everlasting.h"
 #include "PlainLine.h"
 #include "host/Error.h"
 
@@ -80,12 +81,11 @@ struct Log
   std::function<void(const LogLine&)> listener;
 };
 
-/// Never destroyed: what lives until the end of the process, such as a static device, still logs while it goes away.
-/// Nothing is lost by that, since every line is flushed.
+/// Nothing is lost by its not being taken down, since every line is flushed.
 Log& theLog()
 {
-  static Log& log = *std::make_unique<Log>().release();
-  return log;
+  static const Everlasting<Log> log;
+  return *log;
 }
 
 std::shared_ptr<spdlog::logger> currentLogger()

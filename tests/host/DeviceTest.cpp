@@ -14,12 +14,14 @@
 #include <algorithm>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "HostTesting.h"
 #include "host/CallTimes.h"
 #include "host/ClientUtils.h"
 #include "host/Device.h"
+#include "host/Faults.h"
 #include "host/Marks.h"
 #include "host/logAppUni.h"
 
@@ -201,6 +203,27 @@ void useDevice()
       holds(ClientUtils::hidePassword("an.item", opened), opened) || !isTimed("a callback"))
     std::_Exit(1);
 }
+
+/// Writes over what was freed, as any other code that runs then may.
+void reuseFreedMemory()
+{
+  static std::vector<std::string> blocks;
+  for (std::size_t size = 16; size <= 256; size += 16)
+    for (int i = 0; i < 10; ++i)
+      blocks.emplace_back(size, '\x7f');
+}
+
+/// Fails on demand, and only as long as that is demanded.
+void meetFault()
+{
+  reuseFreedMemory();
+  std::string text;
+  const bool failed = !DasCrypt::toEncryptedText("a value", text);
+  const std::size_t set = host::faults().size();
+  host::endFaults();
+  if (!failed || set != 1 || !DasCrypt::toEncryptedText("a value", text))
+    std::_Exit(1);
+}
 } // namespace
 
 /// In a process that has used nothing of it yet, so that it goes away behind all that it works with.
@@ -217,6 +240,24 @@ TEST(DeviceAtExit, WorksToItsVeryEnd)
         });
     staticDevice.emplace(host::DeviceSettings{folder / "device", 1, 2, 0});
     useDevice();
+    std::exit(0);
+  };
+  EXPECT_EXIT(lateUser(), testing::ExitedWithCode(0), "");
+}
+
+TEST(DeviceAtExit, MeetsItsFaultsToItsVeryEnd)
+{
+  const hosttest::TemporaryFolder folder;
+  const auto lateUser = [&]
+  {
+    std::atexit(
+        []
+        {
+          meetFault();
+          staticDevice.reset();
+        });
+    staticDevice.emplace(host::DeviceSettings{folder / "device", 1, 2, 0});
+    host::setFault({host::FaultPlace::encryption, host::FaultKind::fails, 2, {}});
     std::exit(0);
   };
   EXPECT_EXIT(lateUser(), testing::ExitedWithCode(0), "");
