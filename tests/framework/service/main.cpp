@@ -61,9 +61,9 @@ int main()
   manager->addSetter({"volume", volume});
   manager->addSetter({"password", password});
   manager->addSetter({"room", room});
+  expect(manager->ready(), "registers with the store");
   manager->initialise("CommsItemMap");
 
-  expect(manager->ready(), "registers with the store");
   expect(volume->current == "6", "comes up with the alternative default of a unit with two interfaces");
   expect(room->current == "from the store", "takes the store's value");
   expect(standin::subscriptions().size() == 1, "observes the store");
