@@ -31,6 +31,12 @@ function(sdm_pkgconfig name component)
     COMPONENT ${component})
 endfunction()
 
+# What is installed leaves its debug information in the build tree: it is many times as large as the programs.
+option(SDM_STRIP "Install programs and libraries without debug information" ON)
+if(SDM_STRIP)
+  install(CODE "set(CMAKE_INSTALL_DO_STRIP TRUE)" ALL_COMPONENTS)
+endif()
+
 # Library and interface.
 set_target_properties(sdm_interface PROPERTIES EXPORT_NAME Interface)
 install(TARGETS ServiceDataManager sdm_interface EXPORT ServiceDataManager
@@ -68,9 +74,6 @@ install(FILES
 
 # Host platform and program.
 if(SDM_OVER_HOST)
-  file(RELATIVE_PATH sdm_libraries "/${CMAKE_INSTALL_BINDIR}" "/${CMAKE_INSTALL_LIBDIR}")
-  set_target_properties(ServiceDataManager sdm_host PROPERTIES INSTALL_RPATH "$ORIGIN")
-  set_target_properties(sdm PROPERTIES INSTALL_RPATH "$ORIGIN/${sdm_libraries}")
   set_target_properties(sdm_host PROPERTIES EXPORT_NAME Host)
   install(TARGETS sdm_host EXPORT ServiceDataManagerHost
     LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT host
@@ -79,7 +82,6 @@ if(SDM_OVER_HOST)
   sdm_install_targets(Host host)
   sdm_pkgconfig(servicedatamanager-host host)
   install(TARGETS sdm RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT host)
-  set_target_properties(commsservice_host PROPERTIES INSTALL_RPATH "$ORIGIN/..")
   install(TARGETS commsservice_host LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}/servicedatamanager" COMPONENT host)
   install(FILES "${PROJECT_SOURCE_DIR}/examples/commsservice/CommsSettings.csv"
     DESTINATION "${CMAKE_INSTALL_DATADIR}/ServiceDataManager" COMPONENT host)

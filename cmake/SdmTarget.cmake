@@ -1,4 +1,19 @@
 # What every target of this project is compiled with.
+
+# Programs are linked so that they may lie anywhere in memory, whatever the compiler's own default is.
+include(CheckPIESupported)
+check_pie_supported(LANGUAGES CXX)
+
+# Mistakes that input could make use of end the process instead: overrun buffers on the stack and in calls of the C library,
+# overwritten addresses of functions, code on the stack. Sanitizers have their own ways and go without; so does the compiling
+# of daily work, which is for the debugger. The C library checks only where the compiler optimises.
+function(sdm_harden name)
+  target_compile_options(${name} PRIVATE
+    $<$<NOT:$<CONFIG:Debug>>:-fstack-protector-strong>
+    $<$<CONFIG:Release,RelWithDebInfo,MinSizeRel>:-U_FORTIFY_SOURCE$<SEMICOLON>-D_FORTIFY_SOURCE=2>)
+  target_link_options(${name} PRIVATE -Wl,-z,relro -Wl,-z,now -Wl,-z,noexecstack -Wl,-z,defs)
+endfunction()
+
 function(sdm_target name)
   target_compile_features(${name} PUBLIC cxx_std_17)
   set_target_properties(${name} PROPERTIES
@@ -28,7 +43,7 @@ function(sdm_target name)
     target_compile_options(${name} PRIVATE -fsanitize=thread -fno-omit-frame-pointer -O1)
     target_link_options(${name} PUBLIC -fsanitize=thread)
   else()
-    target_link_options(${name} PRIVATE -Wl,-z,defs)
+    sdm_harden(${name})
   endif()
 endfunction()
 

@@ -171,10 +171,7 @@ std::filesystem::path sampleService()
 {
   std::error_code unknown;
   const std::filesystem::path folder = std::filesystem::read_symlink("/proc/self/exe", unknown).parent_path();
-  std::filesystem::path place = folder / sampleName;
-  if (!std::filesystem::exists(place, unknown))
-    place = (folder / SDM_SERVICES / sampleName).lexically_normal();
-  return place;
+  return (folder / SDM_SERVICES / sampleName).lexically_normal();
 }
 
 LoadedService::LoadedService(const std::filesystem::path& sharedObject)

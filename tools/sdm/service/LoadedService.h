@@ -11,8 +11,8 @@
 namespace cli
 {
 
-/// The sample service: beside the program, or where it is installed from the program's folder. The last of these when
-/// none is there, so that its absence is reported.
+/// Where the sample service lies, seen from the program's folder: in a build as when it is installed. It need not be
+/// there.
 std::filesystem::path sampleService();
 
 /// Loads a service and owns it. The shared object stays in the process until its end.
