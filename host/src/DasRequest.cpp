@@ -5,6 +5,7 @@
 #include <set>
 #include <string_view>
 
+#include "NotEncrypted.h"
 #include "Refusal.h"
 #include "XmlTree.h"
 
@@ -44,6 +45,9 @@ DasCell cellOf(XmlNode& node)
 {
   if (isMessageElement(node.name))
     throw Refusal("element " + named(node.name) + " does not belong there");
+  if (!node.children.empty() && node.children.front().name == notEncryptedElement)
+    throw Refusal("the value of column " + named(node.name) +
+                  " could not be encrypted, so what is stored stays: " + node.children.front().text);
   return {node.name, textOf(node)};
 }
 

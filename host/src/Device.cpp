@@ -148,7 +148,8 @@ public:
     }
     catch (const DiskTrouble& trouble)
     {
-      notices.add(std::string(trouble.what()) + "; until then encrypted values can be neither read nor written");
+      notices.add(std::string(trouble.what()) +
+                  "; until then encrypted values can be neither read nor written, and changes of them are refused");
     }
   }
   ~KeyInPlace()
@@ -228,7 +229,8 @@ std::unique_ptr<SecurityLogService> openedLog(const std::filesystem::path& file,
   }
   catch (const DiskTrouble& trouble)
   {
-    notices.add(std::string(trouble.what()) + "; until then changes that need a record of it fail");
+    notices.add(std::string(trouble.what()) +
+                "; until then changes that need a record of it are made without one, and whoever made them is told");
     return std::make_unique<SecurityLogService>(file, trouble);
   }
 }

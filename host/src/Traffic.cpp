@@ -16,9 +16,22 @@ std::chrono::microseconds since(Clock::time_point start)
 }
 } // namespace
 
+void TrafficListener::requestBegins(const std::string& /*request*/)
+{
+}
+
+void TrafficListener::exchangeEnded(const Exchange& /*exchange*/)
+{
+}
+
 TrafficRecorder::TrafficRecorder(::DataAccessServiceIfc& realService, std::size_t keepLast)
     : real(realService), keep(keepLast)
 {
+}
+
+void TrafficRecorder::listen(TrafficListener* listener)
+{
+  hearer = listener;
 }
 
 std::string TrafficRecorder::sendRequest(const char* request, std::size_t length)
@@ -26,38 +39,57 @@ std::string TrafficRecorder::sendRequest(const char* request, std::size_t length
   const Mark mark(MarkKind::callback, "DataAccessServiceIfc");
   Exchange exchange;
   exchange.request.assign(request, length);
+  if (hearer != nullptr)
+    hearer->requestBegins(exchange.request);
+  try
+  {
+    std::string reply = answered(exchange, request, length);
+    remember(std::move(exchange));
+    return reply;
+  }
+  catch (...)
+  {
+    if (!exchange.failure.empty())
+      remember(std::move(exchange));
+    throw;
+  }
+}
+
+std::string TrafficRecorder::answered(Exchange& exchange, const char* request, std::size_t length)
+{
   const Clock::time_point start = Clock::now();
   try
   {
     exchange.reply = real.sendRequest(request, length);
+    exchange.duration = since(start);
+    return exchange.reply;
   }
   catch (const std::exception& error)
   {
-    exchange.failure = error.what();
+    const std::string text = error.what();
+    exchange.failure = text.empty() ? "unknown failure" : text;
     exchange.duration = since(start);
-    remember(std::move(exchange));
     throw;
   }
   catch (...)
   {
     exchange.failure = "unknown failure";
     exchange.duration = since(start);
-    remember(std::move(exchange));
     throw;
   }
-  exchange.duration = since(start);
-  std::string reply = exchange.reply;
-  remember(std::move(exchange));
-  return reply;
 }
 
 void TrafficRecorder::remember(Exchange exchange)
 {
-  const std::lock_guard<std::mutex> lock(mutex);
-  exchange.number = ++ended;
-  kept.push_back(std::move(exchange));
-  if (kept.size() > keep)
-    kept.pop_front();
+  {
+    const std::lock_guard<std::mutex> lock(mutex);
+    exchange.number = ++ended;
+    kept.push_back(exchange);
+    if (kept.size() > keep)
+      kept.pop_front();
+  }
+  if (hearer != nullptr)
+    hearer->exchangeEnded(exchange);
 }
 
 std::uint64_t TrafficRecorder::count() const

@@ -103,7 +103,40 @@ TEST_F(DasCryptKey, WithoutItBothDirectionsFail)
   EXPECT_FALSE(DasCrypt::fromEncryptedText(text, out));
   EXPECT_EQ(out, "as it was");
   EXPECT_FALSE(DasCrypt::toEncryptedText("secret", out));
-  EXPECT_EQ(out, "");
+  EXPECT_EQ(out, "<NotEncrypted>there is no key</NotEncrypted>");
+}
+
+TEST_F(DasCryptKey, ThatCannotBeReadIsTheReasonForWhatIsNotEncrypted)
+{
+  std::filesystem::create_directory(file);
+  EXPECT_NE(errorOf([&] { host::useKeyFile(file); }), "");
+  std::string out;
+  EXPECT_FALSE(DasCrypt::toEncryptedText("secret", out));
+  EXPECT_EQ(out,
+            "<NotEncrypted>there is no key: " + file.string() + ": is no regular file and so no key</NotEncrypted>");
+}
+
+TEST_F(DasCryptKey, WithAnotherOneTheUnopenedTextIsNotEncryptedAgain)
+{
+  host::useKeyFile(file);
+  const std::string text = encrypted("secret");
+  host::useKeyFile(folder / "other.key");
+  std::string plain;
+  EXPECT_FALSE(DasCrypt::fromEncryptedText(text, plain));
+  EXPECT_FALSE(DasCrypt::toEncryptedText(text, plain));
+  EXPECT_TRUE(hosttest::holds(plain, "<NotEncrypted>it is no value")) << plain;
+  EXPECT_NE(encrypted("another value"), "");
+}
+
+TEST_F(DasCryptKey, WhatWasNeverEncryptedAndDoesNotOpenIsAnHonestValue)
+{
+  host::useKeyFile(file);
+  std::string plain;
+  for (const char* honest : {"", "hunter2", "aHVudGVyMg=="})
+  {
+    EXPECT_FALSE(DasCrypt::fromEncryptedText(honest, plain));
+    EXPECT_NE(encrypted(honest), "");
+  }
 }
 
 TEST_F(DasCryptKey, OfWrongSizeIsRefused)

@@ -142,12 +142,32 @@ TEST_F(Faults, LetEncryptionFailAsItsContractSays)
   std::string out = "plain";
   set(FaultPlace::encryption, FaultKind::fails, 2);
   EXPECT_FALSE(DasCrypt::toEncryptedText("secret", out));
-  EXPECT_EQ(out, "");
+  const std::string notEncrypted = "<NotEncrypted>encryption fails on demand</NotEncrypted>";
+  EXPECT_EQ(out, notEncrypted);
   EXPECT_FALSE(DasCrypt::fromEncryptedText(text, out));
-  EXPECT_EQ(out, "");
+  EXPECT_EQ(out, notEncrypted);
   EXPECT_TRUE(DasCrypt::fromEncryptedText(text, out));
   EXPECT_EQ(out, "secret");
   host::forgetKey();
+}
+
+TEST_F(Faults, LetNothingThatWasNotEncryptedTakeThePlaceOfWhatIsStored)
+{
+  for (const char* rest : {"<A>%</A>", "<A>kept</A><B>%</B>", "<B>new</B><A>%</A>"})
+  {
+    update("Plain", "<A>kept</A>");
+    std::string cell;
+    set(FaultPlace::encryption, FaultKind::fails, 1);
+    DasCrypt::toEncryptedText("secret", cell);
+    std::string cells = rest;
+    cells.replace(cells.find('%'), 1, cell);
+    const std::string reply = update("Plain", cells);
+    EXPECT_TRUE(holds(reply, "could not be encrypted, so what is stored stays: encryption fails on demand")) << reply;
+    EXPECT_EQ(stored(), "kept");
+    EXPECT_EQ(das.storedCell("Plain", "B", "", ""), std::nullopt);
+  }
+  EXPECT_EQ(update("Plain", "<A></A>"), written) << "an empty text is a value";
+  EXPECT_EQ(stored(), "");
 }
 
 TEST_F(Faults, AreNotMetByThoseWhoLookBehindTheService)

@@ -93,3 +93,29 @@ TEST(Traffic, HoldsNoLockWhileTheServiceWorks)
   EXPECT_EQ(hosttest::send(recorder, "outer"), "1");
   EXPECT_EQ(recorder.exchanges().size(), 2U);
 }
+
+TEST(Traffic, ListenerHearsOfEveryExchangeHoweverFewAreRemembered)
+{
+  struct : host::TrafficListener
+  {
+    void requestBegins(const std::string& request) override
+    {
+      heard += request + " ";
+    }
+    void exchangeEnded(const host::Exchange& exchange) override
+    {
+      heard += std::to_string(exchange.number) + exchange.reply + exchange.failure + ", ";
+    }
+    std::string heard;
+  } listener;
+  Answering real;
+  host::TrafficRecorder recorder(real, 1);
+  recorder.listen(&listener);
+  hosttest::send(recorder, "a");
+  hosttest::send(recorder, "b");
+  real.answer = [](const std::string&) -> std::string { throw std::runtime_error("down"); };
+  EXPECT_THROW(hosttest::send(recorder, "c"), std::runtime_error);
+  recorder.listen(nullptr);
+  EXPECT_THROW(hosttest::send(recorder, "d"), std::runtime_error);
+  EXPECT_EQ(listener.heard, "a 1re a, b 2re b, c 3down, ");
+}

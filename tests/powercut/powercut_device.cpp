@@ -166,7 +166,7 @@ void tellState(cli::RunningDevice& running)
 void tellAndGoOn(const cli::RunSettings& settings)
 {
   cli::RunningDevice running(settings);
-  require(running.summary().registered && running.summary().failures.empty(), "a clean start");
+  require(running.summary().registered && running.summary().platform.failures.empty(), "a clean start");
   tellState(running);
   set(running, valuesOf(9));
 }

@@ -58,9 +58,9 @@ TEST_F(TrafficTextTest, ReadsTheKindAndTheReasonOfAReply)
 {
   const std::string reply =
       "<Schema name=\"S\"><ReasonForMessage>error_response</ReasonForMessage><Error>no</Error></Schema>";
-  EXPECT_EQ(replyKind(reply), "error_response");
+  EXPECT_EQ(messageKind(reply), "error_response");
   EXPECT_EQ(replyError(reply), "no");
-  EXPECT_EQ(replyKind("nonsense"), "");
+  EXPECT_EQ(messageKind("nonsense"), "");
   EXPECT_EQ(replyError(""), "no reason given");
 }
 

@@ -30,6 +30,20 @@ struct SDM_HOST_EXPORT Exchange
   std::chrono::microseconds duration{0};
 };
 
+/// Hears of every exchange as it happens, on the thread of the request and without a lock of the recorder. It must not
+/// throw. What it does not want to hear it leaves as it is here.
+class SDM_HOST_EXPORT TrafficListener
+{
+public:
+  virtual ~TrafficListener() = default;
+
+  /// A request is about to be passed on; as sent, unmasked.
+  virtual void requestBegins(const std::string& request);
+
+  /// It was answered, or the service threw; before the requester hears of either.
+  virtual void exchangeEnded(const Exchange& exchange);
+};
+
 /// Passes every request on and remembers the last ones. Requests may come from any thread, and it holds no lock while
 /// the real service works on one.
 class SDM_HOST_EXPORT TrafficRecorder : public ::DataAccessServiceIfc
@@ -41,6 +55,10 @@ public:
   /// The real service's answer; what it throws passes on and is remembered as a failure.
   std::string sendRequest(const char* request, std::size_t length) override;
 
+  /// From now on this listener (borrowed) hears of every exchange, in place of an earlier one; null for nobody. What is
+  /// remembered is bounded, so whoever has to know of each exchange listens. Not while requests are under way.
+  void listen(TrafficListener* listener);
+
   /// How many exchanges ended since the recorder was made, which is the number of the last one.
   std::uint64_t count() const;
 
@@ -49,9 +67,11 @@ public:
 
 private:
   void remember(Exchange exchange);
+  std::string answered(Exchange& exchange, const char* request, std::size_t length);
 
   ::DataAccessServiceIfc& real;
   const std::size_t keep;
+  TrafficListener* hearer = nullptr;
   mutable std::mutex mutex;
   std::uint64_t ended = 0;
   std::deque<Exchange> kept;

@@ -60,9 +60,9 @@ ExitCode explainItem(const ExplainSettings& settings)
                               [&](const HistoryEvent& event) { return event.rootId != settings.rootId; }),
                events.end());
   if (settings.json)
-    printExplanationAsJson(std::cout, settings.rootId, events);
+    printExplanationAsJson(std::cout, settings.rootId, events, lastLiveEvent(events));
   else
-    printExplanation(std::cout, Style(wantsColours(STDOUT_FILENO)), settings.rootId, events);
+    printExplanation(std::cout, Style(wantsColours(STDOUT_FILENO)), settings.rootId, events, lastLiveEvent(events));
   return exitDone;
 }
 

@@ -13,18 +13,6 @@ namespace
 
 using Json = nlohmann::ordered_json;
 
-/// The event that gave the value that the service has; null when none is known. A start begins with nothing, so what an
-/// earlier run did counts no more.
-const HistoryEvent* liveEvent(const std::vector<HistoryEvent>& events)
-{
-  for (auto event = events.rbegin(); event != events.rend() && event->run == events.back().run; ++event)
-  {
-    if (event->isLive())
-      return &*event;
-  }
-  return nullptr;
-}
-
 std::string request(const HistoryEvent& event)
 {
   return event.request == 0 ? "" : ", request " + std::to_string(event.request);
@@ -58,10 +46,20 @@ Json jsonOf(const HistoryEvent& event)
 
 } // namespace
 
-void printExplanation(std::ostream& out, const Style& style, const std::string& rootId,
-                      const std::vector<HistoryEvent>& events)
+std::optional<HistoryEvent> lastLiveEvent(const std::vector<HistoryEvent>& events)
 {
-  if (const HistoryEvent* live = liveEvent(events))
+  for (auto event = events.rbegin(); event != events.rend() && event->run == events.back().run; ++event)
+  {
+    if (event->isLive())
+      return *event;
+  }
+  return std::nullopt;
+}
+
+void printExplanation(std::ostream& out, const Style& style, const std::string& rootId,
+                      const std::vector<HistoryEvent>& events, const std::optional<HistoryEvent>& live)
+{
+  if (live)
     out << style.strong(shown(rootId)) << " = " << valueOf(*live) << ", from: " << live->origin << ", " << live->time
         << request(*live) << "\n";
   else
@@ -84,10 +82,10 @@ void printExplanation(std::ostream& out, const Style& style, const std::string& 
   }
 }
 
-void printExplanationAsJson(std::ostream& out, const std::string& rootId, const std::vector<HistoryEvent>& events)
+void printExplanationAsJson(std::ostream& out, const std::string& rootId, const std::vector<HistoryEvent>& events,
+                            const std::optional<HistoryEvent>& live)
 {
-  const HistoryEvent* live = liveEvent(events);
-  Json document = {{"item", rootId}, {"value", live == nullptr ? Json() : jsonOf(*live)}};
+  Json document = {{"item", rootId}, {"value", live ? jsonOf(*live) : Json()}};
   document["events"] = Json::array();
   for (const HistoryEvent& event : events)
     document["events"].push_back(jsonOf(event));

@@ -146,6 +146,8 @@ void History::add(const std::vector<HistoryEvent>& more)
   {
     text += lineOf(event);
     events.push_back(event);
+    if (event.isLive())
+      alive[event.rootId] = event;
   }
   if (!text.empty() && !append(file, text, O_APPEND))
     trouble = file.string() + " cannot be written: " + std::strerror(errno);
@@ -158,6 +160,19 @@ std::vector<HistoryEvent> History::of(const std::string& rootId) const
   std::copy_if(events.begin(), events.end(), std::back_inserter(found),
                [&](const HistoryEvent& event) { return event.rootId == rootId; });
   return found;
+}
+
+std::optional<HistoryEvent> History::live(const std::string& rootId) const
+{
+  const std::lock_guard<std::mutex> hold(mutex);
+  const auto found = alive.find(rootId);
+  return found == alive.end() ? std::nullopt : std::optional<HistoryEvent>(found->second);
+}
+
+void History::forgetLive()
+{
+  const std::lock_guard<std::mutex> hold(mutex);
+  alive.clear();
 }
 
 std::string History::problem() const

@@ -3,7 +3,9 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <map>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -76,6 +78,13 @@ public:
   /// Oldest first.
   std::vector<HistoryEvent> of(const std::string& rootId) const;
 
+  /// The event that gave the service the value that it has now, of this run; nothing when no setter took one. Whoever
+  /// tells where a value came from asks here.
+  std::optional<HistoryEvent> live(const std::string& rootId) const;
+
+  /// The service is made anew and has no value yet.
+  void forgetLive();
+
   /// Why the file does not have what happens; empty when it has.
   std::string problem() const;
 
@@ -85,6 +94,7 @@ private:
   std::filesystem::path file;
   mutable std::mutex mutex;
   std::vector<HistoryEvent> events;
+  std::map<std::string, HistoryEvent> alive;
   std::string trouble;
 };
 

@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "host/ManageableData.h"
-#include "run/TrafficText.h"
 
 namespace cli
 {
@@ -30,13 +29,8 @@ bool holds(const std::string& text, const std::string& part)
 } // namespace
 
 HistoryRecorder::HistoryRecorder(History& itsHistory, const ItemTable& items, const Masking& masking,
-                                 const host::TrafficRecorder& itsTraffic, std::uint32_t itsInterfaces)
-    : history(itsHistory),
-      table(items),
-      masks(masking),
-      traffic(itsTraffic),
-      interfaces(itsInterfaces),
-      run(historyTime())
+                                 std::uint32_t itsInterfaces)
+    : history(itsHistory), table(items), masks(masking), interfaces(itsInterfaces), run(historyTime())
 {
   for (const MapItem& item : table.items())
     places.emplace(std::make_pair(item.setter, item.indexValue), &item);
@@ -57,7 +51,9 @@ void HistoryRecorder::operationBegins(const OperationCall& call)
   if (call.housekeeping)
     return;
   const std::lock_guard<std::mutex> hold(mutex);
-  works[std::this_thread::get_id()].push_back({sourceOf(call.name), traffic.count(), {}});
+  Work work;
+  work.source = sourceOf(call.name);
+  works[std::this_thread::get_id()].push_back(std::move(work));
 }
 
 void HistoryRecorder::operationEnded(const OperationCall& call, const OperationAnswer& /*answer*/)
@@ -75,15 +71,39 @@ void HistoryRecorder::operationEnded(const OperationCall& call, const OperationA
   finish(work);
 }
 
+HistoryRecorder::Work* HistoryRecorder::workOfThisThread()
+{
+  const auto found = works.find(std::this_thread::get_id());
+  return found == works.end() ? nullptr : &found->second.back();
+}
+
+void HistoryRecorder::serviceSought(const std::string& interfaceName, bool found)
+{
+  const std::lock_guard<std::mutex> hold(mutex);
+  if (Work* work = workOfThisThread(); work != nullptr && interfaceName == "DataAccessServiceIfc")
+    work->noDatabase = !found;
+}
+
+void HistoryRecorder::exchangeEnded(const host::Exchange& exchange)
+{
+  const std::lock_guard<std::mutex> hold(mutex);
+  Work* work = workOfThisThread();
+  if (work == nullptr)
+    return;
+  work->lastExchange = exchange.number;
+  if (work->source != Source::stored)
+    work->exchanges.push_back({exchange.number, exchange.request, outcomeOf(exchange)});
+}
+
 void HistoryRecorder::setterEnded(const SetterCall& call)
 {
   const std::lock_guard<std::mutex> hold(mutex);
   const auto place = places.find({call.setter, call.row});
-  const auto found = works.find(std::this_thread::get_id());
-  if (place == places.end() || found == works.end())
+  Work* const current = workOfThisThread();
+  if (place == places.end() || current == nullptr)
     return;
   const MapItem& item = *place->second;
-  Work& work = found->second.back();
+  Work& work = *current;
   // The local store answers with an empty text for what it does not hold.
   if (item.isLocal() && work.source == Source::stored && call.value.empty())
     return;
@@ -115,7 +135,7 @@ void HistoryRecorder::note(Work& work, const MapItem& item, const std::string& v
   event.reason = tells ? Masking::mask : reason;
   // What comes out of a reply, or follows a request of its own, belongs to the last request there was.
   if (event.origin == origin::database || event.origin == origin::reset)
-    event.request = traffic.count();
+    event.request = work.lastExchange;
   work.pending.push_back({event, &item});
 }
 
@@ -137,7 +157,7 @@ const char* HistoryRecorder::originOf(const Work& work, const MapItem& item) con
   if (item.isLocal())
     return origin::localStore;
   // A start gives the defaults first, and then asks for the stored values.
-  if (traffic.count() > work.exchangesBefore)
+  if (work.lastExchange != 0)
     return origin::database;
   return takesAlternative(item, interfaces) ? origin::alternative : origin::byDefault;
 }
@@ -145,10 +165,10 @@ const char* HistoryRecorder::originOf(const Work& work, const MapItem& item) con
 void HistoryRecorder::validatorEnded(const ValidatorCall& call)
 {
   const std::lock_guard<std::mutex> hold(mutex);
-  const auto found = works.find(std::this_thread::get_id());
-  if (call.operation != "validateGroup" || !call.accepted || found == works.end())
+  Work* work = workOfThisThread();
+  if (call.operation != "validateGroup" || !call.accepted || work == nullptr)
     return;
-  for (Pending& each : found->second.back().pending)
+  for (Pending& each : work->pending)
   {
     if (each.item->group != call.group || each.event.outcome != undecided)
       continue;
@@ -174,44 +194,37 @@ void HistoryRecorder::noteRejected(Work& work, ManageableData& data) const
   }
 }
 
-void HistoryRecorder::findRequest(const Work& work, Pending& each, const std::vector<host::Exchange>& exchanges) const
+/// The request that carried the value, and what became of it.
+void HistoryRecorder::findRequest(const Work& work, Pending& each)
 {
   HistoryEvent& event = each.event;
-  const bool written = event.origin == origin::set || event.origin == origin::reset;
-  for (const host::Exchange& exchange : exchanges)
+  const std::uint64_t given = event.request;
+  for (const HeardExchange& exchange : work.exchanges)
   {
-    const bool carries = event.request != 0 ? exchange.number == event.request
-                                            : exchange.number > work.exchangesBefore && event.isLive() &&
-                                                  requestedSchema(exchange.request) == each.item->schema &&
-                                                  holds(exchange.request, each.item->column);
+    const bool carries = given != 0 ? exchange.number == given
+                                    : event.isLive() && exchange.outcome.schema == each.item->schema &&
+                                          holds(exchange.request, each.item->column);
     if (!carries)
       continue;
-    event.request = exchange.number;
-    if (written && replyKind(exchange.reply) != "update_response")
-      event.reason =
-          "the database did not take it: " + (exchange.failure.empty() ? replyError(exchange.reply) : exchange.failure);
-    return;
+    if (event.request == 0)
+      event.request = exchange.number;
+    if (exchange.outcome.update && !exchange.outcome.failure.empty())
+      event.reason = "the database did not take it: " + exchange.outcome.failure;
   }
-  if (written && event.isLive() && event.request == 0 && exchanges.empty())
+  if (work.noDatabase && event.isLive() && event.request == 0)
     event.reason = "the database was not found";
 }
 
 void HistoryRecorder::finish(Work& work)
 {
   const bool asks = work.source != Source::stored && work.source != Source::changed;
-  std::vector<host::Exchange> exchanges;
-  for (host::Exchange& exchange : asks ? traffic.exchanges() : std::vector<host::Exchange>())
-  {
-    if (exchange.number > work.exchangesBefore)
-      exchanges.push_back(std::move(exchange));
-  }
   std::vector<HistoryEvent> events;
   for (Pending& each : work.pending)
   {
     if (each.event.outcome == undecided)
       each.event.outcome = outcome::heldBack;
     if (asks)
-      findRequest(work, each, exchanges);
+      findRequest(work, each);
     events.push_back(std::move(each.event));
   }
   history.add(events);

@@ -12,8 +12,7 @@
 #include "ItemTable.h"
 #include "Masking.h"
 #include "explain/History.h"
-#include "host/Traffic.h"
-#include "service/CallListener.h"
+#include "service/PlatformWatch.h"
 
 namespace cli
 {
@@ -23,13 +22,14 @@ class HistoryRecorder : public CallListener
 {
 public:
   /// Borrows all of it.
-  HistoryRecorder(History& itsHistory, const ItemTable& items, const Masking& masking,
-                  const host::TrafficRecorder& itsTraffic, std::uint32_t itsInterfaces);
+  HistoryRecorder(History& itsHistory, const ItemTable& items, const Masking& masking, std::uint32_t itsInterfaces);
 
   void operationBegins(const OperationCall& call) override;
   void operationEnded(const OperationCall& call, const OperationAnswer& answer) override;
   void setterEnded(const SetterCall& call) override;
   void validatorEnded(const ValidatorCall& call) override;
+  void serviceSought(const std::string& interfaceName, bool found) override;
+  void exchangeEnded(const host::Exchange& exchange) override;
 
 private:
   struct Pending
@@ -48,12 +48,24 @@ private:
     changed
   };
 
+  struct HeardExchange
+  {
+    std::uint64_t number;
+    std::string request;
+    ExchangeOutcome outcome;
+  };
+
   /// An operation that goes on.
   struct Work
   {
     Source source;
-    std::uint64_t exchangesBefore;
     std::vector<Pending> pending;
+    /// Its own; of a start, which finds them in the replies' order, none are kept.
+    std::vector<HeardExchange> exchanges;
+    /// The number of its last exchange, 0 before the first.
+    std::uint64_t lastExchange = 0;
+    /// The database was looked for and not found.
+    bool noDatabase = false;
   };
 
   static Source sourceOf(const std::string& operation);
@@ -61,13 +73,13 @@ private:
   void note(Work& work, const MapItem& item, const std::string& value, const std::string& outcome,
             const std::string& reason) const;
   void noteRejected(Work& work, ManageableData& data) const;
-  void findRequest(const Work& work, Pending& each, const std::vector<host::Exchange>& exchanges) const;
+  Work* workOfThisThread();
+  static void findRequest(const Work& work, Pending& each);
   void finish(Work& work);
 
   History& history;
   const ItemTable& table;
   const Masking& masks;
-  const host::TrafficRecorder& traffic;
   const std::uint32_t interfaces;
   const std::string run;
   /// By setter and row.

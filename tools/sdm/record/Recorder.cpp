@@ -138,45 +138,40 @@ void Recorder::commandEnded(bool done)
   write({{"result", "command"}, {"outcome", done ? "done" : "refused"}});
 }
 
-void Recorder::request(const std::string& xml)
+void Recorder::requestBegins(const std::string& request)
 {
   const Lock lock(mutex);
-  write({{"request", safe(xml)}});
+  write({{"request", safe(request)}});
 }
 
-void Recorder::reply(const std::string& xml)
+void Recorder::exchangeEnded(const host::Exchange& exchange)
 {
   const Lock lock(mutex);
-  write({{"reply", safe(xml)}});
+  if (exchange.failure.empty())
+    write({{"reply", safe(exchange.reply)}});
+  else
+    write({{"reply", nullptr}, {"thrown", safe(exchange.failure)}});
 }
 
-void Recorder::replyThrew(const std::string& thrown)
+void Recorder::storeEnded(const StoreCall& call)
 {
   const Lock lock(mutex);
-  write({{"reply", nullptr}, {"thrown", safe(thrown)}});
-}
-
-void Recorder::store(const std::string& operation, const std::vector<std::string>& rootIds, const Values& values,
-                     const std::optional<bool>& answer, const std::string& objection,
-                     const std::optional<std::string>& thrown)
-{
-  const Lock lock(mutex);
-  Json event = {{"store", operation}, {"items", rootIds}};
-  if (!values.empty())
-    event["values"] = valuesOf(values);
-  if (answer)
-    event["answer"] = *answer;
-  if (!objection.empty())
-    event["objection"] = safe(objection);
-  addThrown(event, thrown);
+  Json event = {{"store", call.operation}, {"items", call.names}};
+  if (!call.values.empty())
+    event["values"] = valuesOf(call.values);
+  if (call.answer)
+    event["answer"] = *call.answer;
+  if (!call.objection.empty())
+    event["objection"] = safe(call.objection);
+  addThrown(event, call.thrown);
   write(event);
 }
 
-void Recorder::securityRecord(const std::string& record, bool failed, const std::optional<std::string>& thrown)
+void Recorder::recordEnded(const RecordCall& call)
 {
   const Lock lock(mutex);
-  Json event = {{"securitylog", safe(record)}, {"failed", failed}};
-  addThrown(event, thrown);
+  Json event = {{"securitylog", safe(call.record)}, {"failed", call.failed}};
+  addThrown(event, call.thrown);
   write(event);
 }
 

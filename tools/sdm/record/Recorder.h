@@ -57,14 +57,6 @@ public:
   void command(const std::string& line, const std::set<std::size_t>& secretWords = {});
   void commandEnded(bool done);
 
-  void request(const std::string& xml);
-  void reply(const std::string& xml);
-  void replyThrew(const std::string& thrown);
-  /// An operation of the local management store, with the values that were passed or answered, and without those of
-  /// items that have none.
-  void store(const std::string& operation, const std::vector<std::string>& rootIds, const Values& values,
-             const std::optional<bool>& answer, const std::string& objection, const std::optional<std::string>& thrown);
-  void securityRecord(const std::string& record, bool failed, const std::optional<std::string>& thrown);
   void log(const host::LogLine& line);
 
   /// The last line. Nothing is written after it.
@@ -82,6 +74,10 @@ public:
   void setterEnded(const SetterCall& call) override;
   void getterEnded(const GetterCall& call) override;
   void validatorEnded(const ValidatorCall& call) override;
+  void requestBegins(const std::string& request) override;
+  void exchangeEnded(const host::Exchange& exchange) override;
+  void storeEnded(const StoreCall& call) override;
+  void recordEnded(const RecordCall& call) override;
 
 private:
   struct Scene;

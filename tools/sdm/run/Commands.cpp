@@ -45,6 +45,29 @@ Outcome quit(Session& session, const Arguments&)
   return Outcome::done;
 }
 
+Outcome answerOf(Session& session, const std::string& line)
+{
+  Words words = splitWords(line);
+  if (!words.problem.empty())
+    return session.refuse(words.problem);
+  if (words.list.empty())
+    return Outcome::done;
+  const Command* command = findCommand(words.list.front());
+  if (command == nullptr)
+    return unknownCommand(session, words.list.front());
+  const Arguments arguments(words.list.begin() + 1, words.list.end());
+  if (arguments.size() < command->fewest || arguments.size() > command->most)
+    return session.refuse("usage: " + usage(*command));
+  try
+  {
+    return command->run(session, arguments);
+  }
+  catch (const std::exception& error)
+  {
+    return session.refuse(command->name + " failed: " + shown(error.what()));
+  }
+}
+
 } // namespace
 
 const std::vector<Command>& commands()
@@ -126,27 +149,18 @@ std::string commandSummary()
   return text.str();
 }
 
+// What was printed as refused decides, and not what an operation of the manager or a command answers in the end.
 Outcome carryOut(Session& session, const std::string& line)
 {
-  Words words = splitWords(line);
-  if (!words.problem.empty())
-    return session.refuse(words.problem);
-  if (words.list.empty())
-    return Outcome::done;
-  const Command* command = findCommand(words.list.front());
-  if (command == nullptr)
-    return unknownCommand(session, words.list.front());
-  const Arguments arguments(words.list.begin() + 1, words.list.end());
-  if (arguments.size() < command->fewest || arguments.size() > command->most)
-    return session.refuse("usage: " + usage(*command));
-  try
-  {
-    return command->run(session, arguments);
-  }
-  catch (const std::exception& error)
-  {
-    return session.refuse(command->name + " failed: " + shown(error.what()));
-  }
+  session.running.takeOutcomes();
+  session.takeRefused();
+  const Outcome answer = answerOf(session, line);
+  const PlatformReport untold = session.running.takeOutcomes();
+  session.tellFailures(untold);
+  const bool refused = session.takeRefused();
+  if (untold.noDatabase && !refused)
+    return session.refuse("the database was not found");
+  return refused ? Outcome::refused : answer;
 }
 
 } // namespace cli

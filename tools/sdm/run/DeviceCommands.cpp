@@ -4,7 +4,6 @@
 #include "CommandFunctions.h"
 #include "Shown.h"
 #include "StartReport.h"
-#include "TrafficText.h"
 
 namespace cli
 {
@@ -24,7 +23,7 @@ std::vector<const MapItem*> userData(const Session& session)
 
 /// Prints "id = now (was before)" for every value that is another one than before, and counts them.
 std::size_t printChanges(Session& session, const std::vector<const MapItem*>& items,
-                         const std::map<std::string, std::string>& before, const std::string& origin)
+                         const std::map<std::string, std::string>& before)
 {
   std::size_t changes = 0;
   for (const auto& [rootId, now] : session.values(items))
@@ -33,50 +32,33 @@ std::size_t printChanges(Session& session, const std::vector<const MapItem*>& it
     if (was == before.end() || was->second == now)
       continue;
     ++changes;
-    session.noteOrigin(rootId, origin);
     session.out << "  " << shown(rootId) << " = " << shownValue(now) << " (was " << shownValue(was->second) << ")\n";
   }
   return changes;
 }
 
-std::string lockedAmong(Session& session, const std::vector<const MapItem*>& items,
-                        const std::map<std::string, std::string>& values)
+bool isLocked(Session& session, const std::string& rootId)
 {
   const auto locked = session.running.device().store().lockedItems();
-  for (const MapItem* item : items)
-  {
-    const auto value = values.find(item->rootId);
-    const bool wouldReset = value != values.end() && value->second != session.running.defaultOf(*item);
-    if (wouldReset && std::find(locked.begin(), locked.end(), item->rootId) != locked.end())
-      return item->rootId;
-  }
-  return "";
+  return std::find(locked.begin(), locked.end(), rootId) != locked.end();
 }
 
-bool allAtDefault(Session& session, const std::vector<const MapItem*>& items,
-                  const std::map<std::string, std::string>& values)
+/// What kept the manager from a reset, in the order in which it asks; or that there was nothing to do.
+Outcome tellWhyNotReset(Session& session, const PlatformReport& report, std::size_t items)
 {
-  return std::all_of(items.begin(), items.end(),
-                     [&](const MapItem* item)
-                     {
-                       const auto value = values.find(item->rootId);
-                       return value == values.end() || value->second == session.running.defaultOf(*item);
-                     });
-}
-
-/// Tells of updates behind that request which the database did not take. Whether it took all.
-bool reportUnwritten(Session& session, std::uint64_t before)
-{
-  bool all = true;
-  for (const host::Exchange& exchange : session.running.device().traffic().exchanges())
-  {
-    if (exchange.number <= before || replyKind(exchange.reply) == "update_response")
-      continue;
-    all = false;
-    session.refuse("the database did not take a default, so its own value is back after a restart: " +
-                   (exchange.failure.empty() ? replyError(exchange.reply) : shown(exchange.failure)));
-  }
-  return all;
+  if (report.noStore)
+    return session.refuse("the local store did not take the reset: it was not found, so nothing was reset");
+  if (isLocked(session, report.objection))
+    return session.refuse(shown(report.objection) + " is locked, so nothing was reset; `unlock " +
+                          shown(report.objection) + "` allows it");
+  if (!report.objection.empty())
+    return session.refuse("the local store did not take the reset");
+  if (report.noDatabase)
+    return session.refuse("the database was not found, so nothing was reset");
+  if (report.publishRefused)
+    return session.refuse("the local store did not take the reset, which database and service have taken");
+  session.out << "nothing to reset: all " << items << " user data items are at their defaults\n";
+  return Outcome::done;
 }
 
 std::map<std::string, std::string> storedLocally(Session& session)
@@ -94,23 +76,21 @@ std::map<std::string, std::string> storedLocally(Session& session)
 
 Outcome resetUserData(Session& session, const Arguments&)
 {
+  RunningDevice& running = session.running;
   const auto items = userData(session);
   const auto before = session.values(items);
-  const std::uint64_t exchange = session.running.lastExchange();
-  const bool success = session.running.service().resetUserData();
-  const bool written = reportUnwritten(session, exchange);
-  const std::size_t changes = printChanges(session, items, before, "reset");
-  if (success)
-  {
-    session.out << changes << " of " << items.size() << " user data items are back at their defaults\n";
-    return written ? Outcome::done : Outcome::refused;
-  }
-  const std::string locked = lockedAmong(session, items, before);
-  if (!locked.empty())
-    return session.refuse(shown(locked) + " is locked, so nothing was reset; `unlock " + shown(locked) + "` allows it");
-  if (!allAtDefault(session, items, before))
-    return session.refuse("the local store did not take the reset");
-  session.out << "nothing to reset: all " << items.size() << " user data items are at their defaults\n";
+  session.tellFailures(running.takeOutcomes());
+  running.service().takeReport();
+  const bool success = running.service().resetUserData();
+  const CallReport calls = running.service().takeReport();
+  const PlatformReport report = running.takeOutcomes();
+  for (const DatabaseFailure& failure : report.failed(true))
+    session.refuse("the database did not take a default, so its own value is back after a restart: " + failure.reason);
+  const std::size_t changes = printChanges(session, items, before);
+  session.printRefusals(calls);
+  if (!success)
+    return tellWhyNotReset(session, report, items.size());
+  session.out << changes << " of " << items.size() << " user data items are back at their defaults\n";
   return Outcome::done;
 }
 
@@ -121,6 +101,10 @@ Outcome reloadUserData(Session& session, const Arguments&)
   session.running.service().takeReport();
   session.running.service().reloadUserData();
   CallReport report = session.running.service().takeReport();
+  const PlatformReport platform = session.running.takeOutcomes();
+  if (platform.noDatabase)
+    return session.refuse("the database was not found, so nothing was read");
+  session.tellFailures(platform);
   // What was never stored is read as an empty text, which those settings refuse: nothing to worry about.
   const std::size_t all = report.refusals.size();
   auto& refusals = report.refusals;
@@ -131,7 +115,7 @@ Outcome reloadUserData(Session& session, const Arguments&)
                                   return item != nullptr && !session.isStored(*item);
                                 }),
                  refusals.end());
-  const std::size_t changes = printChanges(session, items, before, "reload");
+  const std::size_t changes = printChanges(session, items, before);
   session.out << items.size() << " user data items read again: " << changes << " changed, " << refusals.size()
               << " refused, " << all - refusals.size() << " not in the database\n";
   session.printRefusals(report);
@@ -142,7 +126,7 @@ Outcome restartService(Session& session, const Arguments&)
 {
   const auto before = storedLocally(session);
   const StartSummary summary = session.running.restart();
-  session.forgetOrigins();
+  session.forgetRefusals();
   std::size_t published = 0;
   for (const auto& [rootId, value] : storedLocally(session))
   {
@@ -152,7 +136,11 @@ Outcome restartService(Session& session, const Arguments&)
   }
   printStart(session, summary, "restarted");
   session.out << "  published " << published << " new values in the local store\n";
-  return Outcome::done;
+  const PlatformReport& platform = summary.platform;
+  if (platform.noStore || platform.publishRefused)
+    return session.refuse(std::string("the local store ") + (platform.noStore ? "was not found" : "refused") +
+                          ", so it does not have what changed");
+  return platform.noDatabase || !platform.failures.empty() ? Outcome::refused : Outcome::done;
 }
 
 Outcome lockItem(Session& session, const Arguments& arguments)

@@ -24,7 +24,7 @@ Outcome startWithoutIt(Session& session)
   try
   {
     const StartSummary summary = session.running.startAnew();
-    session.forgetOrigins();
+    session.forgetRefusals();
     printStart(session, summary, "started anew");
     return Outcome::done;
   }

@@ -60,9 +60,8 @@ std::vector<Row> rowsOf(Session& session, const std::vector<const MapItem*>& ite
     const bool readable = found != values.end() || masking.isSecret(*item);
     const std::string value = found == values.end() ? "" : found->second;
     rows.push_back({shown(item->rootId), readable ? masking.value(*item, value) : "?",
-                    masking.value(*item, session.running.defaultOf(*item)),
-                    readable ? session.origin(*item, value) : "nobody", shown(item->group),
-                    flagsOf(session, *item, value, locked)});
+                    masking.value(*item, session.running.defaultOf(*item)), readable ? session.origin(*item) : "nobody",
+                    shown(item->group), flagsOf(session, *item, value, locked)});
   }
   return rows;
 }
@@ -92,7 +91,7 @@ Json jsonOf(Session& session, const std::vector<const MapItem*>& items)
     list.push_back({{"item", item->rootId},
                     {"value", readable ? Json(masked(value)) : Json()},
                     {"default", masked(session.running.defaultOf(*item))},
-                    {"from", readable ? Json(session.origin(*item, value)) : Json()},
+                    {"from", readable ? Json(session.origin(*item)) : Json()},
                     {"group", item->group.empty() ? Json() : Json(item->group)},
                     {"encrypted", item->encrypted},
                     {"userData", item->userData},

@@ -81,7 +81,7 @@ Outcome showItem(Session& session, const Arguments& arguments)
   const Masking& masking = session.running.masking();
   session.out << session.style.strong(shown(item->rootId)) << "\n";
   field(session, "value", masking.value(*item, value));
-  field(session, "from", session.origin(*item, value));
+  field(session, "from", session.origin(*item));
   field(session, "default", masking.value(*item, item->defaultValue));
   if (!item->alternativeDefault.empty())
     field(session, "alternative",
@@ -113,10 +113,10 @@ Outcome explainItem(Session& session, const Arguments& words)
   const History& history = session.running.history();
   if (asJson)
   {
-    printExplanationAsJson(session.out, item->rootId, history.of(item->rootId));
+    printExplanationAsJson(session.out, item->rootId, history.of(item->rootId), session.givenBy(*item));
     return Outcome::done;
   }
-  printExplanation(session.out, session.style, item->rootId, history.of(item->rootId));
+  printExplanation(session.out, session.style, item->rootId, history.of(item->rootId), session.givenBy(*item));
   if (!session.running.hasSetter(*item))
     session.out << "  the service has no setter for it, so nobody gives it a value\n";
   if (!history.problem().empty())
@@ -169,12 +169,11 @@ Outcome importItem(Session& session, const Arguments& arguments)
   if (item->isLocal())
     return session.refuse(shown(item->rootId) + " is not in the database; `get` reads it");
   std::string value;
-  const std::uint64_t before = session.running.lastExchange();
   session.running.service().manager().importItemFromDAS(item->rootId, value);
-  if (session.running.lastExchange() == before)
+  const PlatformReport report = session.running.takeOutcomes();
+  if (report.noDatabase)
     return session.refuse(shown(item->rootId) + " could not be read: the database was not found");
-  const auto failures = session.running.failuresAfter(before);
-  if (!failures.empty())
+  if (const auto failures = report.failed(false); !failures.empty())
     return session.refuse(shown(item->rootId) + " could not be read: " + failures.front().reason);
   if (value.empty())
   {

@@ -8,7 +8,6 @@
 #include "MapCopy.h"
 #include "Schemas.h"
 #include "Shown.h"
-#include "TrafficText.h"
 #include "host/DasCrypt.h"
 #include "host/Error.h"
 #include "host/Faults.h"
@@ -69,10 +68,11 @@ bool isKeyLost(const std::filesystem::path& folder)
 RunningDevice::RunningDevice(const RunSettings& settings, record::Recorder* itsRecorder)
 try : loaded(settings.service.value_or(sampleService())), path(folderFor(settings, itsRecorder != nullptr)),
     map(usableMap(settings)), interfaces(settings.interfaces), table(map), masks(table), lostKey(isKeyLost(path)),
-    platform(bringUp(path, settings)), events(path), historian(events, table, masks, platform->traffic(), interfaces),
-    recorder(itsRecorder)
+    platform(bringUp(path, settings)), events(path), historian(events, table, masks, interfaces), recorder(itsRecorder),
+    watched(*platform, listeners)
 {
   beginRecord(settings);
+  listeners.add(outcomes);
   listeners.add(historian);
   goWhereTheMapIs();
   provision();
@@ -104,7 +104,7 @@ void RunningDevice::beginRecord(const RunSettings& settings)
     return;
   const record::Header header = {SDM_VERSION, loaded.name(), record::digestOf(map), interfaces, settings.logLevel};
   recorder->begin(header, table, masks, path);
-  recorded = std::make_unique<record::RecordedPlatform>(*platform, *recorder);
+  recorded = std::make_unique<record::RecordedLog>(*recorder);
   listeners.add(*recorder);
 }
 
@@ -112,7 +112,7 @@ bool RunningDevice::startService()
 {
   try
   {
-    running = std::make_unique<RunningService>(loaded.service(), platform->context(), table, &listeners);
+    running = std::make_unique<RunningService>(loaded.service(), watched, table, &listeners);
     return running->start(itemMap);
   }
   catch (const host::Error&)
@@ -201,18 +201,18 @@ void RunningDevice::provision()
 
 void RunningDevice::start(bool newKey)
 {
-  const std::uint64_t before = lastExchange();
+  outcomes.take();
   const auto began = std::chrono::steady_clock::now();
   const bool registered = startService();
   started = summarise(began, true);
   started.registered = registered;
   started.newKey = newKey;
-  started.failures = failuresAfter(before);
 }
 
 StartSummary RunningDevice::startAnew()
 {
   takeDown();
+  events.forgetLive();
   loaded.makeAnew();
   start(false);
   return started;
@@ -221,31 +221,16 @@ StartSummary RunningDevice::startAnew()
 StartSummary RunningDevice::restart()
 {
   running->takeReport();
-  const std::uint64_t before = lastExchange();
+  outcomes.take();
   const auto began = std::chrono::steady_clock::now();
   running->restart(itemMap);
   started = summarise(began, false);
-  started.failures = failuresAfter(before);
   return started;
 }
 
-std::uint64_t RunningDevice::lastExchange()
+PlatformReport RunningDevice::takeOutcomes()
 {
-  return platform->traffic().count();
-}
-
-// The manager logs a failed read at a level that is mostly shut, and goes on with the defaults.
-std::vector<SchemaFailure> RunningDevice::failuresAfter(std::uint64_t exchange)
-{
-  std::vector<SchemaFailure> failures;
-  for (const host::Exchange& each : platform->traffic().exchanges())
-  {
-    const bool failed = !each.failure.empty() || replyKind(each.reply) != "read_response";
-    if (each.number > exchange && failed)
-      failures.push_back(
-          {requestedSchema(each.request), each.failure.empty() ? replyError(each.reply) : shown(each.failure)});
-  }
-  return failures;
+  return outcomes.take();
 }
 
 // A start calls every setter of the database's items with the default, then those that have something to
@@ -256,6 +241,7 @@ StartSummary RunningDevice::summarise(std::chrono::steady_clock::time_point bega
   const auto now = std::chrono::steady_clock::now();
   summary.duration = now - began;
   summary.calls = running->takeReport();
+  summary.platform = outcomes.take();
   std::size_t expected = 0;
   std::set<std::string> local;
   for (const MapItem& item : table.items())

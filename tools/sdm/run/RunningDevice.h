@@ -12,21 +12,16 @@
 #include "RunSettings.h"
 #include "explain/HistoryRecorder.h"
 #include "host/Device.h"
-#include "record/RecordedPlatform.h"
+#include "record/RecordedLog.h"
 #include "record/Recorder.h"
 #include "service/CallListeners.h"
 #include "service/LoadedService.h"
+#include "service/PlatformWatch.h"
 #include "service/RunningService.h"
+#include "service/WatchedPlatform.h"
 
 namespace cli
 {
-
-/// A schema that could not be read, with the reason made safe to print.
-struct SchemaFailure
-{
-  std::string schema;
-  std::string reason;
-};
 
 /// What a start of the service did.
 struct StartSummary
@@ -38,7 +33,8 @@ struct StartSummary
   /// The database was there, the key was not: a new one was made.
   bool newKey = false;
   CallReport calls;
-  std::vector<SchemaFailure> failures;
+  /// Among it the schemas that could not be read.
+  PlatformReport platform;
   std::chrono::duration<double, std::milli> duration{0};
 };
 
@@ -90,11 +86,9 @@ public:
   /// Whether the database holds an encrypted value for it that the key does not open.
   bool isUndecryptable(const MapItem& item);
 
-  /// The number of the last request to the database, 0 before the first.
-  std::uint64_t lastExchange();
-
-  /// Reads behind that request which got no values, as far back as requests are remembered.
-  std::vector<SchemaFailure> failuresAfter(std::uint64_t exchange);
+  /// What became of the manager's requests to the platform since the last call. What a command does not take is told
+  /// when it ends.
+  PlatformReport takeOutcomes();
 
   /// Whether the service has a callback for it.
   bool hasSetter(const MapItem& item) const;
@@ -125,8 +119,10 @@ private:
   History events;
   HistoryRecorder historian;
   record::Recorder* recorder;
-  std::unique_ptr<record::RecordedPlatform> recorded;
+  std::unique_ptr<record::RecordedLog> recorded;
+  PlatformWatch outcomes;
   CallListeners listeners;
+  WatchedPlatform watched;
   std::unique_ptr<RunningService> running;
   StartSummary started;
 };

@@ -3,6 +3,7 @@
 #include <ManageableData.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "Shown.h"
 #include "Suggestion.h"
@@ -62,18 +63,18 @@ std::optional<std::string> Session::stored(const MapItem& item)
   return cell;
 }
 
-std::string Session::origin(const MapItem& item, const std::string& value)
+std::optional<HistoryEvent> Session::givenBy(const MapItem& item) const
 {
-  const auto noted = origins.find(item.rootId);
-  if (noted != origins.end())
-    return noted->second;
-  if (item.isLocal())
-    return running.device().store().value(item.rootId).value_or("").empty() ? "built in" : "local store";
-  if (stored(item) && !running.isUndecryptable(item) && !differsFromDatabase(item, value))
-    return "database";
-  if (!running.masking().isSecret(item) && value != running.defaultOf(item))
-    return "service";
-  return running.usesAlternative(item) ? "alternative" : "default";
+  const MapItem* first = itemAt(item.setter, item.indexValue);
+  return running.history().live(first == nullptr ? item.rootId : first->rootId);
+}
+
+std::string Session::origin(const MapItem& item) const
+{
+  const auto live = givenBy(item);
+  if (live)
+    return live->origin == origin::alternative ? "alternative" : live->origin;
+  return item.isLocal() ? "built in" : "service";
 }
 
 bool Session::differsFromDatabase(const MapItem& item, const std::string& value)
@@ -89,7 +90,7 @@ bool Session::differsFromDatabase(const MapItem& item, const std::string& value)
 
 std::string Session::whyItDiffers(const MapItem& item) const
 {
-  for (const SchemaFailure& failure : running.summary().failures)
+  for (const DatabaseFailure& failure : running.summary().platform.failed(false))
   {
     if (failure.schema == item.schema)
       return "the database holds another value, but the schema could not be read: " + failure.reason;
@@ -115,36 +116,50 @@ bool Session::isStored(const MapItem& item)
   return !item.isLocal() && stored(item).has_value();
 }
 
-void Session::noteOrigin(const std::string& rootId, const std::string& origin)
+void Session::forgetRefusals()
 {
-  origins[rootId] = origin;
-}
-
-void Session::forgetOrigins()
-{
-  origins.clear();
   refusals.clear();
   refusedGroups.clear();
 }
 
 Outcome Session::refuse(const std::string& why)
 {
+  anyRefused = true;
   out << style.bad("refused:") << " " << why << "\n";
   return Outcome::refused;
 }
 
+void Session::tellFailures(const PlatformReport& report)
+{
+  for (const DatabaseFailure& failure : report.failures)
+    refuse((failure.update ? "the database did not take a change of schema " : "the database could not read schema ") +
+           shown(failure.schema) + ": " + failure.reason);
+  if (report.recordsLost != 0)
+    refuse("the security log could not be written: " + report.recordTrouble);
+}
+
+bool Session::takeRefused()
+{
+  return std::exchange(anyRefused, false);
+}
+
 const MapItem* Session::refusedItem(const SetterRefusal& refusal) const
+{
+  return itemAt(refusal.setter, refusal.row);
+}
+
+const MapItem* Session::itemAt(const std::string& setter, const std::string& row) const
 {
   const auto& items = running.items().items();
   const auto found = std::find_if(items.begin(), items.end(),
-                                  [&](const MapItem& item)
-                                  { return item.setter == refusal.setter && item.indexValue == refusal.row; });
+                                  [&](const MapItem& item) { return item.setter == setter && item.indexValue == row; });
   return found == items.end() ? nullptr : &*found;
 }
 
 void Session::printRefusals(const CallReport& report)
 {
   noteRefusals(report);
+  anyRefused = anyRefused || !report.refusals.empty() || !report.groupRefusals.empty();
   for (const SetterRefusal& refusal : report.refusals)
   {
     const MapItem* item = refusedItem(refusal);

@@ -39,8 +39,12 @@ public:
   /// read only when asked for, and are to be masked then: each is a request to the database of its own.
   std::map<std::string, std::string> values(const std::vector<const MapItem*>& items, bool withSecrets = false);
 
-  /// "database", "default" and so on.
-  std::string origin(const MapItem& item, const std::string& value);
+  /// The event that gave the service its value; nothing when no setter took one. Items that share a setter and a row
+  /// share their value, too.
+  std::optional<HistoryEvent> givenBy(const MapItem& item) const;
+
+  /// "database", "default" and so on, as that event has it.
+  std::string origin(const MapItem& item) const;
 
   /// Whether the database holds another value than `value`, which the service works with. Of a secret it is the
   /// service's own value that counts, and what cannot be decrypted cannot be compared.
@@ -52,13 +56,17 @@ public:
   /// Whether the database holds a value of it at all.
   bool isStored(const MapItem& item);
 
-  /// Remembers what gave the item its value; `forgetOrigins` goes back to what the databases tell, and forgets
-  /// what was refused.
-  void noteOrigin(const std::string& rootId, const std::string& origin);
-  void forgetOrigins();
+  /// Forgets what the service refused.
+  void forgetRefusals();
 
-  /// "refused: " and a text, on a line of its own.
+  /// "refused: " and a text, on a line of its own. From then on the command counts as failed, whatever it answers.
   Outcome refuse(const std::string& why);
+
+  /// Refuses for each request that the platform did not carry out.
+  void tellFailures(const PlatformReport& report);
+
+  /// Whether something was refused since the last call.
+  bool takeRefused();
 
   /// Prints the values that the service refused, one a line, and remembers them.
   void printRefusals(const CallReport& report);
@@ -67,11 +75,14 @@ public:
   const MapItem* refusedItem(const SetterRefusal& refusal) const;
 
 private:
+  /// The first item of the map with this setter and row, or null.
+  const MapItem* itemAt(const std::string& setter, const std::string& row) const;
+
   /// Decrypted, as far as that is possible.
   std::optional<std::string> stored(const MapItem& item);
   void noteRefusals(const CallReport& report);
 
-  std::map<std::string, std::string> origins;
+  bool anyRefused = false;
   std::set<std::string> refusals;
   std::set<std::string> refusedGroups;
 };

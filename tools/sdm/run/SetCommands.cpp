@@ -9,7 +9,6 @@
 #include "CommandFunctions.h"
 #include "Shown.h"
 #include "Suggestion.h"
-#include "TrafficText.h"
 #include "host/ManageableData.h"
 
 namespace cli
@@ -35,9 +34,12 @@ public:
 
   Outcome carryOut()
   {
-    const std::uint64_t before = lastExchange();
+    session.running.service().takeReport();
+    session.running.takeOutcomes();
     const bool success = send();
-    if (!failure.empty() && lastExchange() == before)
+    calls = session.running.service().takeReport();
+    platform = session.running.takeOutcomes();
+    if (!failure.empty() && platform.updatesTaken == 0 && platform.failed(true).empty() && platform.recordsLost == 0)
       return session.refuse("the request failed before it reached the database: " + failure);
     for (const std::string& rootId : rootIds)
       report(rootId);
@@ -47,9 +49,10 @@ public:
       if (reject.rootId.empty() && reject.name == "/")
         session.refuse("group " + shown(reject.reason));
     }
-    reportDatabase(before);
-    if (!success && takenAny && failure.empty() && lastExchange() == before)
-      session.refuse("the database was not found, so the change is gone after a restart");
+    reportDatabase();
+    reportSecurityLog();
+    if (!failure.empty() && platform.failed(true).empty() && platform.recordsLost == 0)
+      session.refuse("the request ended early: " + failure);
     return success && !heldBack ? Outcome::done : Outcome::refused;
   }
 
@@ -66,11 +69,6 @@ private:
       failure = shown(error.what());
       return false;
     }
-  }
-
-  std::uint64_t lastExchange() const
-  {
-    return session.running.lastExchange();
   }
 
   std::string reasonFor(const std::string& rootId) const
@@ -97,7 +95,7 @@ private:
                   << "would interrupt the service; the database keeps it\n";
     else if (!reason.empty() && !begins(reason, RejectReasonsStrings::unchanged_data))
       session.refuse(name + ": " + shown(reason));
-    else if (!isLive(*item, value))
+    else if (!isLive(*item))
       holdBack(*item);
     else
       accepted(*item, value, !reason.empty());
@@ -106,9 +104,14 @@ private:
   void accepted(const MapItem& item, const std::string& value, bool unchanged)
   {
     takenAny = true;
-    session.noteOrigin(item.rootId, "set");
     session.out << shown(item.rootId) << " = " << session.running.masking().value(item, value)
                 << (unchanged ? "  (unchanged)" : "") << "\n";
+    const bool given = item.group.empty() || calls.groupItems.count(item.rootId) != 0;
+    const bool stored =
+        session.isStored(item) ? !session.differsFromDatabase(item, value) : value == session.running.defaultOf(item);
+    if (!given && !stored)
+      session.refuse(shown(item.rootId) +
+                     ": the validator did not give it to be stored, so it is gone after a restart");
   }
 
   void holdBack(const MapItem& item)
@@ -119,9 +122,9 @@ private:
   }
 
   /// Members of a group are live only when the group was accepted.
-  bool isLive(const MapItem& item, const std::string& value) const
+  bool isLive(const MapItem& item) const
   {
-    return item.group.empty() || session.running.service().watch().taken(item.setter, item.indexValue) == value;
+    return item.group.empty() || calls.groupsTaken.count(item.group) != 0;
   }
 
   std::string hint(const std::string& rootId, const MapItem* item) const
@@ -132,20 +135,32 @@ private:
     return meant.empty() ? "" : "; " + meant;
   }
 
-  void reportDatabase(std::uint64_t before)
+  void reportDatabase()
   {
-    bool answered = true;
-    for (const host::Exchange& exchange : session.running.device().traffic().exchanges())
+    if (platform.noDatabase && takenAny)
+      session.refuse("the database was not found, so the change is gone after a restart");
+    const auto untaken = platform.failed(true);
+    for (const DatabaseFailure& each : untaken)
     {
-      if (exchange.number <= before || replyKind(exchange.reply) == "update_response")
-        continue;
-      answered = answered && exchange.failure.empty();
-      session.refuse("the database did not take the change, so it is gone after a restart: " +
-                     (exchange.failure.empty() ? replyError(exchange.reply) : shown(exchange.failure)));
+      const bool alone = untaken.size() + platform.updatesTaken == 1;
+      session.refuse("the database did not take the change, so it is gone after a restart: " + each.reason +
+                     (alone ? "" : " (schema " + shown(each.schema) + ")"));
     }
-    // Records are written when all requests were sent, so it is no other service that failed.
-    if (!failure.empty() && answered)
-      session.refuse("the security log could not be written: " + failure);
+    PlatformReport reads = platform;
+    reads.failures = platform.failed(false);
+    reads.recordsLost = 0;
+    session.tellFailures(reads);
+  }
+
+  /// Records come after the changes, so what the database took by then it keeps.
+  void reportSecurityLog()
+  {
+    if (platform.recordsLost == 0)
+      return;
+    session.refuse("the security log could not be written: " + platform.recordTrouble);
+    session.out << "  records missing: " << platform.recordsLost << " of " << platform.records << "; "
+                << (platform.updatesTaken != 0 ? "what the database took stays there without them\n"
+                                               : "the database took nothing\n");
   }
 
   Session& session;
@@ -155,6 +170,8 @@ private:
   bool takenAny = false;
   /// What the platform threw, made safe to print.
   std::string failure;
+  CallReport calls;
+  PlatformReport platform;
 };
 
 /// Who forgot the quotes around a secret has its second word where a root id belongs, and root ids are logged.
@@ -199,7 +216,6 @@ Outcome changeLocally(Session& session, const Arguments& arguments)
   const CallReport report = session.running.service().takeReport();
   session.out << shown(item->rootId) << " = " << session.running.masking().value(*item, arguments[1])
               << " in the local store\n";
-  session.noteOrigin(item->rootId, "changed");
   if (!report.refusals.empty())
     return session.refuse("the service goes on with what it has: " + shown(report.refusals.front().reason));
   if (report.setterCalls == 0)

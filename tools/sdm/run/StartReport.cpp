@@ -39,13 +39,16 @@ void printCounts(Session& session, const StartSummary& summary)
               << "  time      " << std::fixed << std::setprecision(1) << summary.duration.count() << " ms\n";
 }
 
-void printFailures(Session& session, const std::vector<SchemaFailure>& failures)
+void printFailures(Session& session, const PlatformReport& platform)
 {
+  if (platform.noDatabase)
+    session.out << "  " << session.style.bad("failed") << "    the database was not found, so nothing was imported\n";
+  const auto failures = platform.failed(false);
   if (failures.empty())
     return;
   session.out << "  " << session.style.bad("failed") << "    " << failures.size()
               << (failures.size() == 1 ? " schema" : " schemas") << ", whose items did not get what is stored\n";
-  for (const SchemaFailure& failure : failures)
+  for (const DatabaseFailure& failure : failures)
     session.out << "  " << session.style.bad("failed") << " " << shown(failure.schema) << ": " << failure.reason
                 << "\n";
 }
@@ -101,7 +104,7 @@ void printStart(Session& session, const StartSummary& summary, const std::string
   printCounts(session, summary);
   for (const std::string& notice : session.running.notices())
     session.out << "  " << session.style.bad("attention") << " " << shown(notice) << "\n";
-  printFailures(session, summary.failures);
+  printFailures(session, summary.platform);
   if (summary.newKey)
     session.out << "  "
                 << session.style.bad("das.key was missing beside das.db, so a new one was made; values encrypted with "

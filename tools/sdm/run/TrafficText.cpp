@@ -56,11 +56,11 @@ std::string indented(const std::string& xml, const Masking& masking, const std::
   return text;
 }
 
-std::string replyKind(const std::string& reply)
+std::string messageKind(const std::string& xml)
 {
   pugi::xml_document document;
   // What is no XML has no kind, however far it could be read.
-  if (!document.load_buffer(reply.data(), reply.size()))
+  if (!document.load_buffer(xml.data(), xml.size()))
     return "";
   return document.child("Schema").child_value("ReasonForMessage");
 }

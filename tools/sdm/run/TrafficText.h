@@ -12,8 +12,8 @@ namespace cli
 /// not shown, only described: nobody knows what is in it.
 std::string indented(const std::string& xml, const Masking& masking, const std::string& margin);
 
-/// The kind of a reply, such as "update_response"; empty when it has none, and when it is no XML.
-std::string replyKind(const std::string& reply);
+/// The kind of a request or a reply, such as "update_response"; empty when it has none, and when it is no XML.
+std::string messageKind(const std::string& xml);
 
 /// The schema that a request is about; empty when it names none.
 std::string requestedSchema(const std::string& request);

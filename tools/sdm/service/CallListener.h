@@ -1,10 +1,12 @@
-// Whoever wants to hear what passes between a manager, its service and those who call it, in its order.
+// Whoever wants to hear what passes between a manager, its service, its platform and those who call it, in its order.
 #pragma once
 
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
+
+#include "host/Traffic.h"
 
 class ManageableData;
 
@@ -65,6 +67,29 @@ struct ValidatorCall
   std::optional<std::string> thrown;
 };
 
+/// An operation of the local management store.
+struct StoreCall
+{
+  std::string operation;
+  /// The items it was about; of a registration the service.
+  std::vector<std::string> names;
+  /// The values that were passed or answered, without those of items that have none.
+  std::vector<std::pair<std::string, std::string>> values;
+  std::optional<bool> answer;
+  /// The item that keeps a check from passing.
+  std::string objection;
+  std::optional<std::string> thrown;
+};
+
+/// A record that the security log was to take.
+struct RecordCall
+{
+  std::string record;
+  /// Whether the record says that the change failed.
+  bool failed = false;
+  std::optional<std::string> thrown;
+};
+
 /// Called on the thread that the call is on, often with the manager's lock held. Texts are unmasked. Each call is told
 /// when it begins and when it is over, and calls stand in one another as they are made. It must not throw.
 /// What a listener does not want to hear it leaves as it is here.
@@ -98,6 +123,22 @@ public:
   {
   }
   virtual void validatorEnded(const ValidatorCall& /*call*/)
+  {
+  }
+  /// The manager looked for a service of the platform.
+  virtual void serviceSought(const std::string& /*interfaceName*/, bool /*found*/)
+  {
+  }
+  virtual void requestBegins(const std::string& /*request*/)
+  {
+  }
+  virtual void exchangeEnded(const host::Exchange& /*exchange*/)
+  {
+  }
+  virtual void storeEnded(const StoreCall& /*call*/)
+  {
+  }
+  virtual void recordEnded(const RecordCall& /*call*/)
   {
   }
 };

@@ -72,4 +72,29 @@ void CallListeners::validatorEnded(const ValidatorCall& call)
   inReverse(listeners, [&](CallListener& listener) { listener.validatorEnded(call); });
 }
 
+void CallListeners::serviceSought(const std::string& interfaceName, bool found)
+{
+  inOrder(listeners, [&](CallListener& listener) { listener.serviceSought(interfaceName, found); });
+}
+
+void CallListeners::requestBegins(const std::string& request)
+{
+  inOrder(listeners, [&](CallListener& listener) { listener.requestBegins(request); });
+}
+
+void CallListeners::exchangeEnded(const host::Exchange& exchange)
+{
+  inReverse(listeners, [&](CallListener& listener) { listener.exchangeEnded(exchange); });
+}
+
+void CallListeners::storeEnded(const StoreCall& call)
+{
+  inReverse(listeners, [&](CallListener& listener) { listener.storeEnded(call); });
+}
+
+void CallListeners::recordEnded(const RecordCall& call)
+{
+  inReverse(listeners, [&](CallListener& listener) { listener.recordEnded(call); });
+}
+
 } // namespace cli

@@ -24,6 +24,11 @@ public:
   void getterEnded(const GetterCall& call) override;
   void validatorBegins(const ValidatorCall& call) override;
   void validatorEnded(const ValidatorCall& call) override;
+  void serviceSought(const std::string& interfaceName, bool found) override;
+  void requestBegins(const std::string& request) override;
+  void exchangeEnded(const host::Exchange& exchange) override;
+  void storeEnded(const StoreCall& call) override;
+  void recordEnded(const RecordCall& call) override;
 
 private:
   std::vector<CallListener*> listeners;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -32,6 +33,10 @@ struct CallReport
   /// Those among the refused that were refused only because nothing would have changed.
   std::size_t repeated = 0;
   std::size_t groupsJudged = 0;
+  /// Those whose last verdict was for them.
+  std::set<std::string> groupsTaken;
+  /// Root ids of what the validator gave to be stored.
+  std::set<std::string> groupItems;
   /// The first ones in order; real refusals only, without the repeated.
   std::vector<SetterRefusal> refusals;
   std::vector<GroupRefusal> groupRefusals;

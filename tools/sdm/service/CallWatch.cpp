@@ -45,6 +45,15 @@ void CallWatch::validatorEnded(const ValidatorCall& call)
     groupJudged(call.group, *call.accepted, call.reason);
   else if (call.operation == "clearGroup" && !call.thrown)
     groupCleared(call.group);
+  else if (call.items)
+    groupGiven(*call.items);
+}
+
+void CallWatch::groupGiven(const std::vector<std::pair<std::string, std::string>>& items)
+{
+  const std::lock_guard<std::mutex> hold(mutex);
+  for (const auto& [rootId, value] : items)
+    report.groupItems.insert(rootId);
 }
 
 void CallWatch::groupJudged(const std::string& group, bool accepted, const std::string& reason)
@@ -53,10 +62,12 @@ void CallWatch::groupJudged(const std::string& group, bool accepted, const std::
   ++report.groupsJudged;
   if (accepted)
   {
+    report.groupsTaken.insert(group);
     for (const auto& [place, value] : pending[group])
       live[place] = value;
     return;
   }
+  report.groupsTaken.erase(group);
   // The group is told anyway, and many validators begin with it.
   const std::string prefix = group + ": ";
   const bool named = reason.rfind(prefix, 0) == 0;

@@ -48,6 +48,7 @@ private:
 
   void noteRefusal(const Place& place, const std::string& reason);
   void groupJudged(const std::string& group, bool accepted, const std::string& reason);
+  void groupGiven(const std::vector<std::pair<std::string, std::string>>& items);
 
   std::map<Place, Item> places;
   mutable std::mutex mutex;

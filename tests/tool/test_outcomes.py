@@ -1,0 +1,210 @@
+"""Done is what was done: outcomes come from what happened, and whatever was printed as refused is an exit code."""
+import json
+import os
+import shutil
+import stat
+import subprocess
+import unittest
+
+from program import SDM, ProgramTest, Run
+
+SERVICES = os.environ["SERVICES"]
+SCHEMAS = 150
+NOBODY = 65534
+
+
+class Refusals(ProgramTest):
+    def test_a_value_that_the_validator_does_not_give_to_be_stored_is_told(self):
+        path = os.path.join(self.folder, "map.csv")
+        with open(path, "w") as file:
+            file.write("bell.upper,Bell,Upper,,,A,setUpper,getUpper,,Pair,,\n")
+        run = self.run_script("set bell.upper B",
+                              options=("--map", path, "--service", os.path.join(SERVICES, "Picky.so")))
+        self.assertEqual(run.lines()[-1], "refused: bell.upper: the validator did not give it to be stored, so it is gone "
+                         "after a restart")
+        self.assertEqual(run.code, 1)
+
+    def test_a_refusal_by_any_schema_is_an_exit_code(self):
+        for calls in (1, 2):
+            run = self.run_script("fault das refused %d" % calls, "set snmp.contact x sip.domain y.example.com")
+            self.assertEqual((run.code, run.out.count("refused: the database did not take")), (1, calls), run.out)
+
+    def test_a_refusal_names_its_schema_beside_others(self):
+        run = self.run_script("fault das refused 1", "set snmp.contact x sip.domain y.example.com")
+        self.assertIn(": refused on demand (schema SipBaseSettings)\n", run.out)
+
+    def test_a_refusal_by_any_schema_is_the_outcome_in_a_transcript(self):
+        file = os.path.join(self.folder, "transcript.jsonl")
+        self.run_script("fault das refused 1", "set snmp.contact x sip.domain y.example.com",
+                        options=("--record", file))
+        with open(file) as lines:
+            outcomes = [json.loads(line).get("outcome") for line in lines if '"result":"command"' in line]
+        self.assertEqual(outcomes, ["done", "refused"])
+        self.assertEqual(self.sdm("replay", file).code, 0)
+
+    def test_commands_that_read_tell_what_could_not_be_read(self):
+        self.run_script("set display.banner Hello")
+        for command in ("restart", "reset", "reload", "import display.banner", "get sip.password"):
+            with self.subTest(command):
+                run = self.run_script("fault das refused 1", command)
+                self.assertEqual(run.code, 1, run.out)
+                self.assertIn("refused on demand", run.out)
+
+    def test_a_restart_that_a_value_is_refused_in_is_no_success(self):
+        self.run_script("set time.zone Europe/Rome")
+        with open(os.path.join(self.device, "CommsSettings.csv")) as file:
+            lines = file.read().replace("Zone,,,UTC,setTimeZone,getTimeZone", "Zone,,,UTC,setDhcp,getDhcp")
+        path = os.path.join(self.folder, "changed.csv")
+        with open(path, "w") as file:
+            file.write(lines)
+        run = self.run_script("restart", options=("--map", path))
+        self.assertEqual(run.code, 1, run.out)
+
+    def test_a_restart_that_the_store_refuses_is_told(self):
+        run = self.run_script("set time.zone Europe/Rome", "fault store refuses", "restart")
+        self.assertEqual(run.lines()[-1], "refused: the local store refused, so it does not have what changed")
+        self.assertEqual(run.code, 1)
+
+    def test_a_group_that_was_not_judged_is_no_lost_database(self):
+        run = self.run_script("set ip.address 192.168.1.20 ip.gateway x")
+        self.assertIn("ip.address keeps its value, because its group was not accepted\n", run.out)
+        self.assertNotIn("database", run.out[run.out.index("ip.address keeps"):])
+        self.assertEqual(run.code, 1)
+
+
+class ManySchemas(ProgramTest):
+    """More than the exchanges that are remembered for `traffic`."""
+
+    def setUp(self):
+        super().setUp()
+        self.map = os.path.join(self.folder, "map.csv")
+        with open(self.map, "w") as file:
+            for i in range(SCHEMAS):
+                file.write("many.i%03d,Schema%03d,Value,,,A,setUpper,getUpper,user,,,\n" % (i, i))
+
+    def run_many(self, *commands):
+        return self.run_script(*commands, options=("--map", self.map, "--service",
+                                                   os.path.join(SERVICES, "Picky.so")))
+
+    def test_a_set_tells_of_the_first_schema(self):
+        values = " ".join("many.i%03d B" % i for i in range(SCHEMAS))
+        run = self.run_many("fault das refused 1", "set " + values, "explain many.i000")
+        self.assertIn("refused on demand (schema Schema000)\n", run.out)
+        self.assertIn("the database did not take it: refused on demand", run.lines()[-1])
+        self.assertEqual(run.code, 1)
+
+    def test_a_start_tells_of_the_first_schema(self):
+        run = self.run_many("fault das refused 1", "restart")
+        self.assertIn("failed Schema000: refused on demand\n", run.out)
+        self.assertEqual(run.code, 1)
+
+    def test_a_reset_tells_of_the_first_schema(self):
+        run = self.run_many("set many.i149 B", "fault das refused 1", "reset")
+        self.assertIn("refused: the database did not take a default", run.out)
+        self.assertEqual(run.code, 1)
+
+
+class SecretsWithoutKey(ProgramTest):
+    SET = "set sip.userName user22 sip.password passw22passw22"
+    WHY = "the value of column 'Password' could not be encrypted, so what is stored stays: "
+
+    def setUp(self):
+        super().setUp()
+        self.run_script("set sip.userName user11 sip.password passw11passw11")
+
+    def stored(self):
+        """The pair as the service gets it, told by what a request with the same values changes."""
+        run = self.run_script("list sip.userName", "set sip.userName user11 sip.password passw11passw11")
+        self.assertEqual(run.row("sip.userName")[1], "user11")
+        return run
+
+    def run_without_key(self, *commands):
+        """As an ordinary user to whom the key does not belong."""
+        key = os.path.join(self.device, "das.key")
+        script = "".join(command + "\n" for command in commands).encode()
+        options = {}
+        if os.geteuid() == 0:
+            options = {"user": NOBODY, "group": NOBODY, "extra_groups": []}
+            os.chmod(self.folder, 0o755)
+            for path in [self.device] + [os.path.join(self.device, name) for name in os.listdir(self.device)]:
+                os.chown(path, NOBODY, NOBODY)
+            shutil.chown(os.path.join(self.device, "log", "device.log"), NOBODY, NOBODY)
+            os.chown(key, 0, 0)
+        else:
+            os.chmod(key, 0)
+        try:
+            done = subprocess.run([SDM, "run", "--device", self.device], input=script, capture_output=True,
+                                  cwd=self.device, timeout=60, **options)
+        except PermissionError:
+            self.skipTest("no other user can start the program here")
+        os.chmod(key, stat.S_IRUSR | stat.S_IWUSR)
+        return Run(done)
+
+    def test_a_set_is_refused_and_says_why(self):
+        run = self.run_without_key(self.SET, "securitylog 1")
+        self.assertEqual(run.code, 1)
+        self.assertIn(self.WHY + "there is no key: ", run.out)
+        self.assertIn("das.key: the key cannot be read: Permission denied", run.out)
+        self.assertIn("failed  SipBaseSettings set Password", run.lines()[-1])
+        self.assertIn("a value is not encrypted: there is no key", run.err)
+
+    def test_the_old_secret_stays(self):
+        before = self.cell()
+        self.run_without_key(self.SET, "reset", "reload", "restart")
+        self.assertEqual(self.cell(), before)
+        self.assertIn("sip.userName = user11", self.stored().out)
+
+    def cell(self):
+        import sqlite3
+        with sqlite3.connect(os.path.join(self.device, "das.db")) as database:
+            return database.execute("SELECT UserName, Password FROM SipBaseSettings").fetchone()
+
+    def test_encryption_that_fails_on_demand_leaves_the_old_secret(self):
+        before = self.cell()
+        run = self.run_script("fault encryption fails", self.SET, "reload", "reset")
+        self.assertIn(self.WHY + "encryption fails on demand", run.out)
+        self.assertEqual((run.code, self.cell()), (1, before))
+
+    def test_a_text_that_was_not_decrypted_is_not_encrypted_as_if_it_were_the_value(self):
+        self.run_script("set sip.userName user11 sip.password short1")
+        before = self.cell()
+        run = self.run_script("fault encryption fails", "restart", "fault off", "set sip.userName user33 sip.password " +
+                              before[1])
+        self.assertIn("it is no value, but the encrypted text of one that could not be decrypted", run.out)
+        self.assertEqual((run.code, self.cell()), (1, before))
+
+    def test_an_empty_value_is_a_value(self):
+        run = self.run_script('set sip.userName "" sip.password ""', "import sip.password")
+        self.assertEqual(run.lines()[-1], "sip.password is stored as ***** (stored encrypted)")
+        self.assertEqual(run.code, 0)
+
+    def test_list_show_and_explain_have_one_answer(self):
+        # What could not be decrypted is handed to the setter as it is, and that of passwords refuses a long text.
+        for password, origin in (("short1", "database"), ("long11" * 8, "default")):
+            self.run_script("set sip.userName user11 sip.password " + password)
+            run = self.run_without_key("list sip.password", "show sip.password", "explain sip.password")
+            self.assertEqual(run.row("sip.password")[3], origin)
+            self.assertEqual(run.after("  from"), origin)
+            self.assertIn("from: %s, " % origin, run.after("sip.password = "))
+
+
+class RecordsThatAreLost(ProgramTest):
+    def setUp(self):
+        super().setUp()
+        os.mkdir(self.device)
+        os.symlink("/dev/full", os.path.join(self.device, "security.log"))
+
+    def test_a_change_that_stays_without_its_record_is_told_as_that(self):
+        run = self.run_script("set snmp.contact abc sip.domain y.example.com")
+        self.assertIn("  records missing: 2 of 2; what the database took stays there without them\n", run.out)
+        self.assertEqual(run.code, 1)
+        self.assertEqual(self.get("snmp.contact"), "abc")
+
+    def test_a_change_that_was_not_made_is_told_as_that(self):
+        run = self.run_script("fault das refused", "set snmp.contact abc")
+        self.assertIn("  records missing: 1 of 1; the database took nothing\n", run.out)
+        self.assertEqual(run.code, 1)
+
+
+if __name__ == "__main__":
+    unittest.main()
