@@ -2,6 +2,7 @@
 import json
 import os
 import re
+import shutil
 import subprocess
 import unittest
 
@@ -52,6 +53,17 @@ def words(text):
 
 
 class Pages(unittest.TestCase):
+    @unittest.skipUnless(shutil.which("groff"), "groff is not installed, which shows the pages")
+    def test_each_page_is_headed_and_footed_as_one_of_this_product(self):
+        for name in sorted(os.listdir(os.environ["PAGES"])):
+            shown = subprocess.run(["groff", "-mdoc", "-Tascii", "-P-c", os.path.join(os.environ["PAGES"], name)],
+                                   capture_output=True, text=True, check=True)
+            lines = [line for line in shown.stdout.splitlines() if line]
+            title = "%s(1)" % name[:-2].upper()
+            self.assertEqual(re.split(" {2,}", lines[0]), [title, "User's Reference Manual", title])
+            self.assertEqual(re.split(" {2,}", lines[-1])[0], "ServiceDataManager")
+            self.assertEqual(shown.stderr, "", name)
+
     def assert_same(self, page, told, name=lambda term: term):
         self.assertEqual([term for term, _ in page], [name(term) for term, _ in told])
         for (term, written), (_, said) in zip(page, told):
