@@ -3,7 +3,6 @@ import base64
 import csv
 import json
 import os
-import pty
 import re
 import resource
 import select
@@ -15,6 +14,7 @@ import time
 import unittest
 
 from marks import Mark, generator_of, random_digits, random_text
+import terminals
 from program import SDM, ProgramTest
 
 SEED = int(os.environ.get("CANARY_SEED", time.time_ns() % 1000000000))
@@ -223,7 +223,7 @@ class Canary(ProgramTest):
         self.assert_nowhere(self.stored + self.local, cleaned, "what was said before the abort")
 
     def test_a_terminal_shows_and_keeps_no_secret_that_is_asked_for(self):
-        pid, terminal = pty.fork()
+        pid, terminal = terminals.fork()
         if pid == 0:
             os.environ.update({"TERM": "xterm", "HOME": self.home})
             os.chdir(self.home)

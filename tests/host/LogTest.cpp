@@ -18,7 +18,7 @@ namespace
 using hosttest::contentOf;
 using hosttest::linesOf;
 
-/// A terminal in place of standard error.
+/// A terminal in place of standard error, where the system has pseudo-terminals; a bare chroot has none.
 class Terminal
 {
 public:
@@ -26,7 +26,7 @@ public:
   {
     int own = -1;
     if (::openpty(&screen, &own, nullptr, nullptr, nullptr) != 0)
-      throw std::runtime_error("no terminal");
+      return;
     ::dup2(own, STDERR_FILENO);
     ::close(own);
     ::setenv("TERM", "xterm-256color", 1);
@@ -39,6 +39,11 @@ public:
   }
   Terminal(const Terminal&) = delete;
   Terminal& operator=(const Terminal&) = delete;
+
+  bool isThere() const
+  {
+    return screen != -1;
+  }
 
   /// What it showed up to some text, which may come in pieces.
   std::string shownUpTo(const std::string& end) const
@@ -182,6 +187,8 @@ TEST_F(Log, ConsoleHasNoColourWhenItIsNoTerminal)
 TEST_F(Log, ConsoleHasColourOnATerminal)
 {
   const Terminal terminal;
+  if (!terminal.isThere())
+    GTEST_SKIP() << "this system has no pseudo-terminals";
   host::openLog({file, 6, 6});
   logText("failure", 2);
   logText("trace", 5);

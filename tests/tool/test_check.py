@@ -1,12 +1,12 @@
 """Checking item maps: how findings are told, what is mended, exit codes, and files that cannot be read."""
 import json
 import os
-import pty
 import resource
 import stat
 import subprocess
 import unittest
 
+import terminals
 from program import SDM, ProgramTest
 
 SOUND = "a.b,Sch,Col,,,1,setB,getB,,,,\n"
@@ -56,7 +56,7 @@ class Telling(CheckTest):
         self.assertNotIn("\x1b", run.out)
 
     def on_terminal(self, *arguments, **environment):
-        parent, child = pty.openpty()
+        parent, child = terminals.open_pair()
         process = subprocess.Popen([SDM, "check", *arguments], stdout=child, stderr=child, stdin=child,
                                    cwd=self.folder, env={**os.environ, "TERM": "xterm", **environment})
         os.close(child)

@@ -1,10 +1,10 @@
 """What takes longer than a second says so on a terminal, and nowhere else."""
 import os
-import pty
 import subprocess
 import time
 import unittest
 
+import terminals
 from program import SDM, ProgramTest
 
 SLOW = os.path.join(os.environ["SERVICES"], "SlowLamp.so")
@@ -24,7 +24,7 @@ class Progress(ProgramTest):
 
     def on_terminal(self, *arguments, script=b"", until=None, environment=None):
         """What the program shows, its standard output and error being a terminal; up to a text that comes first."""
-        terminal, its_end = pty.openpty()
+        terminal, its_end = terminals.open_pair()
         process = subprocess.Popen([SDM, *arguments], stdin=subprocess.PIPE, stdout=its_end, stderr=its_end,
                                    cwd=self.folder, env={**os.environ, "TERM": "xterm", "NO_COLOR": "1", "TMPDIR": self.folder,
                                                          **(environment or {})})

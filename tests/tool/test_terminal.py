@@ -1,12 +1,16 @@
 """The program on a terminal: editing, completion, history, interrupts."""
 import os
-import pty
 import select
 import signal
 import time
 import unittest
 
+import terminals
 from program import SDM, ProgramTest
+
+
+def setUpModule():
+    terminals.need()
 
 
 class Terminal(ProgramTest):
@@ -17,7 +21,7 @@ class Terminal(ProgramTest):
 
     def open_terminal(self, **environment):
         self.unread = ""
-        self.pid, self.terminal = pty.fork()
+        self.pid, self.terminal = terminals.fork()
         if self.pid == 0:
             os.environ.pop("NO_COLOR", None)
             os.environ.update({"TERM": "xterm", "LC_ALL": "C.UTF-8", **environment})
