@@ -5,6 +5,7 @@
 #include <expat.h>
 #include <sqlite3.h>
 
+#include "DasOperations.h"
 #include "Scenarios.h"
 
 namespace bench
@@ -23,15 +24,15 @@ void require(bool done, sqlite3* database)
 class Table
 {
 public:
-  explicit Table(const Shape& shape)
+  explicit Table(std::size_t columnCount)
   {
     std::remove("floor.db");
     std::remove("floor.db-wal");
     require(sqlite3_open("floor.db", &database) == SQLITE_OK, database);
-    // As many columns as the schema of the measured update has, each with a value: a row is written as a whole.
+    // As many columns as the measured update's table has, each with a value: a row is written as a whole.
     std::string columns;
     std::string values;
-    for (std::size_t i = 0; i < Workload(shape).schemas.front().columns.size(); ++i)
+    for (std::size_t i = 0; i < columnCount; ++i)
     {
       columns += ", Setting" + std::to_string(i) + " TEXT";
       values += std::string(", '") + liveValue + "'";
@@ -92,26 +93,35 @@ void parse(const std::string& reply)
   XML_ParserFree(parser);
 }
 
-Run set(const Shape& shape)
+/// With `reply`, that text is parsed as well, as the manager does.
+Run set(std::size_t columnCount, const std::string& reply)
 {
-  const auto table = std::make_shared<Table>(shape);
-  const std::string reply = "<Schema name=\"NetworkSettings000000\"><ReasonForMessage>update_response"
-                            "</ReasonForMessage></Schema>";
+  const auto table = std::make_shared<Table>(columnCount);
   return {nullptr,
           [table, reply, value = newValue, next = nextValue]() mutable
           {
             std::swap(value, next);
             table->set(value);
-            parse(reply);
+            if (!reply.empty())
+              parse(reply);
           },
           1};
+}
+
+Run setWithReply(const Shape& shape)
+{
+  return set(Workload(shape).schemas.front().columns.size(),
+             "<Schema name=\"NetworkSettings000000\"><ReasonForMessage>update_response</ReasonForMessage></Schema>");
 }
 
 } // namespace
 
 std::vector<Scenario> platformFloors()
 {
-  return {{"sqlite/set/1in1", {12000, 200}, false, set}};
+  std::vector<Scenario> all = dasOperations();
+  all.push_back({"sqlite/set/1in1", {12000, 200}, false, setWithReply});
+  all.push_back({"sqlite/set/1of10", {}, false, [](const Shape&) { return set(10, ""); }});
+  return all;
 }
 
 } // namespace bench
