@@ -7,6 +7,7 @@
 namespace host
 {
 const char* const rowOrderColumn = "~row";
+const char* const rowOrderSqlName = "\"~row\"";
 
 namespace
 {
@@ -20,10 +21,9 @@ std::string lowered(std::string text)
 }
 
 /// A name like `wanted` that is not taken yet; takes it.
-std::string takeIdentifier(const std::string& wanted, std::unordered_set<std::string>& taken)
+std::string takeIdentifier(const Dialect& dialect, const std::string& wanted, std::unordered_set<std::string>& taken)
 {
-  const bool reserved = lowered(wanted).rfind("sqlite_", 0) == 0;
-  const std::string base = reserved ? "~" + wanted : wanted;
+  const std::string base = dialect.isReserved(lowered(wanted)) ? "~" + wanted : wanted;
   std::string candidate = base;
   for (int number = 2; !taken.insert(lowered(candidate)).second; ++number)
     candidate = base + "~" + std::to_string(number);
@@ -75,32 +75,33 @@ void requireSameIndex(const DasTable& table, const SchemaDefinition& schema)
                 "'");
 }
 
-void recordColumn(Database& database, const DasTable& table, const DasColumn& column)
+void recordColumn(Connection& database, const DasTable& table, const DasColumn& column)
 {
   database.execute("INSERT INTO \"~columns\" (schema, position, name, identifier) VALUES (:s, :p, :n, :i)",
                    {table.schema, std::to_string(table.columns.size()), column.name, column.identifier});
 }
 
-void addMissingColumns(Database& database, DasTable& table, const std::vector<std::string>& columns)
+void addMissingColumns(Connection& database, DasTable& table, const std::vector<std::string>& columns)
 {
   std::unordered_set<std::string> taken = takenColumns(table);
   for (const std::string& name : columns)
   {
     if (table.find(name) != nullptr)
       continue;
-    const DasColumn column{name, takeIdentifier(name, taken), isElementName(name)};
-    database.execute("ALTER TABLE " + table.sqlName() + " ADD COLUMN " + quoted(column.identifier) + " TEXT");
+    const DasColumn column{name, takeIdentifier(database.dialect(), name, taken), isElementName(name)};
+    database.executeOnce("ALTER TABLE " + table.sqlName + " ADD COLUMN " + quotedIdentifier(column.identifier) +
+                         " TEXT");
     recordColumn(database, table, column);
     table.add(column);
   }
 }
 
-void addMissingRows(Database& database, const DasTable& table, const std::vector<std::string>& indexValues)
+void addMissingRows(Connection& database, const DasTable& table, const std::vector<std::string>& indexValues)
 {
   if (indexValues.empty())
     return;
   const std::string sql =
-      "INSERT OR IGNORE INTO " + table.sqlName() + " (" + quoted(table.columns.front().identifier) + ") VALUES (:v)";
+      "INSERT INTO " + table.sqlName + " (" + table.columns.front().sqlName + ") VALUES (:v) ON CONFLICT DO NOTHING";
   for (const std::string& value : indexValues)
     database.execute(sql, {value});
 }
@@ -114,42 +115,35 @@ const DasColumn* DasTable::find(const std::string& column) const
 
 void DasTable::add(DasColumn column)
 {
+  column.sqlName = quotedIdentifier(column.identifier);
+  column.qualifiedName = sqlName + "." + column.sqlName;
   columnsByName.emplace(column.name, columns.size());
   columns.push_back(std::move(column));
 }
 
-std::string DasTable::sqlName() const
+std::vector<std::string> DasCatalog::layout(const Dialect& dialect)
 {
-  return quoted(identifier);
-}
-
-std::string DasTable::sqlName(const DasColumn& column) const
-{
-  return sqlName() + "." + quoted(column.identifier);
-}
-
-std::vector<std::string> DasCatalog::layout()
-{
-  return {"CREATE TABLE \"~schemas\" (number INTEGER PRIMARY KEY, name TEXT NOT NULL UNIQUE, identifier TEXT NOT NULL, "
-          "indexed INTEGER NOT NULL)",
+  return {"CREATE TABLE \"~schemas\" (number " + dialect.rowNumberType() +
+              ", name TEXT NOT NULL UNIQUE, identifier TEXT NOT NULL, indexed INTEGER NOT NULL)",
           "CREATE TABLE \"~columns\" (schema TEXT NOT NULL, position INTEGER NOT NULL, name TEXT NOT NULL, "
           "identifier TEXT NOT NULL, PRIMARY KEY (schema, name))"};
 }
 
-void DasCatalog::load(Database& database)
+void DasCatalog::load(Connection& database)
 {
-  for (const Database::Row& row : database.select("SELECT lower(name) FROM sqlite_master", 1))
+  for (const Connection::Row& row : database.select(database.dialect().namesInUse(), 1))
     taken.insert(row.at(0).value_or(""));
-  for (const Database::Row& row :
+  for (const Connection::Row& row :
        database.select("SELECT name, identifier, CAST(indexed AS TEXT) FROM \"~schemas\" ORDER BY number", 3))
   {
     DasTable table;
     table.schema = row.at(0).value_or("");
     table.identifier = row.at(1).value_or("");
+    table.sqlName = quotedIdentifier(table.identifier);
     table.indexed = row.at(2) == "1";
     insert(std::move(table));
   }
-  for (const Database::Row& row :
+  for (const Connection::Row& row :
        database.select("SELECT schema, name, identifier FROM \"~columns\" ORDER BY schema, position", 3))
   {
     const auto table = tablesByName.find(row.at(0).value_or(""));
@@ -171,7 +165,7 @@ const std::vector<DasTable>& DasCatalog::tables() const
   return all;
 }
 
-void DasCatalog::provision(Database& database, const SchemaDefinition& schema)
+void DasCatalog::provision(Connection& database, const SchemaDefinition& schema)
 {
   requireSound(schema);
   const auto found = tablesByName.find(schema.name);
@@ -181,21 +175,22 @@ void DasCatalog::provision(Database& database, const SchemaDefinition& schema)
   addMissingRows(database, table, schema.indexValues);
 }
 
-DasTable& DasCatalog::makeTable(Database& database, const SchemaDefinition& schema)
+DasTable& DasCatalog::makeTable(Connection& database, const SchemaDefinition& schema)
 {
   DasTable table;
   table.schema = schema.name;
-  table.identifier = takeIdentifier(schema.name, taken);
+  table.identifier = takeIdentifier(database.dialect(), schema.name, taken);
+  table.sqlName = quotedIdentifier(table.identifier);
   table.indexed = !schema.indexColumn.empty();
-  std::string columns = quoted(rowOrderColumn) + " INTEGER PRIMARY KEY";
+  std::string columns = std::string(rowOrderSqlName) + " " + database.dialect().rowNumberType();
   database.execute("INSERT INTO \"~schemas\" (name, identifier, indexed) VALUES (:n, :i, :x)",
                    {table.schema, table.identifier, table.indexed ? "1" : "0"});
   if (table.indexed)
   {
     std::unordered_set<std::string> takenBefore = takenColumns(table);
-    const DasColumn index{schema.indexColumn, takeIdentifier(schema.indexColumn, takenBefore),
+    const DasColumn index{schema.indexColumn, takeIdentifier(database.dialect(), schema.indexColumn, takenBefore),
                           isElementName(schema.indexColumn)};
-    columns += ", " + quoted(index.identifier) + " TEXT NOT NULL UNIQUE";
+    columns += ", " + quotedIdentifier(index.identifier) + " TEXT NOT NULL UNIQUE";
     recordColumn(database, table, index);
     table.add(index);
   }
@@ -205,12 +200,12 @@ DasTable& DasCatalog::makeTable(Database& database, const SchemaDefinition& sche
   {
     if (table.find(name) != nullptr)
       continue;
-    const DasColumn column{name, takeIdentifier(name, takenHere), isElementName(name)};
-    columns += ", " + quoted(column.identifier) + " TEXT";
+    const DasColumn column{name, takeIdentifier(database.dialect(), name, takenHere), isElementName(name)};
+    columns += ", " + quotedIdentifier(column.identifier) + " TEXT";
     recordColumn(database, table, column);
     table.add(column);
   }
-  database.execute("CREATE TABLE " + table.sqlName() + " (" + columns + ")");
+  database.executeOnce("CREATE TABLE " + table.sqlName + " (" + columns + ")");
   insert(std::move(table));
   return all.back();
 }

@@ -1,4 +1,4 @@
-// Which schemas there are and under which names SQLite keeps them.
+// Which schemas there are and under which names the database keeps them.
 //
 // SQLite takes names that differ only in case for the same and has a few of its own, so a schema's table and a column
 // may bear another name than the schema and the column; mostly it is the same one, for the sake of whoever looks into
@@ -11,7 +11,7 @@
 #include <unordered_set>
 #include <vector>
 
-#include "Database.h"
+#include "Connection.h"
 #include "host/DataAccessServiceIfc.h"
 
 namespace host
@@ -23,13 +23,18 @@ struct DasColumn
   std::string identifier;
   /// Whether `name` can be written as an element of a reply.
   bool isElementName = true;
+  /// The identifier, quoted, and qualified by the table's as well: SQLite takes a quoted name that it does not know for
+  /// a text, but not a qualified one. The table writes both when it takes the column.
+  std::string sqlName = {};
+  std::string qualifiedName = {};
 };
 
 struct DasTable
 {
   std::string schema;
-  /// The table's name, unquoted.
-  std::string identifier;
+  /// The table's name, as it is and quoted.
+  std::string identifier = {};
+  std::string sqlName = {};
   /// Whether the first of the columns is the index column.
   bool indexed = false;
   std::vector<DasColumn> columns;
@@ -37,12 +42,8 @@ struct DasTable
 
   /// Null when there is no such column.
   const DasColumn* find(const std::string& column) const;
+  /// The table has its names by then.
   void add(DasColumn column);
-
-  /// The name of the table, quoted, and of one of its columns, quoted and qualified: SQLite takes a quoted name that it
-  /// does not know for a text, but not a qualified one.
-  std::string sqlName() const;
-  std::string sqlName(const DasColumn& column) const;
 };
 
 /// The schemas of a database. A copy can be thrown away when the transaction that changed it fails.
@@ -50,10 +51,10 @@ class DasCatalog
 {
 public:
   /// The statements that make the catalog's tables in a new database.
-  static std::vector<std::string> layout();
+  static std::vector<std::string> layout(const Dialect& dialect);
 
   /// Reads all there is.
-  void load(Database& database);
+  void load(Connection& database);
 
   /// Null when there is no such schema.
   const DasTable* find(const std::string& schema) const;
@@ -62,10 +63,10 @@ public:
   const std::vector<DasTable>& tables() const;
 
   /// Makes what is missing of a schema, rows included. Within a transaction of the caller.
-  void provision(Database& database, const SchemaDefinition& schema);
+  void provision(Connection& database, const SchemaDefinition& schema);
 
 private:
-  DasTable& makeTable(Database& database, const SchemaDefinition& schema);
+  DasTable& makeTable(Connection& database, const SchemaDefinition& schema);
   void insert(DasTable table);
 
   std::vector<DasTable> all;
@@ -74,6 +75,7 @@ private:
   std::unordered_set<std::string> taken;
 };
 
-/// The column that holds the order of the rows; no column of a schema gets this name.
+/// The column that holds the order of the rows, as it is and quoted; no column of a schema gets this name.
 extern const char* const rowOrderColumn;
+extern const char* const rowOrderSqlName;
 } // namespace host

@@ -1,21 +1,19 @@
 #include "DasQueries.h"
 
-#include <unordered_map>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "DasReply.h"
+#include "DasUpdatePlan.h"
 #include "Refusal.h"
 
 namespace host
 {
 namespace
 {
-const DasColumn& requireColumn(const DasTable& table, const std::string& name)
-{
-  const DasColumn* column = table.find(name);
-  if (column == nullptr)
-    throw Refusal("schema '" + table.schema + "' has no column '" + name + "'");
-  return *column;
-}
+/// Room for a statement with few columns, so that it grows once.
+constexpr std::size_t usualLength = 400;
 
 void requireIndexColumn(const DasTable& table, const std::string& name)
 {
@@ -47,27 +45,30 @@ std::vector<const DasColumn*> shownColumns(const DasTable& table, const DasReque
   return shown;
 }
 
-std::string selectStatement(const DasTable& table, const std::vector<const DasColumn*>& shown,
-                            const DasRequest& request)
+/// Whether rows that never got the only column are left out, and all rows but the one named.
+struct Selection
 {
-  std::string columns;
+  bool writtenOnly = false;
+  bool oneRow = false;
+};
+
+std::string selectStatement(const DasTable& table, const std::vector<const DasColumn*>& shown, Selection selection)
+{
+  std::string sql = "SELECT ";
+  sql.reserve(usualLength);
   for (const DasColumn* column : shown)
-    columns += (columns.empty() ? "" : ", ") + table.sqlName(*column);
-  std::string sql = "SELECT " + columns + " FROM " + table.sqlName();
-  const char* joint = " WHERE ";
-  if (request.resultColumn)
-  {
-    sql += joint + table.sqlName(*shown.back()) + " IS NOT NULL";
-    joint = " AND ";
-  }
-  if (request.row)
-    sql += joint + table.sqlName(table.columns.front()) + " = :index";
-  return sql + " ORDER BY " + table.sqlName() + "." + quoted(rowOrderColumn);
+    sql.append(column == shown.front() ? "" : ", ").append(column->qualifiedName);
+  sql.append(" FROM ").append(table.sqlName);
+  if (selection.writtenOnly)
+    sql.append(" WHERE ").append(shown.back()->qualifiedName).append(" IS NOT NULL");
+  if (selection.oneRow)
+    sql.append(selection.writtenOnly ? " AND " : " WHERE ").append(table.columns.front().qualifiedName).append(" = :i");
+  return sql.append(" ORDER BY ").append(table.sqlName).append(".").append(rowOrderSqlName);
 }
 
 /// A row with its written cells; an indexed one shows its index column even when it has no other.
-void writeRow(DasReadReply& reply, const DasTable& table, const std::vector<const DasColumn*>& shown,
-              const Database::Row& row)
+void showRow(DasReadReply& reply, const DasTable& table, const std::vector<const DasColumn*>& shown,
+             const Connection::Row& row)
 {
   if (table.indexed)
     reply.beginEntry();
@@ -78,73 +79,49 @@ void writeRow(DasReadReply& reply, const DasTable& table, const std::vector<cons
     reply.endEntry();
 }
 
-/// The cells of one row as they stand at the end of the request: of a column written twice the later value.
-struct RowChange
+void planEntry(DasUpdatePlan& plan, const DasTable& table, std::vector<DasCell>& cells)
 {
-  std::vector<const DasColumn*> columns;
-  Database::Values values;
-  std::unordered_map<const DasColumn*, std::size_t> places;
-
-  void set(const DasColumn& column, const std::string& value)
-  {
-    const auto [place, isNew] = places.emplace(&column, columns.size());
-    if (!isNew)
-    {
-      values[place->second] = value;
-      return;
-    }
-    columns.push_back(&column);
-    values.push_back(value);
-  }
-};
-
-/// Inserts the row that `key` names, or updates it when it is there.
-void writeChange(Database& database, const DasTable& table, const std::string& key, const std::string& keyValue,
-                 const RowChange& change)
-{
-  std::string names = quoted(key);
-  std::string parameters = ":k";
-  std::string assignments;
-  Database::Values values = {keyValue};
-  for (std::size_t i = 0; i < change.columns.size(); ++i)
-  {
-    const std::string name = quoted(change.columns[i]->identifier);
-    names += ", " + name;
-    parameters += ", :v" + std::to_string(i);
-    assignments += assignments.empty() ? "" : ", ";
-    assignments.append(name).append(" = excluded.").append(name);
-    values.push_back(change.values[i]);
-  }
-  database.execute("INSERT INTO " + table.sqlName() + " (" + names + ") VALUES (" + parameters + ") ON CONFLICT (" +
-                       quoted(key) + ") DO UPDATE SET " + assignments,
-                   values);
-}
-
-void updateEntry(Database& database, const DasTable& table, const std::vector<DasCell>& cells)
-{
-  const DasCell& index = cells.front();
-  requireIndexColumn(table, index.column);
-  RowChange change;
+  requireIndexColumn(table, cells.front().column);
+  plan.beginRow(std::move(cells.front().value));
   for (std::size_t i = 1; i < cells.size(); ++i)
-    change.set(requireColumn(table, cells[i].column), cells[i].value);
-  writeChange(database, table, table.columns.front().identifier, index.value, change);
+    plan.set(cells[i]);
 }
 
-void updateOnlyRow(Database& database, const DasTable& table, const std::vector<DasCell>& cells)
+void planOnlyRow(DasUpdatePlan& plan, const DasTable& table, std::vector<DasCell>& cells)
 {
   if (table.indexed)
     throw Refusal("schema '" + table.schema + "' is indexed, so column '" + cells.front().column +
                   "' belongs into an 'Entry' after '" + table.columns.front().name + "'");
-  RowChange change;
-  for (const DasCell& cell : cells)
-    change.set(requireColumn(table, cell.column), cell.value);
-  writeChange(database, table, rowOrderColumn, "1", change);
+  plan.beginOnlyRow();
+  for (DasCell& cell : cells)
+    plan.set(cell);
+}
+
+/// Inserts the row, or updates it when it is there.
+void writeRow(Connection& database, const DasTable& table, RowChange& change)
+{
+  const std::string_view key = table.indexed ? std::string_view(table.columns.front().sqlName) : rowOrderSqlName;
+  std::string sql = "INSERT INTO ";
+  sql.reserve(usualLength);
+  sql.append(table.sqlName).append(" (").append(key);
+  for (const DasColumn* column : change.columns)
+    sql.append(", ").append(column->sqlName);
+  sql.append(table.indexed ? ") VALUES (:k" : ") VALUES (1");
+  for (std::size_t i = 0; i < change.columns.size(); ++i)
+    sql.append(", :v").append(std::to_string(i));
+  sql.append(") ON CONFLICT (").append(key).append(") DO UPDATE SET ");
+  for (const DasColumn* column : change.columns)
+    sql.append(column == change.columns.front() ? "" : ", ")
+        .append(column->sqlName)
+        .append(" = excluded.")
+        .append(column->sqlName);
+  database.execute(sql, std::move(change.values));
 }
 } // namespace
 
-std::string readTable(Database& database, const DasTable& table, const DasRequest& request)
+std::string readTable(Connection& database, const DasTable& table, const DasRequest& request)
 {
-  Database::Values values;
+  Connection::Values values;
   if (request.row)
   {
     requireIndexColumn(table, request.row->column);
@@ -153,40 +130,46 @@ std::string readTable(Database& database, const DasTable& table, const DasReques
   const std::vector<const DasColumn*> shown = shownColumns(table, request);
   DasReadReply reply(table.schema);
   if (!shown.empty())
-    for (const Database::Row& row : database.select(selectStatement(table, shown, request), shown.size(), values))
-      writeRow(reply, table, shown, row);
+    database.select(selectStatement(table, shown, {request.resultColumn.has_value(), request.row.has_value()}),
+                    shown.size(), std::move(values),
+                    [&](const Connection::Row& row) { showRow(reply, table, shown, row); });
   return reply.finished();
 }
 
-std::string updateTable(Database& database, const DasTable& table, const DasRequest& request)
+std::string updateTable(Connection& database, const DasTable& table, DasRequest& request)
 {
-  Database::Transaction transaction(database);
+  DasUpdatePlan plan(table);
   if (!request.cells.empty())
-    updateOnlyRow(database, table, request.cells);
-  for (const std::vector<DasCell>& cells : request.entries)
-    updateEntry(database, table, cells);
+    planOnlyRow(plan, table, request.cells);
+  for (std::vector<DasCell>& cells : request.entries)
+    planEntry(plan, table, cells);
   std::string reply = dasUpdateReply(table.schema);
+  if (plan.rows.size() == 1)
+  {
+    // One statement is a transaction of its own.
+    writeRow(database, table, plan.rows.front());
+    return reply;
+  }
+  Connection::Transaction transaction(database);
+  for (RowChange& row : plan.rows)
+    writeRow(database, table, row);
   transaction.commit();
   return reply;
 }
 
-std::optional<std::string> readCell(Database& database, const DasTable& table, const std::string& column,
+std::optional<std::string> readCell(Connection& database, const DasTable& table, const std::string& column,
                                     const DasCell& row)
 {
   const DasColumn* wanted = table.find(column);
   const std::string index = table.indexed ? table.columns.front().name : std::string();
   if (wanted == nullptr || row.column != index)
     return std::nullopt;
-  DasRequest request;
-  request.resultColumn = column;
-  if (table.indexed)
-    request.row = row;
-  const auto rows = database.select(selectStatement(table, {wanted}, request), 1,
-                                    table.indexed ? Database::Values{row.value} : Database::Values{});
+  const auto rows = database.select(selectStatement(table, {wanted}, {true, table.indexed}), 1,
+                                    table.indexed ? Connection::Values{row.value} : Connection::Values{});
   return rows.empty() ? std::nullopt : rows.front().front();
 }
 
-SchemaDefinition definitionOf(Database& database, const DasTable& table)
+SchemaDefinition definitionOf(Connection& database, const DasTable& table)
 {
   SchemaDefinition definition;
   definition.name = table.schema;
@@ -196,7 +179,7 @@ SchemaDefinition definitionOf(Database& database, const DasTable& table)
     return definition;
   definition.indexColumn = definition.columns.front();
   definition.columns.erase(definition.columns.begin());
-  for (Database::Row& row : database.select(selectStatement(table, {&table.columns.front()}, {}), 1))
+  for (const Connection::Row& row : database.select(selectStatement(table, {&table.columns.front()}, {}), 1))
     definition.indexValues.push_back(row.front().value_or(""));
   return definition;
 }

@@ -4,23 +4,23 @@
 #include <optional>
 #include <string>
 
+#include "Connection.h"
 #include "DasCatalog.h"
 #include "DasRequest.h"
-#include "Database.h"
 
 namespace host
 {
 /// Carries out a read and returns its reply. Throws `Refusal` when the request does not fit the table.
-std::string readTable(Database& database, const DasTable& table, const DasRequest& request);
+std::string readTable(Connection& database, const DasTable& table, const DasRequest& request);
 
 /// Carries out an update, all of it or nothing, and returns its reply. Throws `Refusal` when the request does not fit
-/// the table.
-std::string updateTable(Database& database, const DasTable& table, const DasRequest& request);
+/// the table. Takes the values out of the request.
+std::string updateTable(Connection& database, const DasTable& table, DasRequest& request);
 
 /// One cell as stored; nullopt when there is none. `row` is empty twice for a table without index.
-std::optional<std::string> readCell(Database& database, const DasTable& table, const std::string& column,
+std::optional<std::string> readCell(Connection& database, const DasTable& table, const std::string& column,
                                     const DasCell& row);
 
 /// What the table was provisioned with, and all its rows.
-SchemaDefinition definitionOf(Database& database, const DasTable& table);
+SchemaDefinition definitionOf(Connection& database, const DasTable& table);
 } // namespace host

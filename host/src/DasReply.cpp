@@ -11,10 +11,16 @@ namespace
 {
 constexpr const char* closing = "</Schema>";
 
+/// Room for a reply of few cells, so that it grows once.
+constexpr std::size_t usualLength = 400;
+
 std::string opening(const std::string& schema, const char* reason)
 {
-  return R"(<?xml version="1.0" encoding="utf-8"?><Schema name=")" + escapedAttributeText(schema) +
-         "\"><ReasonForMessage>" + reason + "</ReasonForMessage>";
+  std::string text;
+  text.reserve(usualLength);
+  text.append(R"(<?xml version="1.0" encoding="utf-8"?><Schema name=")");
+  appendAttributeText(text, schema);
+  return text.append("\"><ReasonForMessage>").append(reason).append("</ReasonForMessage>");
 }
 
 [[noreturn]] void refuse(const std::string& column, const char* why)
@@ -45,7 +51,9 @@ void DasReadReply::column(const std::string& name, bool isElementName, const std
     refuse(name, "the schema has a column whose name cannot be written as an element");
   if (!isXmlText(value))
     refuse(name, "the database holds a value that XML cannot carry");
-  text += '<' + name + '>' + escapedElementText(value) + "</" + name + '>';
+  text.append(1, '<').append(name).append(1, '>');
+  appendElementText(text, value);
+  text.append("</").append(name).append(1, '>');
 }
 
 std::string DasReadReply::finished()
@@ -56,7 +64,9 @@ std::string DasReadReply::finished()
 
 std::string dasUpdateReply(const std::string& schema)
 {
-  return opening(schema, "update_response") + closing;
+  std::string text = opening(schema, "update_response");
+  text += closing;
+  return text;
 }
 
 std::string dasErrorReply(const std::string& schema, const std::string& why)

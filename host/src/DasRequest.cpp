@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "NotEncrypted.h"
+#include "PlainDasRequest.h"
 #include "Refusal.h"
 #include "XmlTree.h"
 
@@ -132,7 +133,7 @@ void readChange(XmlNode& node, DasRequest& request)
 }
 } // namespace
 
-bool isMessageElement(const std::string& name)
+bool isMessageElement(std::string_view name)
 {
   static constexpr std::array<std::string_view, 5> names = {"Schema", "ReasonForMessage", "ResultCols", "Entry",
                                                             "Context"};
@@ -141,6 +142,9 @@ bool isMessageElement(const std::string& name)
 
 void readDasRequest(const char* text, std::size_t length, DasRequest& request)
 {
+  if (text != nullptr && readPlainDasRequest({text, length}, request))
+    return;
+  request = {};
   XmlNode root;
   try
   {

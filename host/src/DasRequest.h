@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace host
@@ -40,5 +41,5 @@ struct DasRequest
 void readDasRequest(const char* text, std::size_t length, DasRequest& request);
 
 /// True for the names that have a meaning of their own in messages and so cannot be columns.
-bool isMessageElement(const std::string& name);
+bool isMessageElement(std::string_view name);
 } // namespace host

@@ -9,6 +9,7 @@
 #include "Database.h"
 #include "FaultLayer.h"
 #include "Refusal.h"
+#include "SqliteDialect.h"
 #include "Trouble.h"
 #include <logAppUni.h>
 
@@ -23,7 +24,8 @@ constexpr int databaseKind = 0x64617301;
 struct DataAccessService::Content
 {
   Content(const std::filesystem::path& itsFile, Storage storage)
-      : file(itsFile), database(std::make_unique<Database>(file, databaseKind, DasCatalog::layout(), storage))
+      : file(itsFile),
+        database(std::make_unique<Database>(file, databaseKind, DasCatalog::layout(sqliteDialect()), storage))
   {
     catalog.load(*database);
   }
@@ -50,12 +52,12 @@ struct DataAccessService::Content
   {
     trouble = why;
     copied = true;
-    database = std::make_unique<Database>(file, databaseKind, DasCatalog::layout(), Storage::copy);
+    database = std::make_unique<Database>(file, databaseKind, DasCatalog::layout(sqliteDialect()), Storage::copy);
     catalog = {};
     catalog.load(*database);
   }
 
-  std::string answer(const DasRequest& request)
+  std::string answer(DasRequest& request)
   {
     const std::lock_guard<std::mutex> lock(mutex);
     const DasTable* table = catalog.find(request.schema);

@@ -54,7 +54,9 @@ struct LocalMgmtStore::Content
 
   void store(const std::string& rootId, const std::string& newValue)
   {
-    database.execute("INSERT OR REPLACE INTO item_values (root_id, value) VALUES (:r, :v)", {rootId, newValue});
+    database.execute("INSERT INTO item_values (root_id, value) VALUES (:r, :v) "
+                     "ON CONFLICT (root_id) DO UPDATE SET value = excluded.value",
+                     {rootId, newValue});
   }
 
   bool isLocked(const std::string& rootId)
@@ -214,10 +216,11 @@ void LocalMgmtStore::defineDictionary(const std::string& name,
   const std::lock_guard<std::mutex> lock(content->mutex);
   Database& database = content->database;
   Database::Transaction transaction(database);
-  database.execute("INSERT OR IGNORE INTO dictionaries (name) VALUES (:n)", {name});
+  database.execute("INSERT INTO dictionaries (name) VALUES (:n) ON CONFLICT DO NOTHING", {name});
   database.execute("DELETE FROM dictionary_entries WHERE dictionary = :d", {name});
   for (const auto& [key, value] : entries)
-    database.execute("INSERT OR REPLACE INTO dictionary_entries (dictionary, key, value) VALUES (:d, :k, :v)",
+    database.execute("INSERT INTO dictionary_entries (dictionary, key, value) VALUES (:d, :k, :v) "
+                     "ON CONFLICT (dictionary, key) DO UPDATE SET value = excluded.value",
                      {name, key, value});
   transaction.commit();
 }
@@ -225,7 +228,7 @@ void LocalMgmtStore::defineDictionary(const std::string& name,
 void LocalMgmtStore::lockItem(const std::string& rootId)
 {
   const std::lock_guard<std::mutex> lock(content->mutex);
-  content->database.execute("INSERT OR IGNORE INTO locked_items (root_id) VALUES (:r)", {rootId});
+  content->database.execute("INSERT INTO locked_items (root_id) VALUES (:r) ON CONFLICT DO NOTHING", {rootId});
 }
 
 void LocalMgmtStore::unlockItem(const std::string& rootId)

@@ -12,10 +12,16 @@ bool isXmlText(std::string_view text);
 /// True when the text can be the name of an element.
 bool isElementName(const std::string& text);
 
+/// True for the names that are mostly given: ASCII letters, digits, "_", "-" and ".", of which a name begins with a
+/// letter or "_". Any of them can be the name of an element.
+bool isPlainName(std::string_view text);
+
 /// The text with markup characters, quotes and carriage returns as references. A carriage return standing for itself
 /// would be read back as a line feed.
 std::string escapedElementText(std::string_view text);
+/// Writes it behind what `target` holds.
+void appendElementText(std::string& target, std::string_view text);
 
 /// The same for an attribute's value, where tabs and line feeds would be read back as blanks.
-std::string escapedAttributeText(std::string_view text);
+void appendAttributeText(std::string& target, std::string_view text);
 } // namespace host

@@ -2,15 +2,31 @@
 
 #include <expat.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <exception>
 #include <limits>
 #include <memory>
+#include <random>
 
 namespace host
 {
 namespace
 {
 constexpr std::size_t deepestLevel = 8;
+
+/// Drawn once a process, as a parser without one draws its own each time: it keeps whoever sends a document from
+/// choosing names that all fall into one place of the parser's tables. Never 0, which means none.
+unsigned long hashSalt()
+{
+  static const unsigned long salt = []
+  {
+    std::random_device source;
+    const std::uint64_t drawn = (std::uint64_t{source()} << 32U) | source();
+    return std::max(static_cast<unsigned long>(drawn), 1UL);
+  }();
+  return salt;
+}
 
 /// Builds the tree from the parser's calls. Nothing may be thrown through the parser, so a failure is kept, stops the
 /// parser and is thrown afterwards.
@@ -97,6 +113,7 @@ XmlNode parseXml(const char* text, std::size_t length)
   const std::unique_ptr<XML_ParserStruct, decltype(&XML_ParserFree)> parser(XML_ParserCreate(nullptr), &XML_ParserFree);
   if (!parser)
     throw std::bad_alloc();
+  XML_SetHashSalt(parser.get(), hashSalt());
   TreeBuilder builder(parser.get());
   const XML_Status status = XML_Parse(parser.get(), text, static_cast<int>(length), XML_TRUE);
   if (builder.failure)

@@ -1,0 +1,54 @@
+#include "DasUpdatePlan.h"
+
+#include <limits>
+#include <utility>
+
+#include "Refusal.h"
+
+namespace host
+{
+namespace
+{
+constexpr std::size_t nowhere = std::numeric_limits<std::size_t>::max();
+} // namespace
+
+DasUpdatePlan::DasUpdatePlan(const DasTable& updatedTable) : table(updatedTable), places(table.columns.size(), nowhere)
+{
+}
+
+void DasUpdatePlan::beginOnlyRow()
+{
+  rows.emplace_back();
+}
+
+void DasUpdatePlan::beginRow(std::string index)
+{
+  if (!rows.empty() && rows.back().values.front() == index)
+    return;
+  if (!rows.empty())
+    for (const DasColumn* column : rows.back().columns)
+      placeOf(*column) = nowhere;
+  rows.emplace_back().values.push_back(std::move(index));
+}
+
+void DasUpdatePlan::set(DasCell& cell)
+{
+  const DasColumn* column = table.find(cell.column);
+  if (column == nullptr)
+    throw Refusal("schema '" + table.schema + "' has no column '" + cell.column + "'");
+  RowChange& row = rows.back();
+  std::size_t& place = placeOf(*column);
+  if (place == nowhere)
+  {
+    place = row.values.size();
+    row.columns.push_back(column);
+    row.values.emplace_back();
+  }
+  row.values[place] = std::move(cell.value);
+}
+
+std::size_t& DasUpdatePlan::placeOf(const DasColumn& column)
+{
+  return places[static_cast<std::size_t>(&column - table.columns.data())];
+}
+} // namespace host
