@@ -142,7 +142,8 @@ void Model::handOverRecords(bool failed)
     }
     catch (...)
     {
-      thrown = std::current_exception();
+      if (thrown == nullptr)
+        thrown = std::current_exception();
     }
   }
   if (thrown != nullptr)

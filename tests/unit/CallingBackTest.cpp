@@ -315,4 +315,62 @@ TEST_F(CallingBack, EveryCallbackOfAWholeLifeMayCallEveryOperation)
   EXPECT_THAT(access.changedItems, IsEmpty());
 }
 
+TEST_F(CallingBack, TheKindOfAnInnerReplyCarriesOverWhileTheOuterOneReadsNone)
+{
+  load({ItemLine("a").das("S", "A").set("a"), ItemLine("other").das("T", "D")});
+  setter("a").hook = [&] { EXPECT_EQ(read("other"), "inner"); };
+  das.replies = {readReply("T", "<D>inner</D>"), R"(<Schema name="S"><A>1</A></Schema>)"};
+  EXPECT_TRUE(manager.setData(*request({{"a", "1"}}))) << "judged as a read reply, by the kind before";
+  EXPECT_EQ(access.reply.schema, "S");
+}
+
+TEST_F(CallingBack, TheKindOfTheReplyBeforeCarriesOverToAnInnerOne)
+{
+  load({ItemLine("a").das("S", "A").set("a"), ItemLine("other").das("T", "D")});
+  manager.setData(*request({{"other", "sent"}}));
+  read("other");
+  das.replies = {readReply("T", "<D>before</D>"), R"(<Schema name="T"><D>inner</D></Schema>)"};
+  EXPECT_EQ(read("other"), "before");
+  setter("a").hook = [&] { EXPECT_EQ(read("other"), "inner"); };
+  manager.setData(*request({{"a", "1"}}));
+}
+
+TEST_F(CallingBack, WhatIsGotRidOfWhileAnOperationFreesWaitsForItsTurn)
+{
+  load({ItemLine("a").das("S", "A").both("a")});
+  access.items.push_back(new unit::NotingItem("noting",
+                                              [&]
+                                              {
+                                                manager.deleteGetters();
+                                                recording::note("still in the item's destructor");
+                                              }));
+  setter("a").hook = [&] { manager.clearAllManagedData(); };
+  const auto lines = traced(
+      [&]
+      {
+        manager.manageableDataChanged(*request({}));
+        manager.setData(*request({{"a", "1"}}));
+      });
+  const auto freed = std::find(lines.begin(), lines.end(), "delete item noting");
+  EXPECT_THAT(std::vector<std::string>(freed, lines.end()),
+              ElementsAre("delete item noting", "still in the item's destructor", "delete getter a"));
+}
+
+TEST_F(CallingBack, AnOperationInADestructorIsAnInnerOneWhileTheOuterFrees)
+{
+  load({ItemLine("a").das("S", "A").set("a")});
+  int running = 0;
+  access.items.push_back(new unit::NotingItem("noting",
+                                              [&]
+                                              {
+                                                setter("a").hook = [&] { running = access.runningOperations; };
+                                                load({ItemLine("b").das("S", "B").set("a")});
+                                                manager.setData(*request({{"b", "2"}}));
+                                              }));
+  setter("a").hook = [&] { manager.clearAllManagedData(); };
+  manager.setData(*request({{"a", "1"}}));
+  EXPECT_EQ(running, 2);
+  EXPECT_EQ(access.runningOperations, 0);
+}
+
 } // namespace

@@ -218,4 +218,79 @@ TEST_F(FailedOperation, DropsWhatItHadGatheredBeforeAnInnerOneLeftRecords)
   EXPECT_THAT(access.pendingRecords, Not(Contains("Snmp set U(outer)")));
 }
 
+/// Runs a call while another exception passes.
+template <typename Call>
+void beside(Call call)
+{
+  struct AtTheEnd
+  {
+    ~AtTheEnd()
+    {
+      call();
+    }
+    Call& call;
+  };
+  try
+  {
+    const AtTheEnd guard{call};
+    throw std::runtime_error("another");
+  }
+  catch (const std::runtime_error&)
+  {
+    return;
+  }
+}
+
+TEST_F(FailedOperation, NothingFailsBecauseAnotherExceptionPasses)
+{
+  bool done = false;
+  beside([&] { done = manager.setData(*request({{"g", "1"}, {"u", "2"}})); });
+  EXPECT_TRUE(done);
+  EXPECT_THAT(access.groups, IsEmpty());
+  EXPECT_THAT(recording::traceOf("clearGroup"), ElementsAre("clearGroup(\"earlier\")", "clearGroup(\"own\")"));
+}
+
+TEST_F(FailedOperation, AResetBesideAnotherExceptionFlagsWhatItsReplyFlagsOnly)
+{
+  access.groups.clear();
+  access.userDataIds = {"g"};
+  getter("g").value = "other";
+  beside([&] { EXPECT_TRUE(manager.setDefaultUserData()); });
+  EXPECT_THAT(access.groups, IsEmpty()) << "the value went through, so its group is not flagged";
+}
+
+TEST_F(FailedOperation, CleansUpBesideAnotherExceptionAsWell)
+{
+  setter("u").hook = throwIt;
+  beside([&] { EXPECT_THROW(manager.setData(*request({{"g", "1"}, {"u", "2"}})), Thrown); });
+  expectEarlierIsLeft();
+  EXPECT_THAT(recording::traceOf("clearGroup"), ElementsAre("clearGroup(\"own\")"));
+}
+
+TEST_F(FailedOperation, ForgetsEveryGroupOfAValidatorThatThrowsWhatIsNoException)
+{
+  load({ItemLine("h").das("S", "H").set("h").group("other")});
+  validator.hook = [] { throw 42; };
+  EXPECT_THROW(manager.setData(*request({{"g", "1"}, {"h", "2"}})), int);
+  EXPECT_THAT(recording::traceOf("clearGroup"), ElementsAre("clearGroup(\"other\")", "clearGroup(\"own\")"));
+  EXPECT_THAT(access.groups, ElementsAre(Key("earlier")));
+}
+
+TEST_F(FailedOperation, HandsOverEveryRecordToASecurityLogThatThrowsWhatIsNoException)
+{
+  load({ItemLine("v").das("Snmp", "V").set("v")});
+  int number = 0;
+  securityLog.hook = [&] { throw ++number; };
+  try
+  {
+    manager.setData(*request({{"u", "1"}, {"v", "2"}}));
+    ADD_FAILURE() << "nothing was thrown";
+  }
+  catch (int thrown)
+  {
+    EXPECT_EQ(thrown, 1) << "the first failure is told";
+  }
+  EXPECT_EQ(recording::traceOf("logSecurityEvent").size(), 2U);
+}
+
 } // namespace

@@ -123,6 +123,12 @@ TEST_F(ItemMapFileTest, ReadsAnItemWithElevenCommasButNotWithTen)
   EXPECT_THAT(firstColumns("a,,,,,,,,,,b\nc,,,,,,,,,,,\n"), ElementsAre("?", "c"));
 }
 
+TEST_F(ItemMapFileTest, KnowsNoComments)
+{
+  for (const std::string sign : {"#", "//", ";", "--", "%"})
+    EXPECT_THAT(firstColumns(sign + "a" + elevenCommas + "\n" + sign + "only a remark\n"), ElementsAre(sign + "a", "?"));
+}
+
 TEST_F(ItemMapFileTest, KnowsNoQuoting)
 {
   EXPECT_THAT(firstColumns("\"a,b\"" + elevenCommas + "\n"), ElementsAre("\"a"));

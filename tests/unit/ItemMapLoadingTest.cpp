@@ -324,4 +324,13 @@ TEST_F(ItemMapLoadingTest, LoadsAThousandLines)
   EXPECT_EQ(access.items.back()->rootId, "item-999");
 }
 
+TEST_F(ItemMapLoadingTest, LoadsALineThatBeginsWithAHashAsAnItem)
+{
+  loadFile("#a,S,c,,,,,,,,,\n# only a remark\n");
+  ASSERT_EQ(access.items.size(), 1U);
+  EXPECT_EQ(manager.getPublishedItem("#a"), access.items.front());
+  EXPECT_EQ(recording::trace().back(),
+            "log 2 setAllManagedData line 2 of \"CommsSettings.csv\" has fewer than 12 columns");
+}
+
 } // namespace

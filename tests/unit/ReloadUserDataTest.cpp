@@ -387,4 +387,43 @@ TEST_F(ReloadUserDataTest, PassesOnThatAReplyEndsWithTheNameOfTheColumn)
   EXPECT_EQ(recording::behaviour().lockDepth, 0);
 }
 
+TEST_F(ReloadUserDataTest, SetsNoItemThatWasClearedWhileItsValueWasRead)
+{
+  load({userItem("key")});
+  das.hook = [&]
+  {
+    das.hook = nullptr;
+    manager.clearAllManagedData();
+  };
+  reloading();
+  EXPECT_THAT(recording::traceOf("set key"), IsEmpty());
+}
+
+TEST_F(ReloadUserDataTest, SetsNoItemThatWasClearedWhileItsValueWasDecrypted)
+{
+  load({userItem("key").encrypted()});
+  recording::behaviour().everyCall = [&](const std::string& name)
+  {
+    if (name == "fromEncryptedText")
+      manager.clearAllManagedData();
+  };
+  reloading();
+  EXPECT_THAT(recording::trace(), ::testing::Contains(::testing::StartsWith("fromEncryptedText")));
+  EXPECT_THAT(recording::traceOf("set key"), IsEmpty());
+}
+
+TEST_F(ReloadUserDataTest, ReadsTheValueOfTheItemThatIsThereAfterTheRead)
+{
+  load({userItem("key").encrypted()});
+  das.hook = [&]
+  {
+    das.hook = nullptr;
+    manager.clearAllManagedData();
+    load({userItem("key")});
+  };
+  reloading();
+  EXPECT_THAT(recording::traceOf("fromEncryptedText"), IsEmpty());
+  EXPECT_THAT(recording::traceOf("set key"), ElementsAre(R"(set key("v-key", ""))"));
+}
+
 } // namespace

@@ -262,6 +262,22 @@ TEST_F(ReplyParser, KeepsSchemaAndRowAtASchemaWithoutAName)
   EXPECT_THAT(import(R"(<Schema title="T" Name="T"><C>b</C></Schema>)"), ElementsAre(R"(set one("b", "1"))"));
 }
 
+TEST_F(ReplyParser, TakesNoAttributeForTheNameThatMerelyBeginsOrEndsLikeIt)
+{
+  EXPECT_TRUE(collect(replyOf("update_response", "S", "")));
+  EXPECT_TRUE(collect(R"(<Schema names="T" nam="U" rename="V" Name="W"/>)"));
+  EXPECT_EQ(access.reply.schema, "S");
+  EXPECT_TRUE(collect(R"(<Schema namespace="T" name="X" name2="Y"/>)"));
+  EXPECT_EQ(access.reply.schema, "X");
+}
+
+TEST_F(ReplyParser, TakesTheFirstNameOfTwo)
+{
+  const char* attributes[] = {"name", "first", "name", "second", nullptr};
+  DASStartElementHandler(&manager, "Schema", attributes);
+  EXPECT_EQ(access.reply.schema, "first");
+}
+
 TEST_F(ReplyParser, TakesTheNameAmongOtherAttributes)
 {
   load({ItemLine("i").das("S", "C").set("i")});

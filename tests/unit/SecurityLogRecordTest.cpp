@@ -28,6 +28,9 @@ TEST(IsSecurityLogRequired, KnowsOneColumnOfAnySchema)
   EXPECT_FALSE(isSecurityLogRequired("Other", "callforwardingallowed"));
   EXPECT_FALSE(isSecurityLogRequired("CallForwardingAllowed", "Other"));
   EXPECT_FALSE(isSecurityLogRequired("Other", ""));
+  EXPECT_FALSE(isSecurityLogRequired("Other", "CallForwardingAllowedTo"));
+  EXPECT_FALSE(isSecurityLogRequired("Other", "NoCallForwardingAllowed"));
+  EXPECT_FALSE(isSecurityLogRequired("Other", "CallForwardingAllow"));
 }
 
 class ConsctructSecurityLog : public ::testing::Test

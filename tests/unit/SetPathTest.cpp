@@ -341,4 +341,25 @@ TEST_F(SetPath, DecidesTheResultFromDatabaseAndRejects)
   EXPECT_FALSE(access.isSetOperationSuccessful(true, unchanged));
 }
 
+TEST_F(SetPath, HasAllRejectReasonsInTheRequestBeforeItSends)
+{
+  load({ItemLine("a").das("S", "A").set("a"), ItemLine("b").das("S", "B").set("b"),
+        ItemLine("g").das("S", "G").set("g").group("grp")});
+  refuse("b", "bad value");
+  validator.groups["grp"] = {false, "bad group", {}};
+  std::vector<std::string> whileSending;
+  das.hook = [&] { whileSending = rejects(); };
+  set({{"a", "1"}, {"b", "2"}, {"g", "3"}});
+  EXPECT_THAT(whileSending, ElementsAre("|/|bad group", "b|b|bad value"));
+}
+
+TEST_F(SetPath, KeepsTheRejectReasonsWhenTheDatabaseThrows)
+{
+  load({ItemLine("a").das("S", "A").set("a"), ItemLine("b").das("S", "B").set("b")});
+  refuse("b", "bad value");
+  das.hook = [] { throw std::runtime_error("database"); };
+  EXPECT_THROW(set({{"a", "1"}, {"b", "2"}}), std::runtime_error);
+  EXPECT_THAT(rejects(), ElementsAre("b|b|bad value"));
+}
+
 } // namespace

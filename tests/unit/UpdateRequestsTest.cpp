@@ -344,4 +344,23 @@ TEST_F(SendDASRequests, AsksForNoSecurityLogWithoutRecords)
   EXPECT_TRUE(sent);
 }
 
+TEST_F(SendDASRequests, KeepsARecordThatComesDuringAHandOverForTheNextOne)
+{
+  access.pendingRecords = {"first", "second"};
+  securityLog.hook = [&]
+  {
+    securityLog.hook = nullptr;
+    access.pendingRecords.push_back("third");
+  };
+  EXPECT_THAT(send({{"A", "<a>"}}, &das), ::testing::Not(::testing::Contains(event("done", "third"))));
+  EXPECT_THAT(access.pendingRecords, ElementsAre("third"));
+}
+
+TEST_F(SendDASRequests, HandsOverRecordsThatAreNoLongerPending)
+{
+  access.pendingRecords = {"first"};
+  securityLog.hook = [&] { EXPECT_THAT(access.pendingRecords, IsEmpty()); };
+  send({{"A", "<a>"}}, &das);
+}
+
 } // namespace
