@@ -99,11 +99,16 @@ if(SDM_OVER_HOST)
     DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" COMPONENT host)
 endif()
 
-# Texts and examples, laid out as in the tree so that their links hold.
+# Texts and examples, laid out as in the tree so that their links hold; what those that lead to sources lead to is said.
 install(FILES "${PROJECT_SOURCE_DIR}/README.md" "${PROJECT_SOURCE_DIR}/CHANGELOG.md"
-  "${PROJECT_SOURCE_DIR}/SECURITY.md"
   DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT doc)
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs" "${PROJECT_SOURCE_DIR}/examples"
   DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT doc
   PATTERN man EXCLUDE
   PATTERN api EXCLUDE)
+install(CODE "cmake_path(ABSOLUTE_PATH CMAKE_INSTALL_PREFIX OUTPUT_VARIABLE sdm_texts)
+cmake_path(APPEND sdm_texts \"${CMAKE_INSTALL_DOCDIR}\")
+string(PREPEND sdm_texts \"\$ENV{DESTDIR}\")
+include(\"${PROJECT_SOURCE_DIR}/cmake/SdmInstalledTexts.cmake\")" COMPONENT doc)
+# The API reference, where scripts/api-reference has made it.
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/build/api/html/" DESTINATION "${CMAKE_INSTALL_DOCDIR}/api" COMPONENT doc OPTIONAL)
