@@ -6,10 +6,10 @@
 namespace sdm
 {
 
-const char* const schemaEnd = "</Schema>";
-
 namespace
 {
+
+const char* const schemaEnd = "</Schema>";
 
 /// Room for what mostly follows a request's beginning, so that the request grows once.
 constexpr std::size_t usualLength = 250;
@@ -21,6 +21,13 @@ std::string beginRequest(const std::string& schema, const char* reason)
   request.append(R"(<?xml version="1.0" encoding="utf-8"?><Schema name=")").append(schema);
   request.append(R"("><ReasonForMessage>)").append(reason).append("</ReasonForMessage>");
   return request;
+}
+
+/// As `createXmlElement`, written into the request's own room.
+void addElement(std::string& request, const std::string& name, const std::string& value)
+{
+  request.append("<").append(name).append(">").append(value);
+  request.append("</").append(name).append(">");
 }
 
 std::string beginColumnRequest(const ManagedDataItem& item)
@@ -53,17 +60,27 @@ std::string beginUpdateRequest(const std::string& schema)
   return beginRequest(schema, "update_request");
 }
 
-std::string updateCellGroup(const ManagedDataItem& item, const std::string& cell)
+void addUpdateCell(std::string& request, const ManagedDataItem& item, const std::string& cell)
 {
-  std::string group = createXmlElement(item.dasItem, cell);
-  if (!item.dasIndexName.empty())
-    group = createXmlElement("Entry", createXmlElement(item.dasIndexName, item.dasIndexValue) + group);
-  return group;
+  const bool hasRow = !item.dasIndexName.empty();
+  if (hasRow)
+    addElement(request.append("<Entry>"), item.dasIndexName, item.dasIndexValue);
+  addElement(request, item.dasItem, cell);
+  if (hasRow)
+    request.append("</Entry>");
+}
+
+void endUpdateRequest(std::string& request)
+{
+  request.append(schemaEnd);
 }
 
 std::string updateCellRequest(const ManagedDataItem& item, const std::string& cell)
 {
-  return beginUpdateRequest(item.dasSchema) + updateCellGroup(item, cell) + schemaEnd;
+  std::string request = beginUpdateRequest(item.dasSchema);
+  addUpdateCell(request, item, cell);
+  endUpdateRequest(request);
+  return request;
 }
 
 } // namespace sdm

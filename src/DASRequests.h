@@ -17,16 +17,16 @@ std::string readColumnRequest(const ManagedDataItem& item);
 /// One column of the item's own row.
 std::string readCellRequest(const ManagedDataItem& item);
 
-/// The beginning of a batched update; cell groups and the schema's end are still to follow.
+/// The beginning of a batched update; cells and the end are still to follow.
 std::string beginUpdateRequest(const std::string& schema);
 
-/// One cell of a batched update, inside an entry when the item has a row. `cell` is escaped or encrypted.
-std::string updateCellGroup(const ManagedDataItem& item, const std::string& cell);
+/// Adds one cell to a batched update, inside an entry when the item has a row. `cell` is escaped or encrypted.
+void addUpdateCell(std::string& request, const ManagedDataItem& item, const std::string& cell);
+
+/// Ends a batched update: the text is a whole request from then on.
+void endUpdateRequest(std::string& request);
 
 /// A whole update request of one cell, whose text is inserted as it is.
 std::string updateCellRequest(const ManagedDataItem& item, const std::string& cell);
-
-/// The end of every request.
-extern const char* const schemaEnd;
 
 } // namespace sdm

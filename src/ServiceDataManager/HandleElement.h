@@ -9,20 +9,22 @@
 
 /// Runs one of the element handlers. What it throws during a parse is kept for the parse's caller and stops the
 /// parser, which may still report an element or two: those are ignored.
-template <typename Handler>
-void ServiceDataManager::handleElement(Handler handler)
+template <typename... Text>
+void ServiceDataManager::handleElement(void (ServiceDataManager::*handler)(Text...), Text... text)
 {
+  // Whoever runs the parser holds it.
+  lockIsHeld();
   sdm::DASReplyState& state = *reply;
   if (state.failure != nullptr)
     return;
   if (state.parser == nullptr)
   {
-    handler();
+    (this->*handler)(text...);
     return;
   }
   try
   {
-    handler();
+    (this->*handler)(text...);
   }
   catch (...)
   {

@@ -59,20 +59,15 @@ private:
   std::array<std::string, static_cast<std::size_t>(sdm::ItemMapColumn::count)> texts;
 };
 
-/// Tells what is wrong with the current line, of a line that is read in pieces once. `toldTooLong` is the number of the
-/// last line that was told as too long.
-void tellOfLine(const sdm::ItemMapFile& file, sdm::ItemMapFile::Line kind, unsigned long& toldTooLong)
+/// Tells why the current line is skipped: of a line that is read in pieces once, by its length. `toldTooLong` is the
+/// number of the last line that was told so.
+void tellOfSkippedLine(const sdm::ItemMapFile& file, unsigned long& toldTooLong)
 {
-  if (file.lineIsTooLong())
-  {
-    if (std::exchange(toldTooLong, file.lineNumber()) != file.lineNumber())
-      SDM_LOG(2, "setAllManagedData line %lu of \"%s\" is longer than %zu characters", file.lineNumber(),
-              itemMapFileName, sdm::ItemMapFile::longestLine);
-  }
-  else if (kind == sdm::ItemMapFile::Line::tooFewColumns)
-  {
+  if (!file.lineIsTooLong())
     SDM_LOG(2, "setAllManagedData line %lu of \"%s\" has fewer than 12 columns", file.lineNumber(), itemMapFileName);
-  }
+  else if (std::exchange(toldTooLong, file.lineNumber()) != file.lineNumber())
+    SDM_LOG(2, "setAllManagedData line %lu of \"%s\" is longer than %zu characters", file.lineNumber(), itemMapFileName,
+            sdm::ItemMapFile::longestLine);
 }
 
 /// The entries of a dictionary, item by item.
@@ -147,9 +142,11 @@ void ServiceDataManager::loadItemMapFile(sdm::ItemMapFile& file)
       SDM_LOG(2, "setAllManagedData Can't read \"%s\": %s", itemMapFileName, std::strerror(errno));
       return;
     }
-    tellOfLine(file, kind, tooLong);
     if (kind == Line::tooFewColumns)
+    {
+      tellOfSkippedLine(file, tooLong);
       continue;
+    }
     line.read(file);
     const std::string& rootId = line[Column::rootId];
     if (!line[Column::userData].empty())

@@ -1,5 +1,4 @@
 // A manager's beginning and end, and what it forgets in between.
-#include <algorithm>
 #include <utility>
 
 #include <LocalMgmtIfc.h>
@@ -12,7 +11,6 @@
 #include "OCMSSubscribeMap.h"
 #include "Retire.h"
 #include "ServiceDataManager.h"
-#include "itemsByRootId.h"
 
 std::unique_ptr<ServiceDataManagerIfc> makeServiceDataManager()
 {
@@ -78,32 +76,4 @@ void ServiceDataManager::discardItemsFrom(std::size_t first)
     items.pop_back();
     retire(std::move(last));
   }
-}
-
-ManagedDataItem* ServiceDataManager::getItem(const std::string& name)
-{
-  const Hold hold(*this);
-  return observedItem(name);
-}
-
-ManagedDataItem* ServiceDataManager::observedItem(const std::string& rootId) const
-{
-  return ocmsSubscribeMap ? sdm::itemWithRootId(ocmsSubscribeMap->getItemMap(), rootId) : nullptr;
-}
-
-ManagedDataItem* ServiceDataManager::getPublishedItem(const std::string& name)
-{
-  const Hold hold(*this);
-  return publishedItem(name);
-}
-
-ManagedDataItem* ServiceDataManager::publishedItem(const std::string& rootId) const
-{
-  return ocmsPublishMap ? sdm::itemWithRootId(ocmsPublishMap->getItemMap(), rootId) : nullptr;
-}
-
-bool ServiceDataManager::isItemManaged(const std::string& name) const
-{
-  return std::any_of(items.begin(), items.end(),
-                     [&](const ManagedDataItem* item) { return item != nullptr && item->dasItem == name; });
 }

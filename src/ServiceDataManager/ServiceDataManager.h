@@ -163,8 +163,8 @@ private:
   // Replies of the database.
   bool parseXMLDasReply(std::string& text, bool importMode, std::string* values) SDM_NEEDS(this);
   bool runParser(const std::string& text) SDM_NEEDS(this);
-  template <typename Handler>
-  void handleElement(Handler handler) SDM_NEEDS(this);
+  template <typename... Text>
+  void handleElement(void (ServiceDataManager::*handler)(Text...), Text... text);
   void startElementHandler(const char* name, const char** atts) SDM_NEEDS(this);
   void characterDataHandler(const char* s, int len) SDM_NEEDS(this);
   void endElementHandler(const char* name) SDM_NEEDS(this);

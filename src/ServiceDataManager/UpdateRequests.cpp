@@ -50,17 +50,15 @@ void ServiceDataManager::addDASItemEntry(std::map<std::string, std::string>& req
     DasCrypt::toEncryptedText(value, cell);
   else
     cell = ClientUtils::escapeXMLString(value);
-  const std::string cellGroup = sdm::updateCellGroup(*item, cell);
-
   if (isSecurityLogRequired(item->dasSchema, item->dasItem))
     pendingSecurityLogRecords.push_back(consctructSecurityLog(item, value));
-  SDM_TRACE(6, "addDASItemEntry:'%s'\n", cellGroup.c_str());
 
-  const auto request = requests.find(item->dasSchema);
-  if (request != requests.end())
-    request->second += cellGroup;
-  else
-    requests.emplace(item->dasSchema, sdm::beginUpdateRequest(item->dasSchema) + cellGroup);
+  auto request = requests.find(item->dasSchema);
+  if (request == requests.end())
+    request = requests.emplace(item->dasSchema, sdm::beginUpdateRequest(item->dasSchema)).first;
+  const std::size_t before = request->second.size();
+  sdm::addUpdateCell(request->second, *item, cell);
+  SDM_TRACE(6, "addDASItemEntry:'%s'\n", request->second.c_str() + before);
 }
 
 void ServiceDataManager::updateDasRequestSingleValidGroup(std::map<std::string, std::string>& requests,
@@ -97,7 +95,10 @@ bool ServiceDataManager::sendDASRequests(std::map<std::string, std::string>& req
   try
   {
     for (auto& request : requests)
-      sent = sendUpdateRequest(*das, request.second.append(sdm::schemaEnd));
+    {
+      sdm::endUpdateRequest(request.second);
+      sent = sendUpdateRequest(*das, request.second);
+    }
   }
   catch (...)
   {

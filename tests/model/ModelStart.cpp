@@ -72,7 +72,7 @@ struct Line
 {
   /// Known to be too high behind a long line with a NUL byte in it.
   int number;
-  bool first, tooLong;
+  bool tooLong;
   std::string text;
 };
 
@@ -98,7 +98,7 @@ std::vector<Line> linesOf(std::istream& file)
       ++number;
       tooLong = continued && at < whole.size() && whole[at] != '\n';
     }
-    lines.push_back({number, first, tooLong, seen});
+    lines.push_back({number, tooLong, seen});
   }
   return lines;
 }
@@ -122,10 +122,9 @@ void Model::readFile(std::istream& file)
 {
   PhysicalInterfaceServiceIfc* const interfaces = service(interfacesFound, "PhysicalInterfaceServiceIfc");
   const uint32_t count = interfaces == nullptr ? 0 : interfaces->getInterfaceCount();
-  for (auto& [number, first, tooLong, line] : linesOf(file))
+  int toldTooLong = 0;
+  for (auto& [number, tooLong, line] : linesOf(file))
   {
-    if (first && tooLong)
-      say(2, "setAllManagedData line %d of \"CommsSettings.csv\" is longer than 500 characters", number);
     if (!line.empty() && line.back() == '\n')
       line.pop_back();
     if (line.size() <= 9)
@@ -136,6 +135,9 @@ void Model::readFile(std::istream& file)
       // Skipped, and told: a decision of the project, as is a unit without the service that counts its interfaces.
       if (!tooLong)
         say(2, "setAllManagedData line %d of \"CommsSettings.csv\" has fewer than 12 columns", number);
+      else if (toldTooLong != number)
+        say(2, "setAllManagedData line %d of \"CommsSettings.csv\" is longer than 500 characters", number);
+      toldTooLong = tooLong ? number : toldTooLong;
       continue;
     }
     if (!c[8].empty())

@@ -124,7 +124,7 @@ TEST_F(ItemMapLoadingTest, SkipsALineOfTooFewColumnsAndReadsOn)
   EXPECT_THAT(access.userDataIds, IsEmpty());
 }
 
-TEST_F(ItemMapLoadingTest, TellsOfALineThatIsTooLongOnceWhateverItsPiecesHold)
+TEST_F(ItemMapLoadingTest, TellsOnceThatALineIsTooLongWhosePiecesAreSkipped)
 {
   const std::string tooLong = "log 2 setAllManagedData line 2 of \"CommsSettings.csv\" is longer than 500 characters";
   const std::string tooFew = "log 2 setAllManagedData line 3 of \"CommsSettings.csv\" has fewer than 12 columns";
@@ -139,6 +139,13 @@ TEST_F(ItemMapLoadingTest, TellsOfALineThatIsTooLongOnceWhateverItsPiecesHold)
       recording::trace().clear();
     }
   }
+}
+
+TEST_F(ItemMapLoadingTest, TellsNothingOfALongLineThatSkipsNothing)
+{
+  loadFile("a,,,,,,,,,,," + std::string(490, 'x') + "\n");
+  EXPECT_THAT(recording::traceOf("log 2"), IsEmpty());
+  EXPECT_EQ(access.items.size(), 1U);
 }
 
 TEST_F(ItemMapLoadingTest, TellsOfEveryLineThatIsTooLong)

@@ -70,8 +70,19 @@ TEST(Requests, UpdateOneCellOfARow)
 
 TEST(Requests, ACellWithoutARowStandsBareUnderItsSchema)
 {
-  EXPECT_EQ(sdm::updateCellGroup(item(""), "x"), "<C>x</C>");
-  EXPECT_EQ(sdm::updateCellGroup(item("Idx"), "x"), "<Entry><Idx>2</Idx><C>x</C></Entry>");
+  std::string request;
+  sdm::addUpdateCell(request, item(""), "x");
+  EXPECT_EQ(request, "<C>x</C>");
+  sdm::addUpdateCell(request, item("Idx"), "y");
+  EXPECT_EQ(request, "<C>x</C><Entry><Idx>2</Idx><C>y</C></Entry>");
+}
+
+TEST(Requests, OfSeveralCellsAreWholeOnceTheyAreEnded)
+{
+  std::string request = sdm::beginUpdateRequest("S");
+  sdm::addUpdateCell(request, item("Idx"), "<raw&>");
+  sdm::endUpdateRequest(request);
+  EXPECT_EQ(request, sdm::updateCellRequest(item("Idx"), "<raw&>"));
 }
 
 class StripXml : public ManagerTest
