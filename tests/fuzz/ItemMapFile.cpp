@@ -41,6 +41,8 @@ struct Reading
   std::vector<Columns> lines;
   std::size_t passedOver = 0;
   std::size_t all = 0;
+  /// Lines that the log tells of: one for a line that is skipped, and one for all skipped pieces of a longer one.
+  std::size_t told = 0;
 };
 
 Columns columnsOf(const std::string& line)
@@ -55,6 +57,9 @@ Columns columnsOf(const std::string& line)
 Reading plainReading(const std::string& file)
 {
   Reading reading;
+  bool continues = false;
+  bool tooLong = false;
+  bool toldTooLong = false;
   for (std::size_t place = 0; place < file.size();)
   {
     const std::size_t end = std::min(file.find('\n', place), file.size() - 1) + 1;
@@ -62,12 +67,23 @@ Reading plainReading(const std::string& file)
     place += line.size();
     ++reading.all;
     std::string text = line.substr(0, line.find('\0'));
+    const bool first = !continues;
+    continues = text.size() == 500 && text.back() != '\n';
+    if (first)
+    {
+      tooLong = continues && place < file.size() && file[place] != '\n';
+      toldTooLong = false;
+    }
     if (!text.empty() && text.back() == '\n')
       text.pop_back();
     if (text.size() < 10)
+    {
       ++reading.passedOver;
-    else
-      reading.lines.push_back(columnsOf(text));
+      continue;
+    }
+    reading.lines.push_back(columnsOf(text));
+    if (reading.lines.back().empty() && !(tooLong && std::exchange(toldTooLong, true)))
+      ++reading.told;
   }
   return reading;
 }
@@ -119,14 +135,10 @@ void checkManager(const Reading& expected, std::uint32_t interfaceCount)
 
   std::vector<Columns> wanted;
   std::vector<std::string> userData;
-  std::size_t lacking = 0;
   for (const Columns& line : expected.lines)
   {
     if (line.empty())
-    {
-      ++lacking;
       continue;
-    }
     const bool alternative = interfaceCount >= 2 && interfaceCount <= 4 && !line[10].empty();
     wanted.push_back({line[0], line[1], line[2], line[3], line[4], line[alternative ? 10 : 5],
                       line[6] == "known" ? "set" : "", line[7] == "known" ? "get" : "", line[9], line[11]});
@@ -140,7 +152,7 @@ void checkManager(const Reading& expected, std::uint32_t interfaceCount)
                       item->isGroupItem, item->dasEncrypted});
   fuzz::requireEqual(described(loaded), described(wanted), "the manager has an item for each line that is one");
   fuzz::requireEqual(fuzz::lines(access.userDataIds), fuzz::lines(userData), "marked items are user data");
-  fuzz::require(recording::traceOf("log 2 setAllManagedData line").size() == lacking, "lines without columns are told");
+  fuzz::require(recording::traceOf("log 2 setAllManagedData line").size() == expected.told, "skipped lines are told");
   manager.deleteSetters();
   manager.deleteGetters();
 }
