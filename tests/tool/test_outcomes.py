@@ -1,7 +1,7 @@
 """Done is what was done: outcomes come from what happened, and whatever was printed as refused is an exit code."""
 import json
 import os
-import shutil
+import sqlite3
 import stat
 import subprocess
 import unittest
@@ -104,7 +104,31 @@ class ManySchemas(ProgramTest):
         self.assertEqual(run.code, 1)
 
 
-class SecretsWithoutKey(ProgramTest):
+class WithoutAFile(ProgramTest):
+    def run_without(self, name, *commands):
+        """As an ordinary user to whom everything but this file of the device belongs."""
+        path = os.path.join(self.device, name)
+        script = "".join(command + "\n" for command in commands).encode()
+        options = {}
+        if os.geteuid() == 0:
+            options = {"user": NOBODY, "group": NOBODY, "extra_groups": []}
+            os.chmod(self.folder, 0o755)
+            for folder, _, files in os.walk(self.device):
+                for each in [folder] + [os.path.join(folder, file) for file in files]:
+                    os.chown(each, NOBODY, NOBODY)
+            os.chown(path, 0, 0)
+        else:
+            os.chmod(path, 0)
+        try:
+            done = subprocess.run([SDM, "run", "--device", self.device], input=script, capture_output=True,
+                                  cwd=self.device, timeout=60, **options)
+        except PermissionError:
+            self.skipTest("no other user can start the program here")
+        os.chmod(path, stat.S_IRUSR | stat.S_IWUSR)
+        return Run(done)
+
+
+class SecretsWithoutKey(WithoutAFile):
     SET = "set sip.userName user22 sip.password passw22passw22"
     WHY = "the value of column 'Password' could not be encrypted, so what is stored stays: "
 
@@ -112,36 +136,8 @@ class SecretsWithoutKey(ProgramTest):
         super().setUp()
         self.run_script("set sip.userName user11 sip.password passw11passw11")
 
-    def stored(self):
-        """The pair as the service gets it, told by what a request with the same values changes."""
-        run = self.run_script("list sip.userName", "set sip.userName user11 sip.password passw11passw11")
-        self.assertEqual(run.row("sip.userName")[1], "user11")
-        return run
-
-    def run_without_key(self, *commands):
-        """As an ordinary user to whom the key does not belong."""
-        key = os.path.join(self.device, "das.key")
-        script = "".join(command + "\n" for command in commands).encode()
-        options = {}
-        if os.geteuid() == 0:
-            options = {"user": NOBODY, "group": NOBODY, "extra_groups": []}
-            os.chmod(self.folder, 0o755)
-            for path in [self.device] + [os.path.join(self.device, name) for name in os.listdir(self.device)]:
-                os.chown(path, NOBODY, NOBODY)
-            shutil.chown(os.path.join(self.device, "log", "device.log"), NOBODY, NOBODY)
-            os.chown(key, 0, 0)
-        else:
-            os.chmod(key, 0)
-        try:
-            done = subprocess.run([SDM, "run", "--device", self.device], input=script, capture_output=True,
-                                  cwd=self.device, timeout=60, **options)
-        except PermissionError:
-            self.skipTest("no other user can start the program here")
-        os.chmod(key, stat.S_IRUSR | stat.S_IWUSR)
-        return Run(done)
-
     def test_a_set_is_refused_and_says_why(self):
-        run = self.run_without_key(self.SET, "securitylog 1")
+        run = self.run_without("das.key", self.SET, "securitylog 1")
         self.assertEqual(run.code, 1)
         self.assertIn(self.WHY + "there is no key: ", run.out)
         self.assertIn("das.key: the key cannot be read: Permission denied", run.out)
@@ -150,12 +146,11 @@ class SecretsWithoutKey(ProgramTest):
 
     def test_the_old_secret_stays(self):
         before = self.cell()
-        self.run_without_key(self.SET, "reset", "reload", "restart")
+        self.run_without("das.key", self.SET, "reset", "reload", "restart")
         self.assertEqual(self.cell(), before)
-        self.assertIn("sip.userName = user11", self.stored().out)
+        self.assertEqual(self.run_script("list sip.").row("sip.password")[-1], "E", "the service has it again")
 
     def cell(self):
-        import sqlite3
         with sqlite3.connect(os.path.join(self.device, "das.db")) as database:
             return database.execute("SELECT UserName, Password FROM SipBaseSettings").fetchone()
 
@@ -182,10 +177,19 @@ class SecretsWithoutKey(ProgramTest):
         # What could not be decrypted is handed to the setter as it is, and that of passwords refuses a long text.
         for password, origin in (("short1", "database"), ("long11" * 8, "default")):
             self.run_script("set sip.userName user11 sip.password " + password)
-            run = self.run_without_key("list sip.password", "show sip.password", "explain sip.password")
+            run = self.run_without("das.key", "list sip.password", "show sip.password", "explain sip.password")
             self.assertEqual(run.row("sip.password")[3], origin)
             self.assertEqual(run.after("  from"), origin)
             self.assertIn("from: %s, " % origin, run.after("sip.password = "))
+
+
+class RecordsThatNobodyTakes(WithoutAFile):
+    def test_the_notice_says_what_becomes_of_changes(self):
+        self.run_script("set snmp.contact before")
+        run = self.run_without("security.log", "set snmp.contact abc")
+        self.assertIn("until then changes that need a record of it are made without one", run.out)
+        self.assertIn("what the database took stays there without them", run.lines()[-1])
+        self.assertEqual((run.code, self.get("snmp.contact")), (1, "abc"))
 
 
 class RecordsThatAreLost(ProgramTest):

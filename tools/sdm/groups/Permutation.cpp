@@ -60,6 +60,7 @@ void noteValues(RunningDevice& device, const MapItem& item, RequestOutcome& outc
 
 void request(RunningDevice& device, ManageableData& data, RequestOutcome& outcome)
 {
+  device.takeOutcomes();
   try
   {
     outcome["result"] = device.service().set(data) ? "done" : "refused";
@@ -67,6 +68,13 @@ void request(RunningDevice& device, ManageableData& data, RequestOutcome& outcom
   catch (const std::exception& error)
   {
     outcome["result"] = std::string("throws: ") + error.what();
+  }
+  // The manager's answer is that of its last schema.
+  for (const DatabaseFailure& failure : device.takeOutcomes().failed(true))
+  {
+    if (outcome["result"] == "done")
+      outcome["result"] = "refused";
+    outcome["database " + failure.schema] = failure.reason;
   }
   for (const host::RejectReason& reject : host::rejectReasons(data))
     outcome[reject.rootId.empty() ? "group" : reject.rootId + " refused"] = reject.reason;

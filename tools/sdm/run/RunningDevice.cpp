@@ -69,7 +69,7 @@ RunningDevice::RunningDevice(const RunSettings& settings, record::Recorder* itsR
 try : loaded(settings.service.value_or(sampleService())), path(folderFor(settings, itsRecorder != nullptr)),
     map(usableMap(settings)), interfaces(settings.interfaces), table(map), masks(table), lostKey(isKeyLost(path)),
     platform(bringUp(path, settings)), events(path), historian(events, table, masks, interfaces), recorder(itsRecorder),
-    watched(*platform, listeners)
+    outcomes(table), watched(*platform, listeners)
 {
   beginRecord(settings);
   listeners.add(outcomes);
@@ -204,7 +204,7 @@ void RunningDevice::start(bool newKey)
   outcomes.take();
   const auto began = std::chrono::steady_clock::now();
   const bool registered = startService();
-  started = summarise(began, true);
+  started = summarise(began);
   started.registered = registered;
   started.newKey = newKey;
 }
@@ -224,7 +224,7 @@ StartSummary RunningDevice::restart()
   outcomes.take();
   const auto began = std::chrono::steady_clock::now();
   running->restart(itemMap);
-  started = summarise(began, false);
+  started = summarise(began);
   return started;
 }
 
@@ -233,28 +233,13 @@ PlatformReport RunningDevice::takeOutcomes()
   return outcomes.take();
 }
 
-// A start calls every setter of the database's items with the default, then those that have something to
-// import; a first start then calls every setter of the local items.
-StartSummary RunningDevice::summarise(std::chrono::steady_clock::time_point began, bool first)
+StartSummary RunningDevice::summarise(std::chrono::steady_clock::time_point began)
 {
   StartSummary summary;
-  const auto now = std::chrono::steady_clock::now();
-  summary.duration = now - began;
+  summary.duration = std::chrono::steady_clock::now() - began;
   summary.calls = running->takeReport();
   summary.platform = outcomes.take();
-  std::size_t expected = 0;
-  std::set<std::string> local;
-  for (const MapItem& item : table.items())
-  {
-    if (hasSetter(item) && item.isLocal())
-      local.insert(item.rootId);
-    else if (hasSetter(item))
-      ++expected;
-  }
-  expected += first ? local.size() : 0;
-  // A setter is not told where its value comes from. This relies on the manager calling each setter with a default
-  // exactly once, and once more for each column of a reply.
-  summary.imported = summary.calls.setterCalls - std::min(expected, summary.calls.setterCalls);
+  summary.imported = summary.platform.imported;
   summary.localValues = summary.calls.localValues;
   return summary;
 }

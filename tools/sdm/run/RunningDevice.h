@@ -103,7 +103,7 @@ private:
   bool startService();
   void start(bool newKey);
   void takeDown();
-  StartSummary summarise(std::chrono::steady_clock::time_point began, bool first);
+  StartSummary summarise(std::chrono::steady_clock::time_point began);
 
   LoadedService loaded;
   std::vector<std::string> mapNotices;

@@ -28,11 +28,28 @@ std::vector<DatabaseFailure> PlatformReport::failed(bool updates) const
   return found;
 }
 
+PlatformWatch::PlatformWatch(const ItemTable& items)
+{
+  for (const MapItem& item : items.items())
+  {
+    if (item.isLocal())
+      local.emplace(item.setter, item.indexValue);
+  }
+}
+
 PlatformReport PlatformWatch::take()
 {
   const std::lock_guard<std::mutex> hold(mutex);
+  asked = false;
   known.clear();
   return std::exchange(report, PlatformReport());
+}
+
+void PlatformWatch::setterEnded(const SetterCall& call)
+{
+  const std::lock_guard<std::mutex> hold(mutex);
+  if (asked && local.count({call.setter, call.row}) == 0)
+    ++report.imported;
 }
 
 void PlatformWatch::serviceSought(const std::string& interfaceName, bool found)
@@ -48,6 +65,7 @@ void PlatformWatch::exchangeEnded(const host::Exchange& exchange)
 {
   ExchangeOutcome outcome = outcomeOf(exchange);
   const std::lock_guard<std::mutex> hold(mutex);
+  asked = true;
   if (outcome.failure.empty())
     report.updatesTaken += outcome.update ? 1 : 0;
   else if (known.emplace(outcome.schema, outcome.update).second)

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "CallListener.h"
+#include "ItemTable.h"
 
 namespace cli
 {
@@ -41,6 +42,8 @@ struct PlatformReport
   /// In the order of their first ones.
   std::vector<DatabaseFailure> failures;
   std::size_t updatesTaken = 0;
+  /// Calls of the setters of database items behind the first request, which bring what a start reads.
+  std::size_t imported = 0;
   /// The database was looked for and not found, as was the store.
   bool noDatabase = false;
   bool noStore = false;
@@ -63,16 +66,22 @@ struct PlatformReport
 class PlatformWatch : public CallListener
 {
 public:
+  explicit PlatformWatch(const ItemTable& items);
+
   /// What was noted since the last call.
   PlatformReport take();
 
+  void setterEnded(const SetterCall& call) override;
   void serviceSought(const std::string& interfaceName, bool found) override;
   void exchangeEnded(const host::Exchange& exchange) override;
   void storeEnded(const StoreCall& call) override;
   void recordEnded(const RecordCall& call) override;
 
 private:
+  /// Setters and rows of items that the database does not have.
+  std::set<std::pair<std::string, std::string>> local;
   std::mutex mutex;
+  bool asked = false;
   PlatformReport report;
   /// By schema and kind, so that a service that nobody asks does not grow.
   std::set<std::pair<std::string, bool>> known;
