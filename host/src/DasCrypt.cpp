@@ -1,12 +1,8 @@
 #include "host/DasCrypt.h"
 
-#include <fcntl.h>
 #include <sodium.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <array>
-#include <cerrno>
 #include <mutex>
 #include <optional>
 #include <set>
@@ -17,9 +13,9 @@
 
 #include "Everlasting.h"
 #include "FaultLayer.h"
-#include "Files.h"
+#include "KeyFile.h"
 #include "NotEncrypted.h"
-#include "Trouble.h"
+#include "host/Error.h"
 
 namespace host
 {
@@ -28,21 +24,6 @@ namespace
 constexpr std::size_t nonceSize = crypto_secretbox_NONCEBYTES;
 constexpr std::size_t sealSize = crypto_secretbox_MACBYTES;
 constexpr int textVariant = sodium_base64_VARIANT_ORIGINAL;
-
-/// A key that does not stay in memory behind itself.
-class Key
-{
-public:
-  Key() = default;
-  ~Key()
-  {
-    sodium_memzero(bytes.data(), bytes.size());
-  }
-  Key(const Key&) = default;
-  Key& operator=(const Key&) = default;
-
-  std::array<unsigned char, crypto_secretbox_KEYBYTES> bytes{};
-};
 
 using Digest = std::array<unsigned char, crypto_generichash_BYTES_MIN>;
 
@@ -131,71 +112,6 @@ bool couldNotEncrypt(std::string& out, const std::string& why)
   return false;
 }
 
-void requireSafeKeyFile(const struct stat& status, const std::filesystem::path& file)
-{
-  if (!S_ISREG(status.st_mode))
-    throw Error(file.string() + ": is no regular file and so no key");
-  if ((status.st_mode & (S_IRWXG | S_IRWXO)) != 0)
-    throw Error(file.string() + ": the key is open to others than its owner; its mode must be 0600: chmod 600 it");
-  if (status.st_size != crypto_secretbox_KEYBYTES)
-    throw DamagedFile(file.string() + ": a key has " + std::to_string(crypto_secretbox_KEYBYTES) + " bytes, not " +
-                      std::to_string(status.st_size));
-}
-
-/// Nothing when there is no such file.
-std::optional<Key> readKey(const std::filesystem::path& file)
-{
-  const FileDescriptor input(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-  if (!input.isOpen() && errno == ENOENT)
-    return std::nullopt;
-  struct stat status = {};
-  if (!input.isOpen() || ::fstat(input.number(), &status) != 0)
-    throwSystemError(file, "the key cannot be read", errno);
-  requireSafeKeyFile(status, file);
-  Key key;
-  errno = 0;
-  if (::read(input.number(), key.bytes.data(), key.bytes.size()) != static_cast<ssize_t>(key.bytes.size()))
-    throwSystemError(file, "the key cannot be read", errno);
-  return key;
-}
-
-/// A file of its own beside `file`, removed at the end whatever happens.
-class TemporaryFile
-{
-public:
-  explicit TemporaryFile(const std::filesystem::path& file)
-      : name(file.string() + ".XXXXXX"), descriptor(::mkostemp(name.data(), O_CLOEXEC))
-  {
-    if (!descriptor.isOpen())
-      throwSystemError(file, "cannot be made", errno);
-  }
-  ~TemporaryFile()
-  {
-    ::unlink(name.c_str());
-  }
-  TemporaryFile(const TemporaryFile&) = delete;
-  TemporaryFile& operator=(const TemporaryFile&) = delete;
-
-  std::string name;
-  FileDescriptor descriptor;
-};
-
-/// Puts a whole key under the file's name, or leaves the one that another process has put there meanwhile.
-void makeKey(const std::filesystem::path& file)
-{
-  Key key;
-  crypto_secretbox_keygen(key.bytes.data());
-  const TemporaryFile temporary(file);
-  if (::fchmod(temporary.descriptor.number(), S_IRUSR | S_IWUSR) != 0)
-    throwSystemError(file, "cannot be made", errno);
-  writeAll(temporary.descriptor.number(), {reinterpret_cast<const char*>(key.bytes.data()), key.bytes.size()}, file);
-  if (::fsync(temporary.descriptor.number()) != 0)
-    throwSystemError(file, "cannot be made to last", errno);
-  if (::link(temporary.name.c_str(), file.c_str()) != 0 && errno != EEXIST)
-    throwSystemError(file, "cannot be made", errno);
-  syncFolderOf(file);
-}
-
 const unsigned char* bytesOf(const std::string& text)
 {
   return reinterpret_cast<const unsigned char*>(text.data());
@@ -229,15 +145,7 @@ void useKeyFile(const std::filesystem::path& file)
     throw Error("the encryption library cannot be started");
   try
   {
-    std::optional<Key> key = readKey(file);
-    if (!key)
-    {
-      makeKey(file);
-      key = readKey(file);
-    }
-    if (!key)
-      throw Error(file.string() + ": went away while it was made");
-    replaceKey(std::move(key));
+    replaceKey(readOrMakeKey(file));
   }
   catch (const Error& error)
   {
