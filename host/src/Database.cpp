@@ -1,5 +1,7 @@
 #include "Database.h"
 
+#include <fcntl.h>
+
 #include <cstdint>
 #include <sstream>
 
@@ -8,12 +10,24 @@
 #include "ScratchFolder.h"
 #include "SqliteDialect.h"
 #include "Trouble.h"
+#include "host/PrivateFiles.h"
 #include <logAppUni.h>
 
 namespace host
 {
 namespace
 {
+/// The database's library would make the file open to others. What it makes beside the file gets the file's mode. A
+/// file that is there stays closed here: closing it would end the locks that this process has on it. Why a file cannot
+/// be made the library tells.
+void makeFile(const std::filesystem::path& file)
+{
+  std::error_code unknown;
+  if (std::filesystem::symlink_status(file, unknown).type() != std::filesystem::file_type::not_found)
+    return;
+  const FileDescriptor made(openPrivate(file, O_RDWR));
+}
+
 // All of it is read for a check. Configuration is never that large, and what is has to be left to be found out.
 constexpr std::uintmax_t largestChecked = 64UL * 1024 * 1024;
 
@@ -62,7 +76,9 @@ void Database::beforeChange()
 
 void Database::openFile()
 {
-  open(SqliteDialect::connectionText(file));
+  const std::string connection = SqliteDialect::connectionText(file);
+  makeFile(file);
+  open(connection);
   prepareForDurability();
   requireSound();
 }

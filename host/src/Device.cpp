@@ -13,6 +13,7 @@
 #include "host/DasCrypt.h"
 #include "host/LockWatch.h"
 #include "host/PhysicalInterfaceServiceIfc.h"
+#include "host/PrivateFiles.h"
 #include "host/keepAside.h"
 #include "host/logAppUni.h"
 
@@ -38,10 +39,8 @@ void makeFolderLast(const std::filesystem::path& folder)
 
 std::filesystem::path existingFolder(const std::filesystem::path& folder)
 {
-  std::error_code failure;
   // Values of the local management store stand in the files as they are, so a new folder is its owner's alone.
-  if (std::filesystem::create_directories(folder, failure))
-    std::filesystem::permissions(folder, std::filesystem::perms::owner_all, failure);
+  const std::error_code failure = makePrivateFolders(folder);
   // A power cut would take the folder with all that is in it.
   makeFolderLast(folder);
   if (!std::filesystem::is_directory(folder))
@@ -53,7 +52,7 @@ std::filesystem::path existingFolder(const std::filesystem::path& folder)
 /// The file that is locked; on a disk that takes no changes it may be one that cannot be written, or the folder.
 FileDescriptor lockFile(const std::filesystem::path& file)
 {
-  FileDescriptor lock(::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR));
+  FileDescriptor lock(openPrivate(file, O_RDWR));
   const int reason = errno;
   if (lock.isOpen())
     return lock;
@@ -100,17 +99,45 @@ private:
 
 std::atomic<bool> OnlyDevice::exists{false};
 
+/// Before anything of the device is opened, its log included.
+std::vector<std::string> closedToOthers(const std::filesystem::path& folder)
+{
+  std::vector<std::string> sentences = closeToOthers(folder, {"das.db", "ocms.db", "das.key", "security.log"});
+  for (std::string& sentence : closeToOthers(folder / "log", {"device"}))
+    sentences.push_back(std::move(sentence));
+  if (std::string sentence = openFolder(folder); !sentence.empty())
+    sentences.push_back(std::move(sentence));
+  return sentences;
+}
+
 /// What the operator has to know.
 class Notices
 {
 public:
+  /// With what there is to know before there is a log.
+  explicit Notices(std::vector<std::string> early) : texts(std::move(early))
+  {
+  }
+
   void add(const std::string& text)
   {
     texts.push_back(text);
-    logAppUni("HostPlatform", "host/src/Device", 2, __LINE__, "%s", text.c_str());
+    log(text);
+  }
+
+  void logAll() const
+  {
+    for (const std::string& text : texts)
+      log(text);
   }
 
   std::vector<std::string> texts;
+
+private:
+  static void log(const std::string& text)
+  {
+    logAppUni("HostPlatform", "host/src/Device", 2, __LINE__, "%s", text.c_str());
+  }
 };
 
 class OpenLog
@@ -122,10 +149,12 @@ public:
     try
     {
       openLog({settings.folder / "log" / "device.log", settings.consoleLevel, 6});
+      notices.logAll();
     }
     catch (const Error& error)
     {
       openLog({{}, settings.consoleLevel, 6});
+      notices.logAll();
       notices.add(std::string(error.what()) + "; until that is mended the log goes to standard error alone");
     }
   }
@@ -242,6 +271,7 @@ struct Device::Content
   explicit Content(const DeviceSettings& settings)
       : folder(existingFolder(settings.folder)),
         lock(lockedFolder(folder)),
+        notices(closedToOthers(folder)),
         log(settings, notices),
         key(folder / "das.key", notices),
         das(opened<DataAccessService>(folder / "das.db", notices)),

@@ -1,8 +1,10 @@
 #include "host/logAppUni.h"
 
+#include <fcntl.h>
 #include <spdlog/logger.h>
 #include <spdlog/sinks/ansicolor_sink.h>
 #include <spdlog/sinks/rotating_file_sink.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -22,6 +24,7 @@
 #include "Everlasting.h"
 #include "PlainLine.h"
 #include "host/Error.h"
+#include "host/PrivateFiles.h"
 
 namespace host
 {
@@ -40,6 +43,20 @@ spdlog::level::level_enum libraryLevel(int level)
   return levels[static_cast<std::size_t>(std::clamp(level, 0, everything))];
 }
 
+/// A file that is its owner's alone from its first byte on; the logging library would make it open to others.
+spdlog::sink_ptr fileSink(const std::filesystem::path& file)
+{
+  if (const std::error_code failure = makePrivateFolders(file.parent_path()))
+    throw spdlog::spdlog_ex(failure.message());
+  spdlog::file_event_handlers handlers;
+  handlers.before_open = [](const spdlog::filename_t& name)
+  {
+    if (const int made = openPrivate(name, O_WRONLY | O_NONBLOCK); made >= 0)
+      ::close(made);
+  };
+  return std::make_shared<spdlog::sinks::rotating_file_sink_mt>(file.string(), fileSize, olderFiles, false, handlers);
+}
+
 spdlog::sink_ptr consoleSink(int level)
 {
   // Looks by itself whether standard error is a terminal that knows colours.
@@ -55,8 +72,7 @@ std::shared_ptr<spdlog::logger> makeLogger(const LogSettings& settings)
   std::vector<spdlog::sink_ptr> sinks = {consoleSink(settings.consoleLevel)};
   if (!settings.file.empty())
   {
-    sinks.push_back(
-        std::make_shared<spdlog::sinks::rotating_file_sink_mt>(settings.file.string(), fileSize, olderFiles));
+    sinks.push_back(fileSink(settings.file));
     sinks.back()->set_level(libraryLevel(settings.fileLevel));
   }
   auto logger = std::make_shared<spdlog::logger>("device", sinks.begin(), sinks.end());

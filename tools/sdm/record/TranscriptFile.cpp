@@ -5,12 +5,13 @@
 #include <fcntl.h>
 
 #include "StartError.h"
+#include "host/PrivateFiles.h"
 
 namespace cli::record
 {
 
 TranscriptFile::TranscriptFile(const std::filesystem::path& itsPath)
-    : path(itsPath), file(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600))
+    : path(itsPath), file(host::openPrivate(path, O_WRONLY | O_TRUNC))
 {
   if (file.number < 0)
     throw StartError("the transcript " + path.string() + " cannot be written: " + std::strerror(errno) +

@@ -11,6 +11,7 @@
 
 #include "Descriptor.h"
 #include "StartError.h"
+#include "host/PrivateFiles.h"
 
 namespace cli
 {
@@ -34,7 +35,7 @@ std::optional<std::string> contentOf(const std::filesystem::path& path)
 
 bool writeAndSync(const std::filesystem::path& path, const std::string& content)
 {
-  const Descriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644));
+  const Descriptor file(host::openPrivate(path, O_WRONLY | O_TRUNC));
   if (file.number < 0)
     return false;
   return writeAll(file.number, content) && ::fsync(file.number) == 0;

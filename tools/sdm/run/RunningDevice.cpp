@@ -11,6 +11,7 @@
 #include "host/DasCrypt.h"
 #include "host/Error.h"
 #include "host/Faults.h"
+#include "host/PrivateFiles.h"
 #include "host/keepAside.h"
 
 namespace cli
@@ -71,6 +72,7 @@ try : loaded(settings.service.value_or(sampleService())), path(folderFor(setting
     platform(bringUp(path, settings)), events(path), historian(events, table, masks, interfaces), recorder(itsRecorder),
     outcomes(table), watched(*platform, listeners)
 {
+  closeOwnFiles();
   beginRecord(settings);
   listeners.add(outcomes);
   listeners.add(historian);
@@ -152,6 +154,13 @@ std::filesystem::path RunningDevice::usableMap(const RunSettings& settings)
                          "; until then the device goes on with its own copy of an earlier one, " + own.string());
     return own;
   }
+}
+
+/// A map has defaults of passwords in it, a history the values of what is not known as a secret.
+void RunningDevice::closeOwnFiles()
+{
+  for (std::string& notice : host::closeToOthers(path, {mapName, "history.log"}))
+    mapNotices.push_back(std::move(notice));
 }
 
 void RunningDevice::goWhereTheMapIs()

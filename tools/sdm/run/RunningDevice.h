@@ -97,6 +97,7 @@ public:
 private:
   /// The map that was asked for, or the device's own copy of an earlier one.
   std::filesystem::path usableMap(const RunSettings& settings);
+  void closeOwnFiles();
   void goWhereTheMapIs();
   void provision();
   void beginRecord(const RunSettings& settings);
