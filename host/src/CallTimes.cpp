@@ -12,6 +12,10 @@ namespace host
 {
 namespace
 {
+/// A service that makes up names must not make its process grow.
+constexpr std::size_t mostNames = 10000;
+constexpr const char* othersName = "(others)";
+
 struct Counts
 {
   std::mutex mutex;
@@ -32,7 +36,9 @@ void countCall(const std::string& name, std::chrono::steady_clock::duration took
     const auto duration = std::chrono::duration_cast<std::chrono::microseconds>(took);
     const auto* const bound = std::upper_bound(callTimeBounds.begin(), callTimeBounds.end(), duration);
     const std::lock_guard<std::mutex> lock(counts().mutex);
-    CallTime& time = counts().byName[name];
+    std::map<std::string, CallTime>& byName = counts().byName;
+    const bool isKnown = byName.size() < mostNames || byName.count(name) != 0;
+    CallTime& time = byName[isKnown ? name : othersName];
     ++time.calls;
     time.total += duration;
     time.longest = std::max(time.longest, duration);

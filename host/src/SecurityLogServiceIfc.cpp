@@ -8,11 +8,15 @@
 #include <array>
 #include <cerrno>
 #include <string_view>
+#include <utility>
 
 #include "FaultLayer.h"
 #include "Files.h"
+#include "LogRotation.h"
 #include "PlainLine.h"
 #include "host/Error.h"
+#include "host/PrivateFiles.h"
+#include <logAppUni.h>
 
 namespace host
 {
@@ -38,7 +42,8 @@ std::string field(const std::string& text)
 
 int opened(const std::filesystem::path& file)
 {
-  FileDescriptor log(::open(file.c_str(), O_RDWR | O_APPEND | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR));
+  finishRotation(file);
+  FileDescriptor log(openPrivate(file, O_RDWR | O_APPEND));
   if (!log.isOpen())
     throwSystemError(file, "the security log cannot be opened", errno);
   syncFolderOf(file);
@@ -109,6 +114,38 @@ bool SecurityLogService::endsInsideLine() const
   return last != '\n';
 }
 
+bool SecurityLogService::isFull(std::size_t more) const
+{
+  struct stat status = {};
+  if (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))
+    return false;
+  const auto size = static_cast<std::size_t>(status.st_size);
+  return size > 0 && size + more > std::max(fullLog, unrotated);
+}
+
+/// A log that is too long is better than a record that is missing, so a failure is only told.
+void SecurityLogService::rotate(std::string& line)
+{
+  try
+  {
+    const std::size_t torn = std::string_view(endOfTornLine).size();
+    if (line.compare(0, torn, endOfTornLine) == 0)
+    {
+      writeAll(descriptor, endOfTornLine, file);
+      line.erase(0, torn);
+    }
+    const int full = std::exchange(descriptor, rotated(file).release());
+    ::close(full);
+    unrotated = 0;
+  }
+  catch (const Error& error)
+  {
+    unrotated = static_cast<std::size_t>(::lseek(descriptor, 0, SEEK_END)) + fullLog / 4;
+    logAppUni("HostPlatform", "host/src/SecurityLogServiceIfc", 2, __LINE__,
+              "the security log is full and goes on in the same file: %s", error.what());
+  }
+}
+
 void SecurityLogService::logSecurityEvent(time_t when, int facility, int severity, int eventType, int eventClass,
                                           bool failed, std::string record, std::string user, std::string origin)
 {
@@ -124,6 +161,8 @@ void SecurityLogService::logSecurityEvent(time_t when, int facility, int severit
   requireRoom(file);
   if (endsInsideLine())
     line.insert(0, endOfTornLine);
+  if (isFull(line.size()))
+    rotate(line);
   writeAll(descriptor, line, file);
   if (::fdatasync(descriptor) != 0)
     throwSystemError(file, "cannot be made to last", errno);
@@ -135,6 +174,14 @@ std::vector<std::string> SecurityLogService::lastLines(std::size_t count)
   if (descriptor < 0)
     throw Error(unwritable);
   std::vector<std::string> lines = linesOf(tailOf(descriptor, count, file));
+  for (std::size_t number = 1; number <= olderLogs && lines.size() < count; ++number)
+  {
+    const FileDescriptor older(::open(olderLog(file, number).c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    if (!older.isOpen())
+      break;
+    const std::vector<std::string> more = linesOf(tailOf(older.number(), count - lines.size(), olderLog(file, number)));
+    lines.insert(lines.begin(), more.begin(), more.end());
+  }
   if (lines.size() > count)
     lines.erase(lines.begin(), lines.end() - static_cast<std::ptrdiff_t>(count));
   return lines;

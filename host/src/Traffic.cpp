@@ -14,6 +14,13 @@ std::chrono::microseconds since(Clock::time_point start)
 {
   return std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - start);
 }
+
+constexpr std::size_t mostKept = 4UL * 1024 * 1024;
+
+std::size_t sizeOf(const Exchange& exchange)
+{
+  return exchange.request.size() + exchange.reply.size() + exchange.failure.size();
+}
 } // namespace
 
 void TrafficListener::requestBegins(const std::string& /*request*/)
@@ -84,9 +91,14 @@ void TrafficRecorder::remember(Exchange exchange)
   {
     const std::lock_guard<std::mutex> lock(mutex);
     exchange.number = ++ended;
+    keptSize += sizeOf(exchange);
     kept.push_back(exchange);
-    if (kept.size() > keep)
+    // The last one is kept whatever its size: who sent it may ask what became of it.
+    while (kept.size() > keep || (keptSize > mostKept && kept.size() > 1))
+    {
+      keptSize -= sizeOf(kept.front());
       kept.pop_front();
+    }
   }
   if (hearer != nullptr)
     hearer->exchangeEnded(exchange);

@@ -1,6 +1,7 @@
 // How long callbacks took, by name.
 #include <gtest/gtest.h>
 
+#include <map>
 #include <numeric>
 #include <stdexcept>
 #include <thread>
@@ -75,6 +76,20 @@ TEST_F(CallTimes, CallThatThrowsIsCountedAsWell)
       },
       std::runtime_error);
   EXPECT_EQ(host::callTimes().front().calls, 1U);
+}
+
+TEST_F(CallTimes, OfVeryManyNamesAreCountedTogether)
+{
+  call("known", std::chrono::milliseconds(0));
+  for (int i = 0; i < 10050; ++i)
+    call(std::to_string(i), std::chrono::milliseconds(0));
+  call("known", std::chrono::milliseconds(0));
+  std::map<std::string, std::uint64_t> calls;
+  for (const host::CallTime& time : host::callTimes())
+    calls[time.name] = time.calls;
+  EXPECT_EQ(calls.size(), 10001U);
+  EXPECT_EQ(calls["known"], 2U);
+  EXPECT_EQ(calls["(others)"], 51U);
 }
 
 TEST_F(CallTimes, OperationsAreNoCallbacks)

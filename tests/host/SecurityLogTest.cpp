@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <fstream>
 #include <thread>
 
 #include "HostTesting.h"
@@ -224,4 +226,158 @@ TEST_F(SecurityLog, ThreadsDoNotMixTheirLines)
   ASSERT_EQ(lines.size(), 100U);
   for (const std::string& line : lines)
     EXPECT_EQ(line, lineOf(std::string(3000, 'x')));
+}
+
+namespace
+{
+/// A log that is full but for a few bytes, of `records` records in all.
+void fill(const std::filesystem::path& file, int records = 5)
+{
+  std::ofstream log(file, std::ios::binary | std::ios::app);
+  for (int i = 0; i < records; ++i)
+    log << "2020-01-01T00:00:0" << i << "Z\t" << std::string(5UL * 1024 * 1024 / 5 - 30, 'x') << "\n";
+}
+
+Texts namesIn(const std::filesystem::path& folder)
+{
+  Texts names;
+  for (const auto& each : std::filesystem::directory_iterator(folder))
+    names.push_back(each.path().filename());
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+/// What a log says at its begin, without the time.
+std::string beginOf(const std::filesystem::path& file)
+{
+  const std::string line = linesOf(file).front();
+  return line.substr(std::min<std::size_t>(20, line.size()));
+}
+
+std::string continued(const std::string& dropped)
+{
+  return "\t0\t0\t0\t0\tok\tcontinued from security.log.1, dropped so far: " + dropped + "\t-\t-\t\\continued";
+}
+} // namespace
+
+TEST_F(SecurityLog, GoesOnInANewFileWhenItIsFull)
+{
+  fill(file);
+  const auto size = std::filesystem::file_size(file);
+  host::SecurityLogService service(file);
+  log(service, std::string(5UL * 1024 * 1024 - size - lineOf("").size() - 1, 'y'));
+  EXPECT_EQ(namesIn(folder.path()), Texts{"security.log"}) << "just full";
+  EXPECT_EQ(std::filesystem::file_size(file), 5UL * 1024 * 1024);
+  log(service, "next");
+  log(service, "after");
+  EXPECT_EQ(namesIn(folder.path()), (Texts{"security.log", "security.log.1"}));
+  EXPECT_EQ(beginOf(file), continued("0 records"));
+  EXPECT_EQ(linesOf(file).size(), 3U);
+  EXPECT_EQ(linesOf(file).back(), lineOf("after"));
+  EXPECT_EQ(std::filesystem::file_size(file.string() + ".1"), 5UL * 1024 * 1024);
+}
+
+TEST_F(SecurityLog, KeepsFourOlderFilesAndTellsHowManyRecordsItDropped)
+{
+  host::SecurityLogService service(file);
+  const Texts told = {"0 records",
+                      "0 records",
+                      "0 records",
+                      "0 records",
+                      "5 records, the last of 2020-01-01T00:00:04Z",
+                      "11 records, the last of 2020-01-01T00:00:04Z",
+                      "17 records, the last of 2020-01-01T00:00:04Z"};
+  for (const std::string& dropped : told)
+  {
+    fill(file);
+    log(service, "next");
+    EXPECT_EQ(beginOf(file), continued(dropped));
+    EXPECT_EQ(linesOf(file).back(), lineOf("next"));
+  }
+  EXPECT_EQ(namesIn(folder.path()),
+            (Texts{"security.log", "security.log.1", "security.log.2", "security.log.3", "security.log.4"}));
+}
+
+TEST_F(SecurityLog, TellsLastLinesOfOlderFilesAsWell)
+{
+  host::SecurityLogService service(file);
+  for (const char* record : {"a", "b", "c"})
+  {
+    log(service, record);
+    fill(file, 5);
+  }
+  log(service, "d");
+  const Texts lines = service.lastLines(100);
+  EXPECT_EQ(lines.size(), 4U + 3U * 5U + 3U) << "records and first lines";
+  EXPECT_EQ(lines.front(), lineOf("a"));
+  EXPECT_EQ(lines.back(), lineOf("d"));
+  EXPECT_EQ(service.lastLines(3).front().substr(0, 20), "2020-01-01T00:00:04Z");
+}
+
+TEST_F(SecurityLog, ThatIsFullEndsALineThatWasCutOffBeforeItGoesOn)
+{
+  host::SecurityLogService service(file);
+  fill(file);
+  std::ofstream(file, std::ios::app) << "cut o";
+  log(service, "next");
+  EXPECT_EQ(linesOf(file.string() + ".1").back(), "cut o\t\\unfinished");
+  EXPECT_EQ(linesOf(file).size(), 2U);
+  EXPECT_EQ(linesOf(file).back(), lineOf("next"));
+}
+
+TEST_F(SecurityLog, FinishesWhatAPowerCutLeftOfARotation)
+{
+  // Which files there are, and which there are then; each holds its name.
+  const std::vector<std::pair<Texts, Texts>> table = {
+      {{"", ".1", ".2", ".3", ".4", ".new"}, {"", ".1", ".2", ".3", ".4"}},
+      {{"", ".1", ".2", ".4", ".new"}, {".new", "", ".1", ".2", ".4"}},
+      {{"", ".2", ".3", ".4", ".new"}, {".new", "", ".2", ".3", ".4"}},
+      {{".1", ".2", ".3", ".4", ".new"}, {".new", ".1", ".2", ".3", ".4"}},
+      {{"", ".1", ".new"}, {".new", "", ".1"}},
+      {{".1", ".new"}, {".new", ".1"}},
+  };
+  for (const auto& [before, after] : table)
+  {
+    hosttest::TemporaryFolder place;
+    const std::string log = place / "security.log";
+    for (const std::string& end : before)
+      hosttest::writeFile(log + end, end + "\n");
+    const host::SecurityLogService service(log);
+    Texts found = {linesOf(log).front()};
+    for (int number = 1; number <= 4; ++number)
+      if (const std::string older = log + "." + std::to_string(number); std::filesystem::exists(older))
+        found.push_back(linesOf(older).front());
+    EXPECT_EQ(found, after);
+    EXPECT_FALSE(std::filesystem::exists(log + ".new"));
+  }
+}
+
+TEST_F(SecurityLog, ThatCannotGoOnInANewFileGoesOnInItsOwn)
+{
+  std::filesystem::create_directory(file.string() + ".new");
+  host::SecurityLogService service(file);
+  fill(file);
+  log(service, "next");
+  log(service, "after");
+  EXPECT_EQ(linesOf(file).size(), 7U);
+  EXPECT_EQ(linesOf(file).back(), lineOf("after"));
+  std::filesystem::remove(file.string() + ".new");
+  hosttest::writeFile(folder / "target", "of somebody");
+  std::filesystem::create_symlink(folder / "target", file.string() + ".new");
+  fill(file, 2);
+  log(service, "linked");
+  EXPECT_EQ(hosttest::contentOf(folder / "target"), "of somebody");
+  std::filesystem::remove(file.string() + ".new");
+  fill(file, 2);
+  log(service, "later");
+  EXPECT_EQ(beginOf(file), continued("0 records"));
+}
+
+TEST_F(SecurityLog, RecordCannotPassForTheBeginOfALog)
+{
+  host::SecurityLogService service(file);
+  service.logSecurityEvent(someTime, 0, 0, 0, 0, false, "continued, dropped so far: 9", "-", "\\continued");
+  fill(file);
+  log(service, "next");
+  EXPECT_EQ(beginOf(file), continued("0 records"));
 }

@@ -44,6 +44,23 @@ TEST(Traffic, RemembersTheLastExchangesOldestFirst)
   EXPECT_EQ(kept[1].number, 3U);
 }
 
+TEST(Traffic, RemembersFewerExchangesWhenTheyAreLargeButAlwaysTheLast)
+{
+  Answering real;
+  real.answer = [](const std::string& request) { return std::string(request.size(), 'r'); };
+  host::TrafficRecorder recorder(real, 100);
+  for (int i = 0; i < 20; ++i)
+    hosttest::send(recorder, std::string(512 * 1024, 'x'));
+  ASSERT_EQ(recorder.exchanges().size(), 4U) << "a MiB each, with request and reply";
+  EXPECT_EQ(recorder.exchanges().front().number, 17U);
+  hosttest::send(recorder, std::string(8UL * 1024 * 1024, 'x'));
+  ASSERT_EQ(recorder.exchanges().size(), 1U);
+  EXPECT_EQ(recorder.exchanges().front().number, 21U);
+  for (int i = 0; i < 120; ++i)
+    hosttest::send(recorder, "small");
+  EXPECT_EQ(recorder.exchanges().size(), 100U);
+}
+
 TEST(Traffic, RemembersNothingWhenToldSo)
 {
   Answering real;

@@ -33,7 +33,8 @@ struct SDM_HOST_EXPORT CallTime
   std::array<std::uint64_t, callTimeBounds.size() + 1> histogram{};
 };
 
-/// Of this process, what took longest in all first. May be called from any thread, as may the other.
+/// Of this process, what took longest in all first. From 10,000 names on, new ones are counted together as "(others)".
+/// May be called from any thread, as may the other.
 SDM_HOST_EXPORT std::vector<CallTime> callTimes();
 
 /// Begins anew.

@@ -56,7 +56,7 @@ public:
   /// The database itself, without `traffic` in front. This and the next three are the device's and live as long as it;
   /// they may be asked for from any thread.
   DataAccessService& das();
-  /// What the service and the database said to each other, the last 100 exchanges.
+  /// What the service and the database said to each other, the last 100 exchanges, of 4 MiB at most.
   TrafficRecorder& traffic();
   /// The local management store.
   LocalMgmtStore& store();

@@ -1,4 +1,4 @@
-// The security log in a text file that only grows.
+// The security log in text files of limited size.
 #pragma once
 
 #include <SecurityLogServiceIfc.h>
@@ -19,7 +19,10 @@ namespace host
 /// user, origin; an empty text stands as "-". Control characters, bytes that are no UTF-8 and backslashes are escaped
 /// in the manner of C, so a record is always one line and cannot pass for two. A line that a power cut or a failure
 /// left unfinished, whose record was never answered as written, is kept and ended by one more field, "\unfinished",
-/// which no record has. Every operation may be called from any thread.
+/// which no record has. A file of 5 MiB becomes FILE.1, with up to FILE.4 behind it, and the log goes on in a new one,
+/// whose first line says so: it is a record whose codes are 0 and that has one more field, "\continued". It tells how
+/// many records were dropped with the oldest files, so far in all, and the time of the last of them. When the log
+/// cannot be rotated it goes on in its file, and that is logged. Every operation may be called from any thread.
 class SDM_HOST_EXPORT SecurityLogService : public ::SecurityLogServiceIfc
 {
 public:
@@ -38,15 +41,20 @@ public:
   void logSecurityEvent(time_t when, int facility, int severity, int eventType, int eventClass, bool failed,
                         std::string record, std::string user, std::string origin) override;
 
-  /// The last `count` lines, oldest first, without line ends. Throws `Error` when the file cannot be read.
+  /// The last `count` lines, those of older files included, oldest first, without line ends. Throws `Error` when the
+  /// file cannot be read.
   std::vector<std::string> lastLines(std::size_t count);
 
 private:
   bool endsInsideLine() const;
+  bool isFull(std::size_t more) const;
+  void rotate(std::string& line);
 
   std::filesystem::path file;
   std::string unwritable;
   std::mutex mutex;
   int descriptor;
+  /// Up to where a file goes on that could not be rotated.
+  std::size_t unrotated = 0;
 };
 } // namespace host

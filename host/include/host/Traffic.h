@@ -49,7 +49,8 @@ public:
 class SDM_HOST_EXPORT TrafficRecorder : public ::DataAccessServiceIfc
 {
 public:
-  /// Borrows `real`. Remembers the last `keep` exchanges, none at all when it is 0.
+  /// Borrows `real`. Remembers the last `keep` exchanges, none at all when it is 0, and fewer when their texts have
+  /// more than 4 MiB together; the last one always.
   TrafficRecorder(::DataAccessServiceIfc& real, std::size_t keep);
 
   /// The real service's answer; what it throws passes on and is remembered as a failure.
@@ -75,5 +76,6 @@ private:
   mutable std::mutex mutex;
   std::uint64_t ended = 0;
   std::deque<Exchange> kept;
+  std::size_t keptSize = 0;
 };
 } // namespace host
