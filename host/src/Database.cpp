@@ -19,9 +19,11 @@ namespace
 {
 /// The database's library would make the file open to others. What it makes beside the file gets the file's mode. A
 /// file that is there stays closed here: closing it would end the locks that this process has on it. Why a file cannot
-/// be made the library tells.
+/// be made the library tells, and one name is no file for it.
 void makeFile(const std::filesystem::path& file)
 {
+  if (file == ":memory:")
+    return;
   std::error_code unknown;
   if (std::filesystem::symlink_status(file, unknown).type() != std::filesystem::file_type::not_found)
     return;

@@ -189,6 +189,12 @@ TEST_F(PrivateFiles, ThatAreDevicesKeepTheirMode)
   EXPECT_EQ(errno, ENOENT);
 }
 
+TEST_F(PrivateFiles, AreNotMadeForADatabaseInMemory)
+{
+  const host::LocalMgmtStore store(":memory:");
+  EXPECT_FALSE(std::filesystem::exists(":memory:"));
+}
+
 TEST_F(PrivateFiles, OfTheLogStayClosedWhenTheyRotate)
 {
   ::umask(0);

@@ -2,7 +2,6 @@
 
 #include <CLI/CLI.hpp>
 
-#include <algorithm>
 #include <filesystem>
 #include <iostream>
 #include <memory>
@@ -12,6 +11,7 @@
 #include "Shown.h"
 #include "Suggestion.h"
 #include "explain/Explanation.h"
+#include "explain/History.h"
 
 namespace cli
 {
@@ -20,7 +20,7 @@ namespace
 
 constexpr const char* footer =
     "The history is what `sdm run` wrote into the folder; nothing is started, and the device may be in use. Values of\n"
-    "secrets are masked.\n\n"
+    "secrets are masked, long ones are cut short, and old events are dropped when there are many, which is told.\n\n"
     "Exit codes:\n"
     "  0  done\n"
     "  1  nothing is known of such an item\n"
@@ -34,35 +34,23 @@ struct ExplainSettings
   bool json = false;
 };
 
-std::vector<std::string> knownIds(const std::vector<HistoryEvent>& events)
-{
-  std::vector<std::string> ids;
-  for (const HistoryEvent& event : events)
-  {
-    if (std::find(ids.begin(), ids.end(), event.rootId) == ids.end())
-      ids.push_back(event.rootId);
-  }
-  return ids;
-}
-
 ExitCode explainItem(const ExplainSettings& settings)
 {
-  std::vector<HistoryEvent> events = History::read(settings.device);
-  const std::vector<std::string> known = knownIds(events);
-  if (std::find(known.begin(), known.end(), settings.rootId) == known.end())
+  const ItemHistory history = History::read(settings.device, settings.rootId);
+  if (history.events.empty())
   {
-    const std::string hint = didYouMean(settings.rootId, known);
+    const std::string hint = didYouMean(settings.rootId, History::knownIds(settings.device));
     std::cerr << "sdm: nothing is known of an item " << shownValue(settings.rootId) << " in "
-              << shown(settings.device.string()) << (hint.empty() ? "" : "; " + hint) << "\n";
+              << shown(settings.device.string());
+    if (history.dropped != 0)
+      std::cerr << ", where " << droppedText(history);
+    std::cerr << (hint.empty() ? "" : "; " + hint) << "\n";
     return exitRefused;
   }
-  events.erase(std::remove_if(events.begin(), events.end(),
-                              [&](const HistoryEvent& event) { return event.rootId != settings.rootId; }),
-               events.end());
   if (settings.json)
-    printExplanationAsJson(std::cout, settings.rootId, events, lastLiveEvent(events));
+    printExplanationAsJson(std::cout, settings.rootId, history, lastLiveEvent(history));
   else
-    printExplanation(std::cout, Style(wantsColours(STDOUT_FILENO)), settings.rootId, events, lastLiveEvent(events));
+    printExplanation(std::cout, Style(wantsColours(STDOUT_FILENO)), settings.rootId, history, lastLiveEvent(history));
   return exitDone;
 }
 

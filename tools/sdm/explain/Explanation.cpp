@@ -41,23 +41,32 @@ Json jsonOf(const HistoryEvent& event)
                {"value", event.value}};
   json["reason"] = event.reason.empty() ? Json() : Json(event.reason);
   json["request"] = event.request == 0 ? Json() : Json(event.request);
+  if (event.sameStartsBefore != 0)
+    json["sameStartsBefore"] = event.sameStartsBefore;
   return json;
 }
 
 } // namespace
 
-std::optional<HistoryEvent> lastLiveEvent(const std::vector<HistoryEvent>& events)
+std::optional<HistoryEvent> lastLiveEvent(const ItemHistory& history)
 {
-  for (auto event = events.rbegin(); event != events.rend() && event->run == events.back().run; ++event)
+  for (auto event = history.events.rbegin(); event != history.events.rend(); ++event)
   {
-    if (event->isLive())
+    if (event->isLive() && event->run == history.run)
       return *event;
   }
   return std::nullopt;
 }
 
-void printExplanation(std::ostream& out, const Style& style, const std::string& rootId,
-                      const std::vector<HistoryEvent>& events, const std::optional<HistoryEvent>& live)
+std::string droppedText(const ItemHistory& history)
+{
+  return std::to_string(history.dropped) +
+         (history.dropped == 1 ? " older event was dropped, of " : " older events were dropped, the last of ") +
+         shown(history.droppedUntil);
+}
+
+void printExplanation(std::ostream& out, const Style& style, const std::string& rootId, const ItemHistory& history,
+                      const std::optional<HistoryEvent>& live)
 {
   if (live)
     out << style.strong(shown(rootId)) << " = " << valueOf(*live) << ", from: " << live->origin << ", " << live->time
@@ -66,14 +75,20 @@ void printExplanation(std::ostream& out, const Style& style, const std::string& 
     out << style.strong(shown(rootId)) << ": no setter took a value of it\n";
   std::size_t value = 0;
   std::size_t origin = 0;
-  for (const HistoryEvent& event : events)
+  for (const HistoryEvent& event : history.events)
   {
     value = std::max(value, std::min<std::size_t>(width(valueOf(event)), 40));
     origin = std::max(origin, width(shown(event.origin)));
   }
+  if (history.dropped != 0)
+    out << style.faint("  " + droppedText(history)) << "\n";
   std::string run;
-  for (const HistoryEvent& event : events)
+  for (const HistoryEvent& event : history.events)
   {
+    if (event.sameStartsBefore != 0)
+      out << style.faint("  the same at " + std::to_string(event.sameStartsBefore) +
+                         (event.sameStartsBefore == 1 ? " start" : " starts") + " in between")
+          << "\n";
     if (event.run != run)
       out << style.faint("  run of " + shown(event.run)) << "\n";
     run = event.run;
@@ -82,12 +97,14 @@ void printExplanation(std::ostream& out, const Style& style, const std::string& 
   }
 }
 
-void printExplanationAsJson(std::ostream& out, const std::string& rootId, const std::vector<HistoryEvent>& events,
+void printExplanationAsJson(std::ostream& out, const std::string& rootId, const ItemHistory& history,
                             const std::optional<HistoryEvent>& live)
 {
   Json document = {{"item", rootId}, {"value", live ? jsonOf(*live) : Json()}};
+  if (history.dropped != 0)
+    document["dropped"] = {{"events", history.dropped}, {"until", history.droppedUntil}};
   document["events"] = Json::array();
-  for (const HistoryEvent& event : events)
+  for (const HistoryEvent& event : history.events)
     document["events"].push_back(jsonOf(event));
   out << document.dump(2, ' ', false, Json::error_handler_t::replace) << "\n";
 }

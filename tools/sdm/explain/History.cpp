@@ -2,81 +2,50 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <ctime>
-#include <fcntl.h>
-#include <fstream>
-#include <map>
-#include <nlohmann/json.hpp>
-#include <sys/stat.h>
-#include <unistd.h>
+#include <set>
+#include <utility>
 
-#include "Descriptor.h"
 #include "StartError.h"
+#include "explain/HistoryCompaction.h"
+#include "explain/HistoryReader.h"
+#include "explain/StartNews.h"
 
 namespace cli
 {
 namespace
 {
 
-using Json = nlohmann::ordered_json;
+constexpr std::size_t mostBytes = 2UL * 1024 * 1024;
+constexpr std::size_t bytesAfterwards = mostBytes / 2;
+constexpr std::size_t mostUnwritten = 1024UL * 1024;
+constexpr std::size_t longestText = 4096;
+constexpr std::string_view startBeginning = R"({"start":)";
 
-constexpr const char* fileName = "history.log";
-
-// A start tells of every item, so some ten starts of a large map fit.
-constexpr std::uintmax_t mostBytes = 2UL * 1024 * 1024;
-constexpr std::size_t keptOfEach = 8;
-
-std::string lineOf(const HistoryEvent& event)
+void cutShort(std::string& text)
 {
-  Json line = {{"time", event.time},     {"run", event.run},         {"item", event.rootId},
-               {"origin", event.origin}, {"outcome", event.outcome}, {"value", event.value}};
-  if (!event.reason.empty())
-    line["reason"] = event.reason;
-  if (event.request != 0)
-    line["request"] = event.request;
-  return line.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+  if (text.size() <= longestText)
+    return;
+  std::size_t end = longestText;
+  while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80)
+    --end;
+  text = text.substr(0, end) + "... (" + std::to_string(text.size()) + " bytes)";
 }
 
-/// False for a line that a power cut left unfinished, or somebody else wrote.
-bool readLine(const std::string& text, HistoryEvent& event)
+HistoryEvent cutShort(HistoryEvent event)
 {
-  const Json line = Json::parse(text, nullptr, false);
-  if (!line.is_object())
-    return false;
-  const auto field = [&](const char* name)
-  {
-    const auto found = line.find(name);
-    return found != line.end() && found->is_string() ? found->get<std::string>() : std::string();
-  };
-  event = {field("time"),    field("run"),   field("item"),   field("origin"),
-           field("outcome"), field("value"), field("reason"), 0};
-  const auto request = line.find("request");
-  if (request != line.end() && request->is_number_unsigned())
-    event.request = request->get<std::uint64_t>();
-  return !event.rootId.empty() && !event.outcome.empty();
+  cutShort(event.value);
+  cutShort(event.reason);
+  return event;
 }
 
-std::vector<HistoryEvent> eventsIn(std::istream& input)
+[[noreturn]] void throwUnreadable(const HistoryFile& file, int reason)
 {
-  std::vector<HistoryEvent> events;
-  HistoryEvent event;
-  for (std::string line; std::getline(input, line);)
-  {
-    if (readLine(line, event))
-      events.push_back(event);
-  }
-  return events;
-}
-
-/// Values stand in it, so a new file is its owner's alone. The first line begins anew, whatever the last one lacks.
-bool append(const std::filesystem::path& file, const std::string& text, int flags)
-{
-  const Descriptor opened(::open(file.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | flags, S_IRUSR | S_IWUSR));
-  return opened.number >= 0 && writeAll(opened.number, text);
+  throw StartError(file.path().string() + " cannot be read: " + std::strerror(reason) +
+                   "; `sdm run` writes it, name the folder of its device with --device");
 }
 
 } // namespace
@@ -94,48 +63,32 @@ std::string historyTime()
   return text.data();
 }
 
-History::History(const std::filesystem::path& deviceFolder) : file(deviceFolder / fileName)
+History::History(const std::filesystem::path& deviceFolder) : file(deviceFolder)
 {
-  std::ifstream input(file, std::ios::binary);
-  if (!input)
-    return;
-  events = eventsIn(input);
-  std::error_code unknown;
-  const std::uintmax_t size = std::filesystem::file_size(file, unknown);
-  if (!unknown && size > mostBytes)
-    compact();
-  else if (size > 0 && !unknown)
-    append(file, "\n", O_APPEND);
 }
 
-std::vector<HistoryEvent> History::read(const std::filesystem::path& deviceFolder)
+ItemHistory History::read(const std::filesystem::path& deviceFolder, const std::string& rootId)
 {
-  const std::filesystem::path file = deviceFolder / fileName;
-  std::ifstream input(file, std::ios::binary);
-  if (!input)
-    throw StartError(file.string() + " cannot be read: " + std::strerror(errno) +
-                     "; `sdm run` writes it, name the folder of its device with --device");
-  return eventsIn(input);
+  const HistoryFile file(deviceFolder);
+  HistoryReader reader(rootId);
+  if (const int reason = file.read([&](std::string_view line) { reader.take(line); }); reason != 0)
+    throwUnreadable(file, reason);
+  return reader.told();
 }
 
-void History::compact()
+std::vector<std::string> History::knownIds(const std::filesystem::path& deviceFolder)
 {
-  std::map<std::string, std::size_t> counts;
-  std::vector<HistoryEvent> kept;
-  for (auto event = events.rbegin(); event != events.rend(); ++event)
+  const HistoryFile file(deviceFolder);
+  std::set<std::string> ids;
+  const auto take = [&](std::string_view line)
   {
-    if (++counts[event->rootId] <= keptOfEach)
-      kept.push_back(*event);
-  }
-  std::reverse(kept.begin(), kept.end());
-  std::string text;
-  for (const HistoryEvent& event : kept)
-    text += lineOf(event);
-  const std::filesystem::path draft = file.string() + ".new";
-  std::error_code failed;
-  if (append(draft, text, O_TRUNC))
-    std::filesystem::rename(draft, file, failed);
-  events = std::move(kept);
+    const HistoryLine parsed = parsedHistoryLine(line);
+    if (const auto* event = std::get_if<HistoryEvent>(&parsed))
+      ids.insert(event->rootId);
+  };
+  if (const int reason = file.read(take); reason != 0)
+    throwUnreadable(file, reason);
+  return {ids.begin(), ids.end()};
 }
 
 void History::add(const std::vector<HistoryEvent>& more)
@@ -143,23 +96,120 @@ void History::add(const std::vector<HistoryEvent>& more)
   const std::lock_guard<std::mutex> hold(mutex);
   std::string text;
   for (const HistoryEvent& event : more)
+    text += lineOf(cutShort(event));
+  write(text);
+  keepAlive(more);
+}
+
+void History::addStart(std::vector<HistoryEvent> given, StartMark start)
+{
+  const std::lock_guard<std::mutex> hold(mutex);
+  for (HistoryEvent& event : given)
   {
-    text += lineOf(event);
-    events.push_back(event);
+    event = cutShort(std::move(event));
+    event.requestsBefore = start.requestsBefore;
+  }
+  const std::optional<StartMark> before = lastStart();
+  start.number = before ? before->number + 1 : 1;
+  start.time = historyTime();
+  start.digest = digestOf(given);
+  start.anew = std::exchange(anew, false);
+  std::string text;
+  std::set<std::string> told;
+  if (!before || before->digest != start.digest)
+  {
+    StartNews news;
+    readAll([&](std::string_view line) { news.take(line); });
+    for (HistoryEvent& event : news.in(given, start.anew))
+    {
+      event.run = start.run;
+      event.start = start.number;
+      text += lineOf(event);
+      told.insert(event.rootId);
+    }
+  }
+  // Last: when the lines above are not all there, nothing says that they are.
+  write(text + lineOf(start));
+  // What is no news has the time of the start, as who reads the file has it.
+  for (HistoryEvent& event : given)
+  {
+    if (told.count(event.rootId) == 0)
+      event.time = start.time;
+  }
+  keepAlive(given);
+}
+
+void History::keepAlive(const std::vector<HistoryEvent>& more)
+{
+  for (const HistoryEvent& event : more)
+  {
     if (event.isLive())
       alive[event.rootId] = event;
   }
-  if (!text.empty() && !append(file, text, O_APPEND))
-    trouble = file.string() + " cannot be written: " + std::strerror(errno);
 }
 
-std::vector<HistoryEvent> History::of(const std::string& rootId) const
+std::optional<StartMark> History::lastStart() const
+{
+  std::string line = file.lastLineWith(std::string(startBeginning));
+  eachLine(unwritten,
+           [&](std::string_view each)
+           {
+             if (each.substr(0, startBeginning.size()) == startBeginning)
+               line = each;
+           });
+  const HistoryLine parsed = parsedHistoryLine(line);
+  const auto* mark = std::get_if<StartMark>(&parsed);
+  return mark == nullptr ? std::nullopt : std::optional<StartMark>(*mark);
+}
+
+void History::write(const std::string& text)
+{
+  if (text.empty())
+    return;
+  std::size_t size = 0;
+  const int reason = file.append(unwritten + text, size);
+  if (reason != 0)
+  {
+    trouble = file.path().string() + " cannot be written: " + std::strerror(reason);
+    keepHere(text);
+    return;
+  }
+  trouble.clear();
+  unwritten.clear();
+  if (size > mostBytes)
+    compact();
+}
+
+void History::keepHere(const std::string& text)
+{
+  unwritten += text;
+  if (unwritten.size() <= mostUnwritten)
+    return;
+  HistoryCompaction compaction;
+  eachLine(unwritten, [&](std::string_view line) { compaction.take(line); });
+  unwritten = compaction.kept(mostUnwritten / 2);
+}
+
+void History::compact()
+{
+  HistoryCompaction compaction;
+  if (readAll([&](std::string_view line) { compaction.take(line); }) == 0)
+    file.replace(compaction.kept(bytesAfterwards));
+}
+
+int History::readAll(const LineTaker& take) const
+{
+  const int reason = file.read(take);
+  eachLine(unwritten, take);
+  return reason;
+}
+
+ItemHistory History::of(const std::string& rootId) const
 {
   const std::lock_guard<std::mutex> hold(mutex);
-  std::vector<HistoryEvent> found;
-  std::copy_if(events.begin(), events.end(), std::back_inserter(found),
-               [&](const HistoryEvent& event) { return event.rootId == rootId; });
-  return found;
+  HistoryReader reader(rootId);
+  readAll([&](std::string_view line) { reader.take(line); });
+  return reader.told();
 }
 
 std::optional<HistoryEvent> History::live(const std::string& rootId) const
@@ -173,6 +223,7 @@ void History::forgetLive()
 {
   const std::lock_guard<std::mutex> hold(mutex);
   alive.clear();
+  anew = true;
 }
 
 std::string History::problem() const

@@ -1,82 +1,52 @@
 // What gave items their values, or would have: kept in the device's folder, a line an event.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
+
+#include "explain/HistoryEvent.h"
+#include "explain/HistoryFile.h"
+#include "explain/HistoryLines.h"
 
 namespace cli
 {
 
-/// Where a value came from.
-namespace origin
-{
-constexpr const char* byDefault = "default";
-constexpr const char* alternative = "alternative default";
-constexpr const char* database = "database";
-constexpr const char* localStore = "local store";
-constexpr const char* changed = "changed";
-constexpr const char* set = "set";
-constexpr const char* reset = "reset";
-constexpr const char* reload = "reload";
-} // namespace origin
-
-/// What became of it.
-namespace outcome
-{
-constexpr const char* taken = "taken";
-constexpr const char* unchanged = "unchanged";           ///< taken, and it had been so already
-constexpr const char* notTakenAgain = "not taken again"; ///< refused only because it is so already
-constexpr const char* refused = "refused";
-constexpr const char* heldBack = "held back"; ///< its group was not judged, since another member was refused
-} // namespace outcome
-
-struct HistoryEvent
-{
-  /// ISO 8601 in UTC, with milliseconds. `run` is when the program began that this happened in.
-  std::string time;
-  std::string run;
-  std::string rootId;
-  /// One of the above, as is `outcome`.
-  std::string origin;
-  std::string outcome;
-  /// Masked for a secret.
-  std::string value;
-  /// Of a refusal; of a value that was taken, why it is not in the database.
-  std::string reason;
-  /// The number of the request that carried it, as `traffic` has it in that run; 0 for none.
-  std::uint64_t request = 0;
-
-  /// Whether the service had this value from then on.
-  bool isLive() const
-  {
-    return outcome == outcome::taken || outcome == outcome::unchanged || outcome == outcome::notTakenAgain;
-  }
-};
-
 /// The time of now, as events bear it.
 std::string historyTime();
 
-/// May be used from any thread.
+/// May be used from any thread. The file is read when somebody asks, or when a start gave something new, and never has
+/// more than 2 MiB: of a longer one the last events of each item are kept, and how many were dropped is told. What the
+/// file does not take is kept here, up to a size.
 class History
 {
 public:
-  /// For the folder of a device that runs: what was written earlier is read, and of a file that has grown much only the
-  /// last events of each item are kept. Without a readable file it begins empty.
+  /// For the folder of a device that runs.
   explicit History(const std::filesystem::path& deviceFolder);
 
-  /// The events of a folder, oldest first, without touching it. Throws `StartError` naming the file when there is none
-  /// that can be read. What is no line of a history is passed over.
-  static std::vector<HistoryEvent> read(const std::filesystem::path& deviceFolder);
+  /// What a folder tells of an item, without touching it. Throws `StartError` naming the file when there is none that
+  /// can be read. What is no line of a history is passed over.
+  static ItemHistory read(const std::filesystem::path& deviceFolder, const std::string& rootId);
 
+  /// The items that a folder tells of. As `read`.
+  static std::vector<std::string> knownIds(const std::filesystem::path& deviceFolder);
+
+  /// Values and reasons of more than 4096 bytes are cut short, and say so.
   void add(const std::vector<HistoryEvent>& more);
 
-  /// Oldest first.
-  std::vector<HistoryEvent> of(const std::string& rootId) const;
+  /// What a start gave, in the order of its calls. In the file goes what an item got otherwise than from the start
+  /// before, and a line that there was a start. `start` has its run and how many requests the run had sent before; the
+  /// rest is found out.
+  void addStart(std::vector<HistoryEvent> given, StartMark start);
+
+  ItemHistory of(const std::string& rootId) const;
 
   /// The event that gave the service the value that it has now, of this run; nothing when no setter took one. Whoever
   /// tells where a value came from asks here.
@@ -89,12 +59,23 @@ public:
   std::string problem() const;
 
 private:
+  using LineTaker = std::function<void(std::string_view)>;
+
+  /// All with the mutex held.
+  int readAll(const LineTaker& take) const;
+  std::optional<StartMark> lastStart() const;
+  void write(const std::string& text);
+  void keepAlive(const std::vector<HistoryEvent>& more);
+  void keepHere(const std::string& text);
   void compact();
 
-  std::filesystem::path file;
+  const HistoryFile file;
   mutable std::mutex mutex;
-  std::vector<HistoryEvent> events;
   std::map<std::string, HistoryEvent> alive;
+  /// Whether the next start begins with nothing.
+  bool anew = true;
+  /// Lines that the file did not take.
+  std::string unwritten;
   std::string trouble;
 };
 

@@ -52,6 +52,7 @@ void HistoryRecorder::operationBegins(const OperationCall& call)
     return;
   const std::lock_guard<std::mutex> hold(mutex);
   Work work;
+  work.operation = call.name;
   work.source = sourceOf(call.name);
   works[std::this_thread::get_id()].push_back(std::move(work));
 }
@@ -90,6 +91,8 @@ void HistoryRecorder::exchangeEnded(const host::Exchange& exchange)
   Work* work = workOfThisThread();
   if (work == nullptr)
     return;
+  if (work->lastExchange == 0)
+    work->requestsBefore = exchange.number - 1;
   work->lastExchange = exchange.number;
   if (work->source != Source::stored)
     work->exchanges.push_back({exchange.number, exchange.request, outcomeOf(exchange)});
@@ -227,7 +230,10 @@ void HistoryRecorder::finish(Work& work)
       findRequest(work, each);
     events.push_back(std::move(each.event));
   }
-  history.add(events);
+  if (work.operation == "initialise" || work.operation == "initialiseWithoutSettingDefaultData")
+    history.addStart(std::move(events), {0, "", run, work.requestsBefore, false, ""});
+  else
+    history.add(events);
 }
 
 } // namespace cli

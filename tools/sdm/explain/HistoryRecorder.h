@@ -58,12 +58,15 @@ private:
   /// An operation that goes on.
   struct Work
   {
+    std::string operation;
     Source source;
     std::vector<Pending> pending;
     /// Its own; of a start, which finds them in the replies' order, none are kept.
     std::vector<HeardExchange> exchanges;
     /// The number of its last exchange, 0 before the first.
     std::uint64_t lastExchange = 0;
+    /// How many exchanges of the run were over before its first.
+    std::uint64_t requestsBefore = 0;
     /// The database was looked for and not found.
     bool noDatabase = false;
   };
