@@ -68,7 +68,8 @@ public:
   /// Borrowed from the manager's registry when the item was made; null when the name was not registered by
   /// then, for good.
   ManagedItemSetter* setter = nullptr;
-  /// Likewise.
+  /// Reads the value from the service; null when its name was not registered by then, for good. Borrowed as `setter`
+  /// is.
   ManagedItemGetter* getter = nullptr;
   /// What the setter gets at each start, and user data at a reset; the alternative default where that applies. The
   /// empty text is a default as well.
@@ -79,7 +80,20 @@ public:
   std::string dasEncrypted;
 };
 
-/// Manages the configuration items of one service.
+/// Manages the configuration items of one service: everything between its callbacks and the device.
+///
+/// A service calls, in this order:
+/// 1. makeServiceDataManager() makes a manager, which the service owns.
+/// 2. `setup` hands over context, agent, name and validator; all have to outlive the manager's work.
+/// 3. `addSetter` and `addGetter` register each callback under the name that the item map uses. Later is too late,
+///    since items look their callbacks up once, when the map is loaded.
+/// 4. `ready` tells the local management store who is there. It may come at any time behind `setup`; called before
+///    `initialise`, it lets the store know the service when the start subscribes its agent.
+/// 5. `initialise` loads the map and brings the items to life: defaults, database, local store.
+/// 6. From now on, in any order and from any thread: `setData` and `getData` for the management agent's requests,
+///    `manageableDataChanged` for what the store reports, `setDefaultUserData` and `reloadUserData`. For a later start,
+///    `setStartup(false)` and `initialise` again.
+/// 7. When the service goes down: `deleteSetters` and `deleteGetters`, which nothing may follow but the manager's end.
 class SDM_EXPORT ServiceDataManagerIfc
 {
 public:
@@ -149,7 +163,8 @@ public:
   /// a name without a callback. Register before `initialise`: items look their callbacks up once.
   virtual void addGetter(const Getter& getter) = 0;
 
-  /// Likewise.
+  /// Registers a setter under its name and takes ownership of it, under the lock, as `addGetter` does with a getter:
+  /// the first one of a name stays, a null name is refused, a null setter kept as a name without a callback.
   virtual void addSetter(const Setter& setter) = 0;
 
   /// The item of the local management store with this root id, or null. Takes the lock.
@@ -183,7 +198,8 @@ public:
   /// several names.
   virtual void deleteGetters() = 0;
 
-  /// Likewise.
+  /// Deletes the registered setters and forgets them, under the lock. Items keep their pointers, so nothing may set or
+  /// start them afterwards; the rest is as with `deleteGetters`.
   virtual void deleteSetters() = 0;
 
   /// Reads the user-data items from the database again and applies them as a set request would, under the

@@ -18,7 +18,7 @@ struct SDM_HOST_EXPORT LockUser
   long thread = 0;
   /// The operation that it carries out; empty where nobody marked any.
   std::string operation;
-  /// The innermost callback that this is in; empty likewise.
+  /// The innermost callback that this is in; empty when it is in none.
   std::string callback;
   /// How long it has been holding or waiting.
   std::chrono::milliseconds duration{0};

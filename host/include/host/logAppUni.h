@@ -32,7 +32,7 @@ SDM_HOST_EXPORT void closeLog();
 /// Opens the gate of `loggingOnAppUni` up to this level for all modules without a level of their own; 2 at first.
 SDM_HOST_EXPORT void setLogLevel(int level);
 
-/// The same for one module alone.
+/// Opens that gate up to this level for one module alone.
 SDM_HOST_EXPORT void setLogLevel(const std::string& module, int level);
 
 /// Takes the level of its own away from a module.
