@@ -208,4 +208,4 @@ public:
 };
 
 /// Makes a manager, ready for `setup`. The caller owns it. Throws only for want of memory.
-SDM_EXPORT std::unique_ptr<ServiceDataManagerIfc> makeServiceDataManager();
+[[nodiscard]] SDM_EXPORT std::unique_ptr<ServiceDataManagerIfc> makeServiceDataManager();

@@ -54,7 +54,7 @@ public:
   {
   }
 
-  bool isOpen() const
+  [[nodiscard]] bool isOpen() const
   {
     return file != nullptr;
   }
@@ -90,8 +90,8 @@ public:
   }
 
 private:
-  bool split(std::size_t length);
-  bool moreFollows();
+  [[nodiscard]] bool split(std::size_t length);
+  [[nodiscard]] bool moreFollows();
 
   struct Close
   {

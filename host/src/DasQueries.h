@@ -11,11 +11,11 @@
 namespace host
 {
 /// Carries out a read and returns its reply. Throws `Refusal` when the request does not fit the table.
-std::string readTable(Connection& database, const DasTable& table, const DasRequest& request);
+[[nodiscard]] std::string readTable(Connection& database, const DasTable& table, const DasRequest& request);
 
 /// Carries out an update, all of it or nothing, and returns its reply. Throws `Refusal` when the request does not fit
 /// the table. Takes the values out of the request.
-std::string updateTable(Connection& database, const DasTable& table, DasRequest& request);
+[[nodiscard]] std::string updateTable(Connection& database, const DasTable& table, DasRequest& request);
 
 /// One cell as stored; nullopt when there is none. `row` is empty twice for a table without index.
 std::optional<std::string> readCell(Connection& database, const DasTable& table, const std::string& column,

@@ -20,14 +20,14 @@ public:
   void column(const std::string& name, bool isElementName, const std::string& value);
 
   /// The whole reply; nothing can be added any more.
-  std::string finished();
+  [[nodiscard]] std::string finished();
 
 private:
   std::string text;
 };
 
-std::string dasUpdateReply(const std::string& schema);
+[[nodiscard]] std::string dasUpdateReply(const std::string& schema);
 
 /// A reply of a kind that readers take for a failure.
-std::string dasErrorReply(const std::string& schema, const std::string& why);
+[[nodiscard]] std::string dasErrorReply(const std::string& schema, const std::string& why);
 } // namespace host

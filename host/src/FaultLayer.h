@@ -9,16 +9,16 @@
 namespace host
 {
 /// Whether a search for this interface is to find nothing.
-bool isAbsentOnDemand(const std::string& interfaceName);
+[[nodiscard]] bool isAbsentOnDemand(const std::string& interfaceName);
 
 /// The reply to the request `text` in place of the real one; nothing when the request is to be carried out. Waits where
 /// that is demanded.
-std::optional<std::string> replyOnDemand(const char* text, std::size_t length);
+[[nodiscard]] std::optional<std::string> replyOnDemand(const char* text, std::size_t length);
 
-bool encryptionFailsOnDemand();
+[[nodiscard]] bool encryptionFailsOnDemand();
 
 /// `operation` is for the log.
-bool storeRefusesOnDemand(const char* operation);
+[[nodiscard]] bool storeRefusesOnDemand(const char* operation);
 
 /// Throws `DiskTrouble` naming the file, as a write to a full disk does.
 void requireRoom(const std::filesystem::path& file);

@@ -8,7 +8,7 @@
 namespace host
 {
 /// Owns an open file.
-class FileDescriptor
+class [[nodiscard]] FileDescriptor
 {
 public:
   /// Takes over `number`, negative for none.

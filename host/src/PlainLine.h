@@ -9,5 +9,5 @@ namespace host
 /// The text with everything that could end a line or steer a terminal written out in the manner of C: control
 /// characters, line and paragraph separators, and bytes that are no UTF-8. With `reversible` backslashes are doubled,
 /// so that what was escaped can be told from what stood there.
-std::string oneLine(std::string_view text, bool reversible);
+[[nodiscard]] std::string oneLine(std::string_view text, bool reversible);
 } // namespace host

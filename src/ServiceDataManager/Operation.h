@@ -13,7 +13,7 @@
 /// When an exception leaves the operation, it drops what it gathered itself: the validator is told to forget the groups
 /// that it flagged and those of all values that it was about to try, and security-log records of requests that it never
 /// sent are dropped. What earlier operations, or inner ones, left behind stays.
-class SDM_SCOPED_HOLD ServiceDataManager::Operation
+class SDM_SCOPED_HOLD [[nodiscard]] ServiceDataManager::Operation
 {
 public:
   explicit Operation(ServiceDataManager& owner) SDM_TAKES(owner);

@@ -161,8 +161,8 @@ private:
   bool applyValue(ManagedDataItem& item, const std::string& value, std::string& error) SDM_NEEDS(this);
 
   // Replies of the database.
-  bool parseXMLDasReply(std::string& text, bool importMode, std::string* values) SDM_NEEDS(this);
-  bool runParser(const std::string& text) SDM_NEEDS(this);
+  [[nodiscard]] bool parseXMLDasReply(std::string& text, bool importMode, std::string* values) SDM_NEEDS(this);
+  [[nodiscard]] bool runParser(const std::string& text) SDM_NEEDS(this);
   template <typename... Text>
   void handleElement(void (ServiceDataManager::*handler)(Text...), Text... text);
   void startElementHandler(const char* name, const char** atts) SDM_NEEDS(this);
@@ -171,12 +171,12 @@ private:
   void collectColumn() SDM_NEEDS(this);
   void importColumn(const char* column) SDM_NEEDS(this);
   ManagedDataItem* importedItem(sdm::RunningParser& parser, const char* column) const SDM_NEEDS(this);
-  std::string decryptData(ManagedDataItem* item) SDM_NEEDS(this);
+  [[nodiscard]] std::string decryptData(ManagedDataItem* item) SDM_NEEDS(this);
 
   // Import from the database.
   void importFromDAS() SDM_NEEDS(this);
   std::vector<std::string> importedSchemas() const SDM_NEEDS(this);
-  std::string readItemFromDAS(const std::string& rootId) SDM_NEEDS(this);
+  [[nodiscard]] std::string readItemFromDAS(const std::string& rootId) SDM_NEEDS(this);
   void stripXml(std::string& text, const std::string& tag) SDM_NEEDS(this);
 
   // Local management store.
@@ -189,19 +189,19 @@ private:
   // Set path.
   std::vector<SetDataBlob> convertManageableDataToLocal(ManageableData& data) const SDM_NEEDS(this);
   void trySetData(std::vector<SetDataBlob>& blobs) const SDM_NEEDS(this);
-  bool setData(ManagedDataItem* item, const std::string& value, std::string& error) const SDM_NEEDS(this);
+  [[nodiscard]] bool setData(ManagedDataItem* item, const std::string& value, std::string& error) const SDM_NEEDS(this);
   void rejectRefusedItems(const std::vector<SetDataBlob>& blobs, ManageableData& data) const SDM_NEEDS(this);
-  bool isSetOperationSuccessful(bool dasResult, ManageableData& data) SDM_NEEDS(this);
+  [[nodiscard]] bool isSetOperationSuccessful(bool dasResult, ManageableData& data) SDM_NEEDS(this);
 
   // Get path.
-  bool readItem(ManagedDataItem& item, const std::string& rootId, DataAccessServiceIfc& das, std::string& value)
-      SDM_NEEDS(this);
-  std::string readCell(ManagedDataItem& item, DataAccessServiceIfc& das) SDM_NEEDS(this);
+  [[nodiscard]] bool readItem(ManagedDataItem& item, const std::string& rootId, DataAccessServiceIfc& das,
+                              std::string& value) SDM_NEEDS(this);
+  [[nodiscard]] std::string readCell(ManagedDataItem& item, DataAccessServiceIfc& das) SDM_NEEDS(this);
 
   // Validation groups.
   void flagGroupForValidation(const std::string& group) SDM_NEEDS(this);
   void clearFlagGroupForValidation(const std::string& group) SDM_NEEDS(this);
-  bool validateGroupedData(std::string& reason, const std::string& group) const SDM_NEEDS(this);
+  [[nodiscard]] bool validateGroupedData(std::string& reason, const std::string& group) const SDM_NEEDS(this);
   void clearGroupedData(const std::string& group) SDM_NEEDS(this);
   /// Tells the validator only; the caller clears the flags.
   void removeAllGroupsFromNeedingValidation() SDM_NEEDS(this);
@@ -217,7 +217,7 @@ private:
   void updateDasRequestSingleValidGroup(std::map<std::string, std::string>& requests, const std::string& group)
       SDM_NEEDS(this);
   bool sendDASRequests(std::map<std::string, std::string>& requests, DataAccessServiceIfc* das) SDM_NEEDS(this);
-  bool sendUpdateRequest(DataAccessServiceIfc& das, const std::string& request) SDM_NEEDS(this);
+  [[nodiscard]] bool sendUpdateRequest(DataAccessServiceIfc& das, const std::string& request) SDM_NEEDS(this);
   void handOverSecurityLogRecords(bool failed) SDM_NEEDS(this);
   void handOverAfterFailedSend() noexcept SDM_NEEDS(this);
 

@@ -21,7 +21,7 @@ class SDM_HOST_EXPORT Mark
 {
 public:
   /// Begins. Keeps a copy of the name.
-  Mark(MarkKind markKind, const std::string& markName);
+  [[nodiscard]] Mark(MarkKind markKind, const std::string& markName);
   /// Ends, and counts a callback in `callTimes`.
   ~Mark();
   Mark(const Mark&) = delete;
