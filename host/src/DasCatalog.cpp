@@ -6,11 +6,27 @@
 
 namespace host
 {
-const char* const rowOrderColumn = "~row";
-const char* const rowOrderSqlName = "\"~row\"";
-
 namespace
 {
+/// Holds the order of the rows; no column of a schema gets this name.
+const char* const rowOrderColumn = "~row";
+
+DasTable newTable(const Dialect& dialect, const std::string& schema, const std::string& identifier, bool indexed)
+{
+  DasTable table;
+  table.schema = schema;
+  table.identifier = identifier;
+  table.sqlName = dialect.quoted(identifier);
+  table.rowOrder = dialect.quoted(rowOrderColumn);
+  table.indexed = indexed;
+  return table;
+}
+
+DasColumn newColumn(const Dialect& dialect, const std::string& name, const std::string& identifier)
+{
+  return {name, identifier, isElementName(name), dialect.quoted(identifier)};
+}
+
 std::string lowered(std::string text)
 {
   // SQLite, too, folds the case of ASCII letters only.
@@ -88,9 +104,8 @@ void addMissingColumns(Connection& database, DasTable& table, const std::vector<
   {
     if (table.find(name) != nullptr)
       continue;
-    const DasColumn column{name, takeIdentifier(database.dialect(), name, taken), isElementName(name)};
-    database.executeOnce("ALTER TABLE " + table.sqlName + " ADD COLUMN " + quotedIdentifier(column.identifier) +
-                         " TEXT");
+    const DasColumn column = newColumn(database.dialect(), name, takeIdentifier(database.dialect(), name, taken));
+    database.executeOnce("ALTER TABLE " + table.sqlName + " ADD COLUMN " + column.sqlName + " TEXT");
     recordColumn(database, table, column);
     table.add(column);
   }
@@ -115,8 +130,6 @@ const DasColumn* DasTable::find(const std::string& column) const
 
 void DasTable::add(DasColumn column)
 {
-  column.sqlName = quotedIdentifier(column.identifier);
-  column.qualifiedName = sqlName + "." + column.sqlName;
   columnsByName.emplace(column.name, columns.size());
   columns.push_back(std::move(column));
 }
@@ -136,12 +149,7 @@ void DasCatalog::load(Connection& database)
   for (const Connection::Row& row :
        database.select("SELECT name, identifier, CAST(indexed AS TEXT) FROM \"~schemas\" ORDER BY number", 3))
   {
-    DasTable table;
-    table.schema = row.at(0).value_or("");
-    table.identifier = row.at(1).value_or("");
-    table.sqlName = quotedIdentifier(table.identifier);
-    table.indexed = row.at(2) == "1";
-    insert(std::move(table));
+    insert(newTable(database.dialect(), row.at(0).value_or(""), row.at(1).value_or(""), row.at(2) == "1"));
   }
   for (const Connection::Row& row :
        database.select("SELECT schema, name, identifier FROM \"~columns\" ORDER BY schema, position", 3))
@@ -149,8 +157,7 @@ void DasCatalog::load(Connection& database)
     const auto table = tablesByName.find(row.at(0).value_or(""));
     if (table == tablesByName.end())
       throw Error("the database's catalog names a column of an unknown schema");
-    const std::string name = row.at(1).value_or("");
-    all[table->second].add({name, row.at(2).value_or(""), isElementName(name)});
+    all[table->second].add(newColumn(database.dialect(), row.at(1).value_or(""), row.at(2).value_or("")));
   }
 }
 
@@ -177,20 +184,18 @@ void DasCatalog::provision(Connection& database, const SchemaDefinition& schema)
 
 DasTable& DasCatalog::makeTable(Connection& database, const SchemaDefinition& schema)
 {
-  DasTable table;
-  table.schema = schema.name;
-  table.identifier = takeIdentifier(database.dialect(), schema.name, taken);
-  table.sqlName = quotedIdentifier(table.identifier);
-  table.indexed = !schema.indexColumn.empty();
-  std::string columns = std::string(rowOrderSqlName) + " " + database.dialect().rowNumberType();
+  const Dialect& dialect = database.dialect();
+  DasTable table =
+      newTable(dialect, schema.name, takeIdentifier(dialect, schema.name, taken), !schema.indexColumn.empty());
+  std::string columns = table.rowOrder + " " + dialect.rowNumberType();
   database.execute("INSERT INTO \"~schemas\" (name, identifier, indexed) VALUES (:n, :i, :x)",
                    {table.schema, table.identifier, table.indexed ? "1" : "0"});
   if (table.indexed)
   {
     std::unordered_set<std::string> takenBefore = takenColumns(table);
-    const DasColumn index{schema.indexColumn, takeIdentifier(database.dialect(), schema.indexColumn, takenBefore),
-                          isElementName(schema.indexColumn)};
-    columns += ", " + quotedIdentifier(index.identifier) + " TEXT NOT NULL UNIQUE";
+    const DasColumn index =
+        newColumn(dialect, schema.indexColumn, takeIdentifier(dialect, schema.indexColumn, takenBefore));
+    columns += ", " + index.sqlName + " TEXT NOT NULL UNIQUE";
     recordColumn(database, table, index);
     table.add(index);
   }
@@ -200,8 +205,8 @@ DasTable& DasCatalog::makeTable(Connection& database, const SchemaDefinition& sc
   {
     if (table.find(name) != nullptr)
       continue;
-    const DasColumn column{name, takeIdentifier(database.dialect(), name, takenHere), isElementName(name)};
-    columns += ", " + quotedIdentifier(column.identifier) + " TEXT";
+    const DasColumn column = newColumn(dialect, name, takeIdentifier(dialect, name, takenHere));
+    columns += ", " + column.sqlName + " TEXT";
     recordColumn(database, table, column);
     table.add(column);
   }

@@ -23,18 +23,19 @@ struct DasColumn
   std::string identifier;
   /// Whether `name` can be written as an element of a reply.
   bool isElementName = true;
-  /// The identifier, quoted, and qualified by the table's as well: SQLite takes a quoted name that it does not know for
-  /// a text, but not a qualified one. The table writes both when it takes the column.
+  /// The identifier, quoted.
   std::string sqlName = {};
-  std::string qualifiedName = {};
 };
 
 struct DasTable
 {
   std::string schema;
-  /// The table's name, as it is and quoted.
+  /// The table's name, unquoted.
   std::string identifier = {};
+  /// The identifier, quoted.
   std::string sqlName = {};
+  /// The name of the column that holds the order of the rows, quoted.
+  std::string rowOrder = {};
   /// Whether the first of the columns is the index column.
   bool indexed = false;
   std::vector<DasColumn> columns;
@@ -42,7 +43,6 @@ struct DasTable
 
   /// Null when there is no such column.
   const DasColumn* find(const std::string& column) const;
-  /// The table has its names by then.
   void add(DasColumn column);
 };
 
@@ -74,8 +74,4 @@ private:
   /// Table names in use, in lower case.
   std::unordered_set<std::string> taken;
 };
-
-/// The column that holds the order of the rows, as it is and quoted; no column of a schema gets this name.
-extern const char* const rowOrderColumn;
-extern const char* const rowOrderSqlName;
 } // namespace host

@@ -1,6 +1,5 @@
 #include "DasQueries.h"
 
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -57,13 +56,13 @@ std::string selectStatement(const DasTable& table, const std::vector<const DasCo
   std::string sql = "SELECT ";
   sql.reserve(usualLength);
   for (const DasColumn* column : shown)
-    sql.append(column == shown.front() ? "" : ", ").append(column->qualifiedName);
+    sql.append(column == shown.front() ? "" : ", ").append(column->sqlName);
   sql.append(" FROM ").append(table.sqlName);
   if (selection.writtenOnly)
-    sql.append(" WHERE ").append(shown.back()->qualifiedName).append(" IS NOT NULL");
+    sql.append(" WHERE ").append(shown.back()->sqlName).append(" IS NOT NULL");
   if (selection.oneRow)
-    sql.append(selection.writtenOnly ? " AND " : " WHERE ").append(table.columns.front().qualifiedName).append(" = :i");
-  return sql.append(" ORDER BY ").append(table.sqlName).append(".").append(rowOrderSqlName);
+    sql.append(selection.writtenOnly ? " AND " : " WHERE ").append(table.columns.front().sqlName).append(" = :i");
+  return sql.append(" ORDER BY ").append(table.rowOrder);
 }
 
 /// A row with its written cells; an indexed one shows its index column even when it has no other.
@@ -100,7 +99,7 @@ void planOnlyRow(DasUpdatePlan& plan, const DasTable& table, std::vector<DasCell
 /// Inserts the row, or updates it when it is there.
 void writeRow(Connection& database, const DasTable& table, RowChange& change)
 {
-  const std::string_view key = table.indexed ? std::string_view(table.columns.front().sqlName) : rowOrderSqlName;
+  const std::string& key = table.indexed ? table.columns.front().sqlName : table.rowOrder;
   std::string sql = "INSERT INTO ";
   sql.reserve(usualLength);
   sql.append(table.sqlName).append(" (").append(key);

@@ -49,10 +49,10 @@ public:
   /// A query for the names that tables and indexes have, in lower case, one a row.
   virtual std::string namesInUse() const = 0;
 
+  /// The name as an identifier, whatever characters it has. One that is not there is an error.
+  virtual std::string quoted(const std::string& name) const = 0;
+
   /// Whether the database keeps names like this, in lower case, to itself.
   virtual bool isReserved(const std::string& name) const = 0;
 };
-
-/// The name as a quoted SQL identifier.
-std::string quotedIdentifier(const std::string& identifier);
 } // namespace host

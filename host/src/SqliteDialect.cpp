@@ -62,6 +62,16 @@ std::string SqliteDialect::namesInUse() const
   return "SELECT lower(name) FROM sqlite_master";
 }
 
+std::string SqliteDialect::quoted(const std::string& name) const
+{
+  // Not in double quotes: a name in those that SQLite does not know it takes for a text. Qualifying the name would help
+  // as well, but preparing a statement takes a third longer then.
+  std::string text = "`";
+  for (const char character : name)
+    text.append(character == '`' ? 2 : 1, character);
+  return text + '`';
+}
+
 bool SqliteDialect::isReserved(const std::string& name) const
 {
   return name.rfind("sqlite_", 0) == 0;

@@ -17,6 +17,7 @@ public:
   std::string beginningToWrite() const override;
   std::string rowNumberType() const override;
   std::string namesInUse() const override;
+  std::string quoted(const std::string& name) const override;
   bool isReserved(const std::string& name) const override;
 
   /// The file as the driver wants it told. Throws `Error` for a name that it cannot be told.

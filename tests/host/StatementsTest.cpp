@@ -17,9 +17,9 @@ class Statements : public hosttest::DasFixture
 protected:
   void provisionWide(const std::string& schema, int columns)
   {
-    std::vector<std::string> names;
-    for (int i = 0; i < columns; ++i)
-      names.push_back("C" + std::to_string(i));
+    std::vector<std::string> names(static_cast<std::size_t>(columns));
+    for (std::size_t i = 0; i < names.size(); ++i)
+      names[i] = "C" + std::to_string(i);
     das.provision({{schema, "", names, {}}});
   }
   std::string readColumn(const std::string& schema, const std::string& column)
@@ -34,7 +34,7 @@ TEST_F(Statements, OneThatComesAgainIsPreparedOnce)
   das.provision({{"Again", "", {"A"}, {}}});
   for (int i = 0; i < 10; ++i)
     update("Again", "<A>" + std::to_string(i) + "</A>");
-  EXPECT_EQ(preparedCount("INSERT INTO \"Again\""), 1);
+  EXPECT_EQ(preparedCount("INSERT INTO `Again`"), 1);
 }
 
 TEST_F(Statements, OneInUseStaysHoweverManyOthersCome)
@@ -46,7 +46,7 @@ TEST_F(Statements, OneInUseStaysHoweverManyOthersCome)
     readColumn("Used", "A");
     readColumn("Others", "C" + std::to_string(i));
   }
-  EXPECT_EQ(preparedCount("FROM \"Used\""), 1);
+  EXPECT_EQ(preparedCount("FROM `Used`"), 1);
 }
 
 TEST_F(Statements, TheLongestUnusedGoesFirst)
@@ -56,10 +56,10 @@ TEST_F(Statements, TheLongestUnusedGoesFirst)
     readColumn("Many", "C" + std::to_string(i));
   readColumn("Many", "C1899");
   readColumn("Many", "C1000");
-  EXPECT_EQ(preparedCount("SELECT \"Many\".\"C1899\" FROM"), 1);
-  EXPECT_EQ(preparedCount("SELECT \"Many\".\"C1000\" FROM"), 1);
+  EXPECT_EQ(preparedCount("SELECT `C1899` FROM `Many`"), 1);
+  EXPECT_EQ(preparedCount("SELECT `C1000` FROM `Many`"), 1);
   readColumn("Many", "C0");
-  EXPECT_EQ(preparedCount("SELECT \"Many\".\"C0\" FROM"), 2);
+  EXPECT_EQ(preparedCount("SELECT `C0` FROM `Many`"), 2);
 }
 
 TEST_F(Statements, FewLongOnesPushOutAsWell)
@@ -69,9 +69,9 @@ TEST_F(Statements, FewLongOnesPushOutAsWell)
   for (int i = 0; i < 9; ++i)
     read("Long" + std::to_string(i));
   read("Long8");
-  EXPECT_EQ(preparedCount("FROM \"Long8\""), 1);
+  EXPECT_EQ(preparedCount("FROM `Long8`"), 1);
   read("Long0");
-  EXPECT_EQ(preparedCount("FROM \"Long0\""), 2);
+  EXPECT_EQ(preparedCount("FROM `Long0`"), 2);
 }
 
 TEST_F(Statements, EntriesOfARowThatFollowEachOtherAreOne)
@@ -80,8 +80,8 @@ TEST_F(Statements, EntriesOfARowThatFollowEachOtherAreOne)
   update("Entries", "<Entry><Idx>1</Idx><A>a</A></Entry><Entry><Idx>1</Idx><B>b</B></Entry>"
                     "<Entry><Idx>2</Idx><C>c</C></Entry><Entry><Idx>1</Idx><A>later</A></Entry>"
                     "<Entry><Idx>1</Idx><A>last</A><C>c</C></Entry>");
-  EXPECT_EQ(preparedCount("INSERT INTO \"Entries\" (\"Idx\", \"A\", \"B\")"), 1);
-  EXPECT_EQ(preparedCount("INSERT INTO \"Entries\""), 3);
+  EXPECT_EQ(preparedCount("INSERT INTO `Entries` (`Idx`, `A`, `B`)"), 1);
+  EXPECT_EQ(preparedCount("INSERT INTO `Entries`"), 3);
   EXPECT_EQ(read("Entries"), readReply("Entries", "<Entry><Idx>1</Idx><A>last</A><B>b</B><C>c</C></Entry>"
                                                   "<Entry><Idx>2</Idx><C>c</C></Entry>"));
 }
