@@ -123,10 +123,10 @@ void Connection::close()
   content->session.close();
 }
 
-void Connection::execute(const std::string& sql, Values values)
+std::size_t Connection::execute(const std::string& sql, Values values)
 {
   beforeChange();
-  run(sql, 0, values, nullptr);
+  return run(sql, 0, values, nullptr);
 }
 
 void Connection::executeOnce(const std::string& sql)
@@ -147,13 +147,15 @@ std::vector<Connection::Row> Connection::select(const std::string& sql, std::siz
   return rows;
 }
 
-void Connection::run(const std::string& sql, std::size_t columns, Values& values, const RowReader& reader)
+/// Returns how many rows it changed, when it is no query.
+std::size_t Connection::run(const std::string& sql, std::size_t columns, Values& values, const RowReader& reader)
 {
   std::size_t length = lengthOf(values);
+  std::size_t changed = 0;
   const auto runAndRead = [&]
   {
     PreparedStatement& statement = content->prepared(sql, columns, values.size());
-    statement.run(values);
+    changed = statement.run(values);
     while (const Row* row = columns == 0 ? nullptr : statement.fetch())
     {
       length += lengthOf(*row);
@@ -172,6 +174,7 @@ void Connection::run(const std::string& sql, std::size_t columns, Values& values
   }
   if (length > longestToKeep)
     content->statements.drop(sql);
+  return changed;
 }
 
 void Connection::rollBack()

@@ -31,7 +31,8 @@ public:
   const Dialect& dialect() const;
 
   /// Runs a statement without result; `values` are bound in the order of its parameters. Alone it is a transaction.
-  void execute(const std::string& sql, Values values = {});
+  /// Returns how many rows one that inserts, updates or deletes has changed.
+  std::size_t execute(const std::string& sql, Values values = {});
 
   /// The same for one that hardly comes again, such as the making of a table: the prepared statement is not kept.
   void executeOnce(const std::string& sql);
@@ -71,7 +72,7 @@ private:
   virtual void beforeChange()
   {
   }
-  void run(const std::string& sql, std::size_t columns, Values& values, const RowReader& reader);
+  std::size_t run(const std::string& sql, std::size_t columns, Values& values, const RowReader& reader);
   void rollBack();
 
   struct Content;

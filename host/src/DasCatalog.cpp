@@ -24,7 +24,8 @@ DasTable newTable(const Dialect& dialect, const std::string& schema, const std::
 
 DasColumn newColumn(const Dialect& dialect, const std::string& name, const std::string& identifier)
 {
-  return {name, identifier, isElementName(name), dialect.quoted(identifier)};
+  const std::string sqlName = dialect.quoted(identifier);
+  return {name, identifier, isElementName(name), sqlName, sqlName + " = excluded." + sqlName};
 }
 
 std::string lowered(std::string text)

@@ -25,6 +25,8 @@ struct DasColumn
   bool isElementName = true;
   /// The identifier, quoted.
   std::string sqlName = {};
+  /// Takes the value that a statement for writing a row has for the column.
+  std::string assignment = {};
 };
 
 struct DasTable

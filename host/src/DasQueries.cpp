@@ -110,10 +110,7 @@ void writeRow(Connection& database, const DasTable& table, RowChange& change)
     sql.append(", :v").append(std::to_string(i));
   sql.append(") ON CONFLICT (").append(key).append(") DO UPDATE SET ");
   for (const DasColumn* column : change.columns)
-    sql.append(column == change.columns.front() ? "" : ", ")
-        .append(column->sqlName)
-        .append(" = excluded.")
-        .append(column->sqlName);
+    sql.append(column == change.columns.front() ? "" : ", ").append(column->assignment);
   database.execute(sql, std::move(change.values));
 }
 } // namespace

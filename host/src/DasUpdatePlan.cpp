@@ -12,7 +12,7 @@ namespace
 constexpr std::size_t nowhere = std::numeric_limits<std::size_t>::max();
 } // namespace
 
-DasUpdatePlan::DasUpdatePlan(const DasTable& updatedTable) : table(updatedTable), places(table.columns.size(), nowhere)
+DasUpdatePlan::DasUpdatePlan(const DasTable& updatedTable) : table(updatedTable)
 {
 }
 
@@ -25,7 +25,7 @@ void DasUpdatePlan::beginRow(std::string index)
 {
   if (!rows.empty() && rows.back().values.front() == index)
     return;
-  if (!rows.empty())
+  if (!places.empty())
     for (const DasColumn* column : rows.back().columns)
       placeOf(*column) = nowhere;
   rows.emplace_back().values.push_back(std::move(index));
@@ -37,14 +37,22 @@ void DasUpdatePlan::set(DasCell& cell)
   if (column == nullptr)
     throw Refusal("schema '" + table.schema + "' has no column '" + cell.column + "'");
   RowChange& row = rows.back();
-  std::size_t& place = placeOf(*column);
-  if (place == nowhere)
+  if (places.empty() && !row.columns.empty())
   {
-    place = row.values.size();
-    row.columns.push_back(column);
-    row.values.emplace_back();
+    places.assign(table.columns.size(), nowhere);
+    placeOf(*row.columns.front()) = row.values.size() - 1;
   }
-  row.values[place] = std::move(cell.value);
+  if (!places.empty())
+  {
+    if (const std::size_t place = placeOf(*column); place != nowhere)
+    {
+      row.values[place] = std::move(cell.value);
+      return;
+    }
+    placeOf(*column) = row.values.size();
+  }
+  row.columns.push_back(column);
+  row.values.push_back(std::move(cell.value));
 }
 
 std::size_t& DasUpdatePlan::placeOf(const DasColumn& column)

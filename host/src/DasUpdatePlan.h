@@ -43,7 +43,8 @@ private:
   std::size_t& placeOf(const DasColumn& column);
 
   const DasTable& table;
-  /// Where the value of each of the table's columns stands in the row begun last.
+  /// Where the value of each of the table's columns stands in the row begun last. Empty until a row gets a second
+  /// column, which most do not.
   std::vector<std::size_t> places;
 };
 } // namespace host

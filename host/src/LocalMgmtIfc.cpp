@@ -52,11 +52,13 @@ struct LocalMgmtStore::Content
     return rows.empty() ? std::nullopt : rows.front().front();
   }
 
-  void store(const std::string& rootId, const std::string& newValue)
+  /// False when that is the value already.
+  bool store(const std::string& rootId, const std::string& newValue)
   {
-    database.execute("INSERT INTO item_values (root_id, value) VALUES (:r, :v) "
-                     "ON CONFLICT (root_id) DO UPDATE SET value = excluded.value",
-                     {rootId, newValue});
+    return database.execute("INSERT INTO item_values (root_id, value) VALUES (:r, :v) "
+                            "ON CONFLICT (root_id) DO UPDATE SET value = excluded.value "
+                            "WHERE item_values.value <> excluded.value",
+                            {rootId, newValue}) != 0;
   }
 
   bool isLocked(const std::string& rootId)
@@ -71,9 +73,8 @@ struct LocalMgmtStore::Content
       logAppUni("HostPlatform", "host/src/LocalMgmtIfc", 2, __LINE__, "there is no dictionary \"%s\"", name.c_str());
       return false;
     }
-    for (const Database::Row& row :
-         database.select("SELECT key, value FROM dictionary_entries WHERE dictionary = :d", 2, {name}))
-      data.populate(name, row.at(0).value_or(""), row.at(1).value_or(""));
+    database.select("SELECT key, value FROM dictionary_entries WHERE dictionary = :d", 2, {name},
+                    [&](const Database::Row& row) { data.populate(name, row[0].value(), row[1].value()); });
     return true;
   }
 
@@ -97,10 +98,8 @@ struct LocalMgmtStore::Content
                   rootId.c_str());
         return false;
       }
-      if (value(rootId) == newValue)
-        continue;
-      store(rootId, newValue);
-      changes.emplace_back(rootId, newValue);
+      if (store(rootId, newValue))
+        changes.emplace_back(rootId, newValue);
     }
     transaction.commit();
     deliveries.add(changes);

@@ -28,11 +28,12 @@ public:
     statement.define_and_bind();
   }
 
-  /// Takes the values, as many as it was made for.
-  void run(Connection::Values& values)
+  /// Takes the values, as many as it was made for. Returns how many rows it changed, when it is no query.
+  std::size_t run(Connection::Values& values)
   {
     std::swap_ranges(values.begin(), values.end(), inputs.begin());
     statement.execute(texts.empty());
+    return texts.empty() ? static_cast<std::size_t>(statement.get_affected_rows()) : 0;
   }
 
   /// The next row, until the next call; null when there is none any more.
