@@ -49,4 +49,11 @@ TEST(LiteralTest, StandsForExactlyItsBytes)
   EXPECT_EQ(literal(R"(say "hi"\)"), R"("say \"hi\"\\")");
   EXPECT_EQ(literal(std::string("a\0001\n\x7f", 5)), R"("a\0001\012\177")");
   EXPECT_EQ(literal("\xff\x41"), R"("\377A")");
+  EXPECT_EQ(literal("what?"
+                    "?/"),
+            R"("what?\?/")");
+  EXPECT_EQ(literal("?"
+                    "?"
+                    "?"),
+            R"("?\?\?")");
 }

@@ -129,7 +129,8 @@ std::string literal(const std::string& text)
   for (const char c : text)
   {
     const auto byte = static_cast<unsigned char>(c);
-    if (c == '"' || c == '\\')
+    // Two question marks begin what older compilers take for another character.
+    if (c == '"' || c == '\\' || (c == '?' && written.back() == '?'))
       written += std::string("\\") + c;
     else if ((byte >= 0x20 && byte < 0x7f) || (byte >= 0x80 && readable))
       written += c;

@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <cctype>
+#include <filesystem>
 #include <set>
 #include <utility>
 #include <vector>
 
+#include "CodeLines.h"
 #include "Identifiers.h"
 #include "Shown.h"
 #include "SkeletonFields.h"
@@ -19,14 +21,9 @@ namespace
 
 using Fields = std::vector<SkeletonField>;
 
-constexpr std::size_t longestLine = 120;
-
-/// A line of code, kept from the formatter where it is longer than lines should be: its text is not ours to break.
 std::string line(const std::string& code)
 {
-  if (width(code) <= longestLine)
-    return code + "\n";
-  return "  // clang-format off\n" + code + "\n  // clang-format on\n";
+  return code + "\n";
 }
 
 std::string fill(const std::string& text, const std::map<std::string, std::string>& values)
@@ -242,8 +239,11 @@ std::map<std::string, std::string> skeleton(const std::string& name, const ItemT
   std::map<std::string, std::string> files;
   for (const auto& [path, text] : templates())
   {
-    if (path != "tests/DeviceTest.cpp" || !life.empty())
-      files[path == "clang-format" ? ".clang-format" : path] = oneLineEnd(fill(text, values));
+    if (path == "tests/DeviceTest.cpp" && life.empty())
+      continue;
+    const bool code = std::filesystem::path(path).parent_path() != "";
+    const std::string filled = oneLineEnd(fill(text, values));
+    files[path == "clang-format" ? ".clang-format" : path] = code ? foldedCode(filled) : filled;
   }
   files[".gitignore"] = "/build/\n";
   return files;
