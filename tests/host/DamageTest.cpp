@@ -6,6 +6,7 @@
 
 #include <functional>
 
+#include "FileCalls.h"
 #include "HostTesting.h"
 #include "host/Device.h"
 #include "host/keepAside.h"
@@ -194,4 +195,25 @@ TEST_F(DamagedDevice, NeverReplacesWhatWasKeptAside)
   EXPECT_EQ(contentOf(path / "x.damaged-1"), "old");
   EXPECT_EQ(contentOf(path / "x.damaged-2-wal"), "old changes");
   EXPECT_EQ(contentOf(path / "x.damaged-3"), "new");
+}
+
+TEST_F(DamagedDevice, KeepsTheDatabaseItselfAsideLastAndMakesItLast)
+{
+  const std::string aside = file("x.damaged-1");
+  for (const char* part : {"", "-wal", "-shm"})
+    writeFile(path / (std::string("x") + part), part);
+  const hosttest::FileCalls calls;
+  host::keepAside(path / "x");
+  EXPECT_EQ(calls.noted(), (std::vector<std::string>{"rename " + file("x-shm") + " " + aside + "-shm",
+                                                     "rename " + file("x-wal") + " " + aside + "-wal",
+                                                     "rename " + file("x") + " " + aside, "sync " + path.string()}));
+}
+
+TEST_F(DamagedDevice, TakesALinkToNothingForAnEarlierFileKeptAside)
+{
+  for (const char* name : {"x.damaged-1", "x.damaged-2-wal", "x.damaged-3-shm"})
+    std::filesystem::create_symlink(path / "nowhere", path / name);
+  writeFile(path / "x", "new");
+  EXPECT_EQ(host::keepAside(path / "x"), path / "x.damaged-4");
+  EXPECT_TRUE(std::filesystem::is_symlink(path / "x.damaged-1"));
 }

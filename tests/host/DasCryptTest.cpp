@@ -8,6 +8,7 @@
 #include <set>
 #include <thread>
 
+#include "FileCalls.h"
 #include "HostTesting.h"
 #include "SyncCounter.h"
 #include "host/DasCrypt.h"
@@ -229,4 +230,55 @@ TEST_F(DasCryptKey, TextCutOrExtendedFails)
   std::string out;
   for (const char* more : {"A", "AAAA", " ", "\n"})
     EXPECT_FALSE(DasCrypt::fromEncryptedText(text + more, out)) << more;
+}
+
+TEST_F(DasCryptKey, IsWrittenWholeHoweverLittleTheSystemTakesAtATime)
+{
+  const hosttest::StingyWrites writes;
+  host::useKeyFile(file);
+  EXPECT_EQ(std::filesystem::file_size(file), 32U);
+}
+
+TEST_F(DasCryptKey, LeavesTheOneThatAnotherProcessMadeMeanwhile)
+{
+  const std::string theirs(32, 'k');
+  hosttest::FileCalls calls;
+  calls.atTheNext(
+      [&]
+      {
+        hosttest::writeFile(file, theirs);
+        std::filesystem::permissions(file, std::filesystem::perms(0600));
+      });
+  host::useKeyFile(file);
+  EXPECT_EQ(hosttest::contentOf(file), theirs);
+  const std::string text = encrypted("secret");
+  host::useKeyFile(folder / "other.key");
+  host::useKeyFile(file);
+  std::string plain;
+  EXPECT_TRUE(DasCrypt::fromEncryptedText(text, plain)) << "encrypted by the key that stays";
+}
+
+TEST_F(DasCryptKey, StandsUnderItsNameOnlyWhenItIsOnTheDisk)
+{
+  const hosttest::FileCalls calls;
+  host::useKeyFile(file);
+  const std::vector<std::string> noted = calls.noted();
+  ASSERT_EQ(noted.size(), 3U);
+  EXPECT_EQ(noted[0].rfind("sync " + file.string() + ".", 0), 0U) << noted[0];
+  EXPECT_EQ(noted[1], "link " + file.string());
+  EXPECT_EQ(noted[2], "sync " + folder.path().string());
+}
+
+TEST_F(DasCryptKey, ThatIsAPipeIsRefusedAndLeftThere)
+{
+  ASSERT_EQ(::mkfifo(file.c_str(), 0600), 0);
+  EXPECT_EQ(errorOf([&] { host::useKeyFile(file); }), file.string() + ": is no regular file and so no key");
+  EXPECT_TRUE(std::filesystem::is_fifo(file));
+}
+
+TEST_F(DasCryptKey, ThatIsALinkToNothingIsRefused)
+{
+  std::filesystem::create_symlink(folder / "elsewhere.key", file);
+  EXPECT_EQ(errorOf([&] { host::useKeyFile(file); }), file.string() + ": went away while it was made");
+  EXPECT_FALSE(std::filesystem::exists(folder / "elsewhere.key"));
 }

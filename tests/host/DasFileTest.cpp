@@ -4,6 +4,7 @@
 #include <thread>
 
 #include "DasFixture.h"
+#include "FileCalls.h"
 #include "SyncCounter.h"
 #include "host/LocalMgmtIfc.h"
 
@@ -213,4 +214,56 @@ TEST_F(DasFile, ManyThreadsAtOnceLoseNothing)
   for (std::thread& thread : threads)
     thread.join();
   EXPECT_EQ(das.schemas().back().indexValues.size(), 200U);
+}
+
+TEST_F(DasFile, LockThatIsGivenBackWhileARequestWaitsIsNoError)
+{
+  sqlite3* raw = nullptr;
+  ASSERT_EQ(sqlite3_open(file.c_str(), &raw), SQLITE_OK);
+  const std::unique_ptr<sqlite3, decltype(&sqlite3_close)> other(raw, &sqlite3_close);
+  ASSERT_EQ(sqlite3_exec(raw, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
+  const hosttest::InPlaceOfSleep waiting([&] { sqlite3_exec(raw, "ROLLBACK", nullptr, nullptr, nullptr); });
+  EXPECT_EQ(update("Plain", "<A>1</A>"), updateReply("Plain"));
+}
+
+TEST_F(DasFile, CopyHoldsWhatWasWrittenLast)
+{
+  for (const char* value : {"1", "2", "3"})
+  {
+    update("Plain", std::string("<A>") + value + "</A>");
+    host::DataAccessService copy(file, host::Storage::copy);
+    EXPECT_EQ(copy.storedCell("Plain", "A", "", ""), value);
+  }
+}
+
+TEST_F(DasFile, ReadingLeavesNothingLocked)
+{
+  read("Rows");
+  read("Plain", "<ResultCols>A</ResultCols>");
+  das.storedCell("Rows", "A", "Idx", "1");
+  das.schemas();
+  read("Rows", "<ResultCols>nosuch</ResultCols>");
+  update("Rows", "<Entry><nosuch>1</nosuch></Entry>");
+  hosttest::runSql(file, "BEGIN EXCLUSIVE; ROLLBACK; PRAGMA wal_checkpoint(TRUNCATE)");
+  EXPECT_EQ(std::filesystem::file_size(file.string() + "-wal"), 0U) << "nobody reads any more";
+}
+
+TEST_F(DasFile, TellsIndexValuesInTheOrderTheRowsWereMade)
+{
+  das.provision({{"Lines", "Idx", {"A", "B", "C"}, {"10", "9", "b", "a"}}});
+  EXPECT_EQ(das.schemas().back().indexValues, (std::vector<std::string>{"10", "9", "b", "a"}));
+  EXPECT_EQ(read("Lines", "<ResultCols>Idx</ResultCols>"),
+            readReply("Lines", "<Entry><Idx>10</Idx></Entry><Entry><Idx>9</Idx></Entry><Entry><Idx>b</Idx></Entry>"
+                               "<Entry><Idx>a</Idx></Entry>"));
+}
+
+TEST_F(DasFile, ProvisioningIsOneTransaction)
+{
+  hosttest::runSql(file, "CREATE TRIGGER stop BEFORE INSERT ON Rows WHEN NEW.Idx = '9' BEGIN SELECT "
+                         "RAISE(FAIL, 'no'); END");
+  EXPECT_NE(errorOf([&] { das.provision({{"New", "", {"A"}, {}}, {"Rows", "Idx", {"C"}, {"8", "9"}}}); }), "");
+  EXPECT_EQ(das.schemas().size(), 2U);
+  EXPECT_EQ(das.schemas().back().columns, (std::vector<std::string>{"A", "B"}));
+  EXPECT_EQ(das.schemas().back().indexValues, (std::vector<std::string>{"1", "2"}));
+  EXPECT_EQ(hosttest::queryText(file, "SELECT count(*) FROM \"~columns\" WHERE name = 'C'"), "0");
 }

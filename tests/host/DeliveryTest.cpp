@@ -12,6 +12,7 @@
 #include <thread>
 
 #include "HostTesting.h"
+#include "SyncCounter.h"
 #include "host/LocalMgmtIfc.h"
 
 namespace
@@ -228,4 +229,28 @@ TEST_F(Delivery, ForgettingWaitsForAReportThatIsUnderWay)
   goOn.set_value();
   forgetter.join();
   changer.join();
+}
+
+TEST_F(Delivery, PublicationThatCannotReachTheDiskIsNotReportedLaterEither)
+{
+  subscribe(agent, {"a", "b"});
+  {
+    const hosttest::FailingSync broken;
+    ManageableData data;
+    data.populate("a", "a", "lost");
+    EXPECT_FALSE(store.publishData(data));
+  }
+  store.change("b", "1");
+  EXPECT_EQ(agent.reports, Texts{"b=1"});
+}
+
+TEST_F(Delivery, ChangeThatCannotReachTheDiskIsNotReportedLaterEither)
+{
+  subscribe(agent, {"a", "b"});
+  {
+    const hosttest::FailingSync broken;
+    EXPECT_NE(hosttest::errorOf([&] { store.change("a", "lost"); }), "");
+  }
+  store.change("b", "1");
+  EXPECT_EQ(agent.reports, Texts{"b=1"});
 }

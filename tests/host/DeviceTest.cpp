@@ -17,6 +17,7 @@
 #include <string>
 #include <vector>
 
+#include "FileCalls.h"
 #include "HostTesting.h"
 #include "host/CallTimes.h"
 #include "host/ClientUtils.h"
@@ -65,6 +66,16 @@ TEST_F(DeviceFolder, IsForItsOwnerAloneWhenItIsNew)
   std::filesystem::permissions(path, std::filesystem::perms::all);
   bringUpError();
   EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms::all) << "left as the operator set it";
+}
+
+TEST_F(DeviceFolder, LastsWithAllFoldersAboveThatWereMadeForIt)
+{
+  const hosttest::FileCalls calls;
+  const host::Device device(settings());
+  const std::vector<std::string> noted = calls.noted();
+  for (const std::filesystem::path& above : {path.parent_path(), folder.path(), folder.path().parent_path()})
+    EXPECT_NE(std::find(noted.begin(), noted.end(), "sync " + std::filesystem::canonical(above).string()), noted.end())
+        << above;
 }
 
 TEST_F(DeviceFolder, OffersItsServicesWithTheTrafficInFront)

@@ -8,6 +8,7 @@
 #include <fstream>
 #include <thread>
 
+#include "FileCalls.h"
 #include "HostTesting.h"
 #include "SyncCounter.h"
 #include "host/SecurityLogServiceIfc.h"
@@ -380,4 +381,43 @@ TEST_F(SecurityLog, RecordCannotPassForTheBeginOfALog)
   fill(file);
   log(service, "next");
   EXPECT_EQ(beginOf(file), continued("0 records"));
+}
+
+TEST_F(SecurityLog, WritesWholeRecordsHoweverLittleTheSystemTakesAtATime)
+{
+  host::SecurityLogService service(file);
+  const hosttest::StingyWrites writes;
+  log(service, "first");
+  log(service, "second");
+  EXPECT_EQ(linesOf(file), (Texts{lineOf("first"), lineOf("second")}));
+}
+
+TEST_F(SecurityLog, ThreadsDoNotMixTheirLinesHoweverLittleTheSystemTakesAtATime)
+{
+  host::SecurityLogService service(file);
+  const hosttest::StingyWrites writes;
+  std::vector<std::thread> threads;
+  for (int t = 0; t < 4; ++t)
+    threads.emplace_back(
+        [&]
+        {
+          for (int i = 0; i < 10; ++i)
+            log(service, std::string(100, 'x'));
+        });
+  for (std::thread& thread : threads)
+    thread.join();
+  EXPECT_EQ(linesOf(file), Texts(40, lineOf(std::string(100, 'x'))));
+}
+
+TEST_F(SecurityLog, WritesItsTimesInUtcWhereverTheDeviceIs)
+{
+  const char* before = std::getenv("TZ");
+  const std::string zone = before != nullptr ? before : "";
+  ::setenv("TZ", "XYZ-9", 1);
+  ::tzset();
+  host::SecurityLogService service(file);
+  log(service, "r");
+  before != nullptr ? ::setenv("TZ", zone.c_str(), 1) : ::unsetenv("TZ");
+  ::tzset();
+  EXPECT_EQ(linesOf(file), Texts{lineOf("r")});
 }

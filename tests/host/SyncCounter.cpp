@@ -15,6 +15,7 @@ std::atomic<bool> failing{false};
 int counted(long number, int descriptor)
 {
   ++calls;
+  hosttest::noteSync(descriptor);
   if (failing)
   {
     errno = EIO;

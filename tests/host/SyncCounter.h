@@ -6,6 +6,9 @@ namespace hosttest
 /// Calls of fsync and fdatasync since the start, by whatever library.
 int syncCount();
 
+/// For whoever lists calls; comes before the file is synced.
+void noteSync(int descriptor);
+
 /// While it lives every fsync and fdatasync fails.
 class FailingSync
 {
