@@ -8,6 +8,7 @@
 #include <ctime>
 #include <fstream>
 #include <string>
+#include <string_view>
 #include <system_error>
 
 #include "PlainLine.h"
@@ -18,8 +19,8 @@ namespace host
 namespace
 {
 /// No field of a record holds a single backslash before these letters, so no record can pass for it.
-const std::string endOfFirstLine = "\t\\continued";
-const std::string beforeCount = "dropped so far: ";
+constexpr std::string_view endOfFirstLine = "\t\\continued";
+constexpr std::string_view beforeCount = "dropped so far: ";
 
 struct Dropped
 {
@@ -27,7 +28,7 @@ struct Dropped
   std::string until;
 };
 
-bool ends(const std::string& text, const std::string& with)
+bool ends(std::string_view text, std::string_view with)
 {
   return text.size() >= with.size() && text.compare(text.size() - with.size(), with.size(), with) == 0;
 }
@@ -86,11 +87,12 @@ std::string firstLine(const std::filesystem::path& file, const Dropped& dropped)
   char text[32] = "-";
   if (::gmtime_r(&now, &parts) != nullptr)
     std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &parts);
-  std::string record = "continued from " + oneLine(olderLog(file, 1).filename().string(), true) + ", " + beforeCount +
-                       std::to_string(dropped.records) + (dropped.records == 1 ? " record" : " records");
+  std::string record = "continued from " + oneLine(olderLog(file, 1).filename().string(), true) + ", " +
+                       std::string(beforeCount) + std::to_string(dropped.records) +
+                       (dropped.records == 1 ? " record" : " records");
   if (dropped.records != 0)
     record += ", the last of " + dropped.until;
-  return std::string(text) + "\t0\t0\t0\t0\tok\t" + record + "\t-\t-" + endOfFirstLine + "\n";
+  return std::string(text) + "\t0\t0\t0\t0\tok\t" + record + "\t-\t-" + std::string(endOfFirstLine) + "\n";
 }
 
 /// The number that is free, or the last.
