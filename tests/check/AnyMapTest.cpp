@@ -1,9 +1,11 @@
 // Whatever a file holds: it is read as the library reads it, and mending comes to an end and keeps what it may not
 // touch.
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
 #include <random>
+#include <string>
 #include <unistd.h>
 
 #include <gtest/gtest.h>
@@ -153,4 +155,47 @@ TEST(Mending, TakesCareOfWhatOneChangeUncovers)
   const auto made = cli::check::mend(
       MapText("", "\xef\xbb\xbfrootId,dasSchema,dasItem,,,,,,,,,\r\na.pin,Sch,Col,,,,setB,,,,, True\r\n"), allRules());
   EXPECT_EQ(made.content, "a.pin,Sch,Col,,,,setB,,,,,true\n");
+}
+
+namespace
+{
+std::vector<std::string> foundIn(const std::string& content)
+{
+  std::vector<std::string> ids;
+  for (const auto& finding : cli::check::findingsOf(MapText("", content), allRules()))
+    ids.emplace_back(finding.rule->id);
+  return ids;
+}
+} // namespace
+
+TEST(Linting, OfUtf16FindsThatItIsAndNoItemsBeside)
+{
+  using std::string_literals::operator""s;
+  using Ids = std::vector<std::string>;
+  EXPECT_EQ(foundIn("\xff\xfe"s + "a\0"s), Ids{"utf-16"});
+  EXPECT_EQ(foundIn("\xfe\xff"s + "\0a"s), (Ids{"utf-16"}));
+  const std::string item = "a.pin,Sch,Col,,,,setB,getB,,,,\n";
+  EXPECT_EQ(foundIn("\xff" + item), foundIn("\xfe" + item)) << "one byte of the mark is none";
+  for (const std::string& start : {"\xff"s, "\xfe"s, "\xff\xff"s, ""s})
+    for (const std::string& id : foundIn(start + item))
+      EXPECT_NE(id, "utf-16");
+}
+
+TEST(Linting, OfCarriageReturnsTellsOfTheFlagAndOfTheOtherLinesApart)
+{
+  const std::string flagged = "a.pin,Sch,Pin,,,,setB,,,,,true";
+  const std::string plain = "a.vol,Sch,Vol,,,1,setC,getC,,,,";
+  const auto count = [](const std::string& content, const std::string& id)
+  {
+    const std::vector<std::string> ids = foundIn(content);
+    return std::count(ids.begin(), ids.end(), id);
+  };
+  EXPECT_EQ(count(flagged + "\r\n" + plain + "\n", "carriage-return"), 1);
+  EXPECT_EQ(count(flagged + "\r\n" + plain + "\n", "crlf-line-ends"), 0);
+  EXPECT_EQ(count(flagged + "\r\n" + plain + "\r\n", "carriage-return"), 1);
+  EXPECT_EQ(count(flagged + "\r\n" + plain + "\r\n", "crlf-line-ends"), 1);
+  EXPECT_EQ(count(flagged + "\n" + plain + "\r\n", "carriage-return"), 0);
+  EXPECT_EQ(count(flagged + "\n" + plain + "\r\n", "crlf-line-ends"), 1);
+  EXPECT_EQ(cli::check::mend(MapText("", flagged + "\r\n" + plain + "\r\n"), allRules()).content,
+            flagged + "\n" + plain + "\n");
 }
