@@ -202,6 +202,15 @@ class History(ProgramTest):
         self.assertIn("attention of this run nothing is kept", self.run_script("explain time.zone").out)
         self.assertEqual(self.sdm("explain", "time.zone", "--device", self.device).code, 3)
 
+    def test_no_text_of_the_file_reaches_the_terminal_as_it_is(self):
+        self.run_script()
+        for field in ("time", "run", "origin", "outcome", "value", "reason"):
+            for hostile in ("\x1b[31m", "\u009b31m", "a\nb", "\x07"):
+                self.write([self.event(1), {**self.event(2), "reason": "r", "run": "2030-01-01", field: hostile}])
+                out = self.sdm("explain", "time.zone", "--device", self.device).out
+                self.assertEqual([c for c in out if c != "\n" and (ord(c) < 32 or 127 <= ord(c) < 160)], [], field)
+                self.assertNotIn("a\nb", out)
+
     def test_of_what_the_file_does_not_take_the_newest_is_known(self):
         self.run_script()
         os.remove(self.history)

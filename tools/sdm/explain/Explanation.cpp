@@ -69,8 +69,8 @@ void printExplanation(std::ostream& out, const Style& style, const std::string& 
                       const std::optional<HistoryEvent>& live)
 {
   if (live)
-    out << style.strong(shown(rootId)) << " = " << valueOf(*live) << ", from: " << live->origin << ", " << live->time
-        << request(*live) << "\n";
+    out << style.strong(shown(rootId)) << " = " << valueOf(*live) << ", from: " << shown(live->origin) << ", "
+        << shown(live->time) << request(*live) << "\n";
   else
     out << style.strong(shown(rootId)) << ": no setter took a value of it\n";
   std::size_t value = 0;
