@@ -267,3 +267,29 @@ TEST_F(DasFile, ProvisioningIsOneTransaction)
   EXPECT_EQ(das.schemas().back().indexValues, (std::vector<std::string>{"1", "2"}));
   EXPECT_EQ(hosttest::queryText(file, "SELECT count(*) FROM \"~columns\" WHERE name = 'C'"), "0");
 }
+
+TEST_F(DasFile, CanBeMadeAfterADiskThatFailedAtAnySyncOfItsMaking)
+{
+  bool happened = true;
+  for (int goodOnes = 0; happened; ++goodOnes)
+  {
+    const auto made = folder / ("made-" + std::to_string(goodOnes));
+    {
+      const hosttest::FailingSync broken(goodOnes);
+      openingError(made);
+      happened = broken.happened();
+    }
+    EXPECT_EQ(openingError(made), "") << "behind " << goodOnes << " good ones";
+  }
+}
+
+TEST_F(DasFile, UpdateOfSeveralRowsThatCannotReachTheDiskLeavesNoneAndNothingOpen)
+{
+  const std::string rows = "<Entry><Idx>1</Idx><A>new</A></Entry><Entry><Idx>2</Idx><A>new</A></Entry>";
+  {
+    const hosttest::FailingSync broken;
+    EXPECT_TRUE(holds(update("Rows", rows), "error_response"));
+  }
+  EXPECT_EQ(das.storedCell("Rows", "A", "Idx", "1"), std::nullopt);
+  EXPECT_EQ(update("Rows", rows), updateReply("Rows"));
+}

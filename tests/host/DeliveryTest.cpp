@@ -12,6 +12,7 @@
 #include <thread>
 
 #include "HostTesting.h"
+#include "Meanwhile.h"
 #include "SyncCounter.h"
 #include "host/LocalMgmtIfc.h"
 
@@ -253,4 +254,27 @@ TEST_F(Delivery, ChangeThatCannotReachTheDiskIsNotReportedLaterEither)
   }
   store.change("b", "1");
   EXPECT_EQ(agent.reports, Texts{"b=1"});
+}
+
+TEST_F(Delivery, ReportsComeInTheOrderOfTheChangesWheneverAnotherThreadChangesTheValueToo)
+{
+  subscribe(agent, {"a"});
+  const std::vector<std::function<void()>> changes = {[&] { store.change("a", "first"); },
+                                                      [&] {
+                                                        publish({{"a", "first"}});
+                                                      }};
+  for (const auto& change : changes)
+  {
+    bool happened = true;
+    for (int count = 0; happened; ++count)
+    {
+      store.change("a", "before");
+      hosttest::Meanwhile other;
+      const hosttest::BehindUnlocking moment(count, [&] { other.runs([&] { store.change("a", "meanwhile"); }); });
+      change();
+      happened = moment.happened();
+      other.join();
+      EXPECT_EQ(agent.reports.back(), "a=" + store.value("a").value_or("none")) << "behind unlocking " << count;
+    }
+  }
 }

@@ -31,6 +31,7 @@ Notes& notes()
 
 std::atomic<bool> stingy{false};
 thread_local bool interrupted = false;
+thread_local std::function<void()> behindByte;
 std::function<void()> inPlaceOfSleep;
 
 void note(const std::string& call)
@@ -82,7 +83,12 @@ extern "C" __attribute__((visibility("default"))) ssize_t write(int descriptor, 
   interrupted = !interrupted;
   std::this_thread::yield();
   if (!interrupted)
-    return ::syscall(SYS_write, descriptor, bytes, 1);
+  {
+    const ssize_t taken = ::syscall(SYS_write, descriptor, bytes, 1);
+    if (const auto action = std::exchange(behindByte, nullptr))
+      action();
+    return taken;
+  }
   errno = EINTR;
   return -1;
 }
@@ -137,6 +143,12 @@ hosttest::StingyWrites::StingyWrites()
 hosttest::StingyWrites::~StingyWrites()
 {
   stingy = false;
+  behindByte = nullptr;
+}
+
+void hosttest::StingyWrites::behindTheNextByte(std::function<void()> action)
+{
+  behindByte = std::move(action);
 }
 
 hosttest::InPlaceOfSleep::InPlaceOfSleep(std::function<void()> action)

@@ -34,6 +34,9 @@ public:
   ~StingyWrites();
   StingyWrites(const StingyWrites&) = delete;
   StingyWrites& operator=(const StingyWrites&) = delete;
+
+  /// Runs once, behind the next byte that this thread writes.
+  void behindTheNextByte(std::function<void()> action);
 };
 
 /// While it lives, `action` runs in place of each sleep.

@@ -199,3 +199,17 @@ TEST_F(LocalMgmtStore, ManyThreadsAtOnceLoseNothing)
     thread.join();
   EXPECT_EQ(hosttest::queryText(file, "SELECT count(*) FROM item_values"), "100");
 }
+
+TEST_F(LocalMgmtStore, DictionaryThatCannotBeReplacedStaysWhole)
+{
+  store->defineDictionary("map", {{"a", "1"}, {"b", "2"}});
+  hosttest::runSql(file, "CREATE TRIGGER stop BEFORE INSERT ON dictionary_entries WHEN NEW.key = 'stop' BEGIN SELECT "
+                         "RAISE(FAIL, 'no'); END");
+  for (const char* name : {"map", "new"})
+    EXPECT_NE(hosttest::errorOf([&] { store->defineDictionary(name, {{"a", "other"}, {"stop", ""}}); }), "");
+  EXPECT_EQ(entry("map", "a"), "1");
+  EXPECT_EQ(entry("map", "b"), "2");
+  ManageableData data;
+  data.setRootId("new", nullptr);
+  EXPECT_FALSE(store->lookupData(data)) << "there is no half a dictionary";
+}

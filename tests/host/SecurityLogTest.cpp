@@ -10,6 +10,7 @@
 
 #include "FileCalls.h"
 #include "HostTesting.h"
+#include "Meanwhile.h"
 #include "SyncCounter.h"
 #include "host/SecurityLogServiceIfc.h"
 
@@ -420,4 +421,27 @@ TEST_F(SecurityLog, WritesItsTimesInUtcWhereverTheDeviceIs)
   before != nullptr ? ::setenv("TZ", zone.c_str(), 1) : ::unsetenv("TZ");
   ::tzset();
   EXPECT_EQ(linesOf(file), Texts{lineOf("r")});
+}
+
+TEST_F(SecurityLog, RecordWaitsForTheOneThatIsBeingWritten)
+{
+  host::SecurityLogService service(file);
+  hosttest::Meanwhile other;
+  hosttest::StingyWrites writes;
+  writes.behindTheNextByte([&] { other.runs([&] { log(service, "second"); }); });
+  log(service, "first");
+  other.join();
+  EXPECT_EQ(linesOf(file), (Texts{lineOf("first"), lineOf("second")}));
+}
+
+TEST_F(SecurityLog, LastLinesWaitForTheOneThatIsBeingWritten)
+{
+  host::SecurityLogService service(file);
+  Texts lines;
+  hosttest::Meanwhile other;
+  hosttest::StingyWrites writes;
+  writes.behindTheNextByte([&] { other.runs([&] { lines = service.lastLines(5); }); });
+  log(service, "first");
+  other.join();
+  EXPECT_EQ(lines, Texts{lineOf("first")});
 }

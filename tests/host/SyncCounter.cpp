@@ -11,12 +11,13 @@ namespace
 {
 std::atomic<int> calls{0};
 std::atomic<bool> failing{false};
+std::atomic<int> goodOnesLeft{0};
 
 int counted(long number, int descriptor)
 {
   ++calls;
   hosttest::noteSync(descriptor);
-  if (failing)
+  if (failing && goodOnesLeft-- <= 0)
   {
     errno = EIO;
     return -1;
@@ -40,12 +41,18 @@ int hosttest::syncCount()
   return calls;
 }
 
-hosttest::FailingSync::FailingSync()
+hosttest::FailingSync::FailingSync(int goodOnes)
 {
+  goodOnesLeft = goodOnes;
   failing = true;
 }
 
 hosttest::FailingSync::~FailingSync()
 {
   failing = false;
+}
+
+bool hosttest::FailingSync::happened() const
+{
+  return goodOnesLeft < 0;
 }

@@ -9,13 +9,16 @@ int syncCount();
 /// For whoever lists calls; comes before the file is synced.
 void noteSync(int descriptor);
 
-/// While it lives every fsync and fdatasync fails.
+/// While it lives every fsync and fdatasync fails, behind so many that do not.
 class FailingSync
 {
 public:
-  FailingSync();
+  explicit FailingSync(int goodOnes = 0);
   ~FailingSync();
   FailingSync(const FailingSync&) = delete;
   FailingSync& operator=(const FailingSync&) = delete;
+
+  /// Whether one failed.
+  bool happened() const;
 };
 } // namespace hosttest
