@@ -153,7 +153,7 @@ public:
     }
     catch (const Error& error)
     {
-      openLog({{}, settings.consoleLevel, 6});
+      openLog({{}, 6, 6});
       notices.logAll();
       notices.add(std::string(error.what()) + "; until that is mended the log goes to standard error alone");
     }

@@ -24,6 +24,9 @@ void Activity::begin(MarkKind kind, const std::string& name)
 std::string Activity::end() noexcept
 {
   const std::lock_guard<std::mutex> lock(mutex);
+  // A callback that calls `exit` takes its thread's marks down behind the activity that they were made for.
+  if (marks.empty())
+    return "";
   std::string name = std::move(marks.back().second);
   marks.pop_back();
   return name;
@@ -92,7 +95,7 @@ Mark::Mark(MarkKind markKind, const std::string& markName) : kind(markKind), beg
 Mark::~Mark()
 {
   const std::string name = currentActivity()->end();
-  if (kind == MarkKind::callback)
+  if (kind == MarkKind::callback && !name.empty())
     countCall(name, std::chrono::steady_clock::now() - began);
 }
 } // namespace host

@@ -199,7 +199,7 @@ void runScript(Device& device, const std::vector<std::string>& script)
 {
   cli::RunningDevice& running = device.running();
   std::ostringstream out;
-  cli::Session session(running, out, cli::Style(false));
+  cli::Session session(running, {out, out, cli::Style(false), cli::Style(false)});
   bool changed = false;
   for (std::size_t i = 1; i < script.size() && i < 12 && !session.quit; ++i)
   {

@@ -19,12 +19,15 @@ class Run:
     def lines(self):
         return self.out.splitlines()
 
+    def remarks(self):
+        return self.err.splitlines()
+
     def after(self, beginning):
-        """The rest of the first line that begins so."""
-        for line in self.lines():
+        """The rest of the first line that begins so, of answers and remarks."""
+        for line in self.lines() + self.remarks():
             if line.startswith(beginning):
                 return line[len(beginning):].strip()
-        raise AssertionError("no line begins with %r in:\n%s" % (beginning, self.out))
+        raise AssertionError("no line begins with %r in:\n%s%s" % (beginning, self.out, self.err))
 
     def row(self, root_id):
         """The cells of an item in the last output of `list`."""

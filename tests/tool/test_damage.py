@@ -17,8 +17,8 @@ class Damage(ProgramTest):
         self.run_script("set display.banner Hello display.brightness 44 time.zone Europe/Rome")
         self.in_database("UPDATE UserPreferences SET Banner = ?", "a\x01b")
         run = self.run_script("show display.brightness", "list display.brightness", "restart", "get time.zone")
-        self.assertRegex(run.out, r"(?m)^  failed +1 schema, ")
-        self.assertEqual(run.out.count("\n  failed UserPreferences: "), 2, "at the start and at the restart")
+        self.assertRegex(run.err, r"(?m)^  failed +1 schema, ")
+        self.assertEqual(run.err.count("\n  failed UserPreferences: "), 2, "at the start and at the restart")
         self.assertIn("the database holds another value, but the schema could not be read: ", run.out)
         self.assertNotIn("which the service refused", run.out)
         self.assertEqual(run.row("display.brightness")[-1][-1], "!")
@@ -29,17 +29,17 @@ class Damage(ProgramTest):
         self.in_database("UPDATE UserPreferences SET Banner = ?", "a\x01b")
         run = self.run_script("import display.banner")
         self.assertEqual(run.code, 1)
-        self.assertIn("refused: display.banner could not be read: ", run.out)
+        self.assertIn("refused: display.banner could not be read: ", run.err)
 
     def test_a_value_that_the_service_refused_is_told_as_such(self):
         self.run_script("set display.brightness 44")
         self.in_database("UPDATE UserPreferences SET Brightness = '1000'")
         run = self.run_script("show display.brightness")
         self.assertIn("the database holds another value, which the service refused", run.out)
-        self.assertNotIn("failed UserPreferences", run.out)
+        self.assertNotIn("failed UserPreferences", run.err)
 
     def test_a_database_without_values_is_no_failure(self):
-        self.assertNotIn("\n  failed", self.run_script("restart").out)
+        self.assertNotIn("\n  failed", self.run_script("restart").err)
 
     def start_without_the_key(self):
         self.run_script("set sip.userName anna sip.password opensesame42", "set feature.unlockPin 73591246")
@@ -47,7 +47,7 @@ class Damage(ProgramTest):
         return self.run_script("list", "show sip.password")
 
     def test_secrets_that_cannot_be_decrypted_are_told(self):
-        self.assertNotIn("undecryptable", self.run_script("set line.pin-1 1234", "restart").out)
+        self.assertNotIn("undecryptable", self.run_script("set line.pin-1 1234", "restart").err)
         self.start_without_the_key()
         run = self.run_script("list", "show sip.password", "show sip.userName")
         told = run.after("  undecryptable")
@@ -62,7 +62,7 @@ class Damage(ProgramTest):
     def test_a_key_that_had_to_be_made_anew_is_told(self):
         self.assertNotIn("a new one was made", self.run_script().out)
         run = self.start_without_the_key()
-        self.assertEqual(run.out.count("das.key was missing beside das.db, so a new one was made"), 1)
+        self.assertEqual(run.err.count("das.key was missing beside das.db, so a new one was made"), 1)
 
     def put(self, name, content):
         with open(os.path.join(self.device, name), "wb") as file:
@@ -85,7 +85,7 @@ class Damage(ProgramTest):
             for part in (name, "file is not a database", "kept as", "%s.damaged-%d" % (name, number), "put a backup there"):
                 self.assertIn(part, told)
             self.assertEqual(self.content("%s.damaged-%d" % (name, number)), damaged)
-            self.assertNotIn("attention", self.run_script().out)
+            self.assertNotIn("attention", self.run_script().err)
         self.assertIn(b"first damage", self.content("das.db.damaged-1"))
         self.assertEqual(self.get("display.contrast"), "30")
         self.assertEqual(self.get("phone.room"), '""')
@@ -139,9 +139,9 @@ class Damage(ProgramTest):
         self.run_script("set display.banner Hello")
         self.in_database("ALTER TABLE SnmpSettings RENAME TO Elsewhere")
         run = self.run_script("list", "get display.banner", "set snmp.readCommunity private42")
-        self.assertIn("failed SnmpSettings", run.out)
+        self.assertIn("failed SnmpSettings", run.err)
         self.assertIn("display.banner = Hello", run.lines())
-        self.assertIn("the database did not take the change", run.out)
+        self.assertIn("the database did not take the change", run.err)
 
     def test_a_secret_that_the_service_refused_is_marked(self):
         self.run_script("set sip.userName anna sip.password opensesame42")

@@ -112,11 +112,11 @@ class Explain(ProgramTest):
                                                                 "--service", os.path.join(services, "Picky.so")))
         with open(os.path.join(self.device, "history.log")) as file:
             told = [json.loads(line) for line in file if '"item"' in line]
-        self.assertEqual([(each["outcome"], each.get("reason")) for each in told][-1], ("refused", "*****"))
+        self.assertEqual([(each["outcome"], each.get("reason")) for each in told][-1], ("refused", "***** is none"))
 
     def test_an_unknown_item(self):
         run = self.run_script("explain time.zon")
-        self.assertEqual((run.code, run.lines()[-1]),
+        self.assertEqual((run.code, run.remarks()[-1]),
                          (1, "refused: there is no item time.zon; did you mean time.zone?"))
         run = self.sdm("explain", "time.zon", "--device", self.device)
         self.assertEqual((run.code, run.out), (1, ""))
@@ -171,7 +171,7 @@ class Explain(ProgramTest):
         os.remove(os.path.join(self.device, "history.log"))
         os.mkdir(os.path.join(self.device, "history.log"))
         run = self.run_script("set time.zone Europe/Rome", "explain time.zone")
-        self.assertIn("attention of this run nothing is kept: ", run.out)
+        self.assertIn("attention of this run nothing is kept: ", run.err)
         self.assertIn("time.zone = Europe/Rome, from: set", run.out)
         self.assertEqual(run.code, 0)
 

@@ -40,9 +40,9 @@ class Faults(ProgramTest):
                 run = self.faulty("das " + fault, "set display.banner Lost time.zone Europe/Rome",
                                   "set display.brightness 1000")
                 self.assertEqual(run.code, 1)
-                self.assertEqual(run.out.count(NOT_WRITTEN + why), 2, "a request for each schema")
+                self.assertEqual(run.err.count(NOT_WRITTEN + why), 2, "a request for each schema")
                 self.assertEqual(run.err.count("sendDASRequests bad XML reply from DataAccessService"), 2)
-                self.assertIn("refused: display.brightness: must be ", run.out)
+                self.assertIn("refused: display.brightness: must be ", run.err)
                 self.assertEqual(self.stored("display.banner"), "display.banner is stored as Before")
                 self.assertEqual(self.get("time.zone"), "UTC")
 
@@ -54,7 +54,7 @@ class Faults(ProgramTest):
     def test_a_start_without_replies_goes_on_with_defaults_and_names_the_schemas(self):
         for fault in ("empty", "malformed", "refused", "wrong-kind"):
             run = self.faulty("das " + fault, "restart", "get display.banner")
-            self.assertIn("failed UserPreferences: ", run.out, fault)
+            self.assertIn("failed UserPreferences: ", run.err, fault)
             self.assertEqual(run.lines()[-1], "display.banner = Ready", fault)
             self.assertEqual(run.err.count("fault on demand: "), 9, "a request for each schema")
 
@@ -63,42 +63,43 @@ class Faults(ProgramTest):
         self.assertEqual(run.code, 1)
         self.assertIn("setDefaultUserData bad XML reply from DataAccessService", run.err)
         self.assertIn("refused: the database did not take a default, so its own value is back after a restart: refused "
-                      "on demand", run.out)
+                      "on demand", run.err)
         self.assertEqual(self.get("display.banner"), "Before")
 
     def test_without_the_database(self):
         run = self.faulty("das absent", "set display.banner Lost", "get display.banner", "import display.banner",
                           "reset", "fault off", "get display.banner", level="2")
-        self.assertIn("started anew\n", run.out)
+        self.assertIn("started anew\n", run.err)
         for line in ("importFromDAS Can't find DataAccessService", "getData(CommsService) Can't find DataAccessService",
                      "importItemFromDAS Can't find DataAccessService",
                      "setDefaultUserData Can't find DataAccessService"):
             self.assertIn(line, run.err)
-        self.assertIn("refused: the database was not found, so the change is gone after a restart", run.out)
-        self.assertIn("refused: nothing answers for display.banner", run.out)
-        self.assertIn("refused: display.banner could not be read: the database was not found", run.out)
+        self.assertIn("refused: the database was not found, so the change is gone after a restart", run.err)
+        self.assertIn("refused: nothing answers for display.banner", run.err)
+        self.assertIn("refused: display.banner could not be read: the database was not found", run.err)
         self.assertEqual((run.code, run.lines()[-1]), (1, "display.banner = Lost"))
         self.assertEqual(self.get("display.banner"), "Before")
 
     def test_absence_counts_searches(self):
         run = self.faulty("das absent 2", "import display.banner", "import display.banner", "fault")
-        self.assertIn("display.banner could not be read: the database was not found\n"
-                      "display.banner is stored as Before\nno fault is set\n", run.out)
+        self.assertIn("display.banner could not be read: the database was not found\n", run.err)
+        self.assertIn("display.banner is stored as Before\nno fault is set\n", run.out)
 
     def test_without_the_store(self):
         run = self.faulty("store absent", "set display.banner Changed", "reset", level="2")
-        self.assertIn("the local store did not register the service", run.out)
+        self.assertIn("the local store did not register the service", run.err)
         for line in ("subscribeForObservations Can't find OCMS", "importFromOCMS Can't find OCMS",
                      "setDefaultUserData Can't find OCMS"):
             self.assertIn(line, run.err)
-        self.assertIn("refused: the local store did not take the reset", run.out)
+        self.assertIn("refused: the local store did not take the reset", run.err)
         self.assertEqual(self.get("display.banner"), "Changed")
 
     def test_a_store_that_refuses(self):
         run = self.faulty("store refuses", "reset", "get display.banner", "set display.banner Changed", "restart")
-        self.assertIn("refused: the local store did not take the reset\ndisplay.banner = Before\n", run.out)
+        self.assertIn("refused: the local store did not take the reset\n", run.err)
+        self.assertIn("\ndisplay.banner = Before\n", run.out)
         self.assertIn("fault on demand: the local management store refuses a publication", run.err)
-        self.assertIn("published 0 new values", run.out)
+        self.assertIn("published 0 new values", run.err)
 
     def test_encryption_that_fails_leaves_no_plain_value(self):
         self.faulty("encryption fails 1", "set sip.userName bob sip.password hunter2hunter2")
@@ -116,10 +117,10 @@ class Faults(ProgramTest):
     def test_a_full_disk(self):
         run = self.faulty("disk full", "set display.banner Lost sip.registrar a.example", "changed phone.room 4",
                           "securitylog 1", "get time.zone")
-        self.assertEqual(run.out.count(NOT_WRITTEN), 2)
-        self.assertIn("das.db: the disk is full, on demand", run.out)
-        self.assertIn("refused: the security log could not be written: ", run.out)
-        self.assertIn("ocms.db: the disk is full, on demand", run.out)
+        self.assertEqual(run.err.count(NOT_WRITTEN), 2)
+        self.assertIn("das.db: the disk is full, on demand", run.err)
+        self.assertIn("refused: the security log could not be written: ", run.err)
+        self.assertIn("ocms.db: the disk is full, on demand", run.err)
         self.assertEqual(run.lines()[-1], "time.zone = UTC")
         self.assertEqual(self.stored("display.banner"), "display.banner is stored as Before")
 
@@ -154,7 +155,7 @@ class Faults(ProgramTest):
             told.append((words, "refused: " + answer))
         run = self.run_script(*("fault " + words for words, _ in told), "fault")
         self.assertEqual((run.code, run.lines()[-1]), (1, "no fault is set"))
-        for (words, answer), line in zip(told, run.lines()[-1 - len(told):]):
+        for (words, answer), line in zip(told, run.remarks()[-len(told):]):
             self.assertTrue(line.startswith(answer), (words, line))
 
 

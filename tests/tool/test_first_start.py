@@ -8,8 +8,8 @@ from program import ProgramTest
 class FirstStart(ProgramTest):
     def test_tells_what_it_did(self):
         run = self.run_script()
-        self.assertEqual((run.code, run.err), (0, ""))
-        self.assertIn("CommsService is up on " + self.device, run.lines()[0])
+        self.assertEqual((run.code, run.out), (0, ""))
+        self.assertIn("CommsService is up on " + self.device, run.remarks()[0])
         self.assertEqual(run.after("  items"), "101, 14 of them on the device only")
         self.assertEqual(run.after("  schemas"), "10")
         self.assertEqual(run.after("  imported"), "0 from the database, 0 from the local store")
@@ -25,7 +25,7 @@ class FirstStart(ProgramTest):
         def start(text):
             with open(path, "w", newline="") as file:
                 file.write(text)
-            return self.run_script(options=("--map", path)).err
+            return self.run_script(options=("--map", path, "--quiet")).err
         self.assertEqual(start("\n".join(lines) + "\n"), "")
         warning = start("\n".join(lines) + "\r\n".join([""] + lines[-3:]) + "\n")
         self.assertEqual(len(warning.splitlines()), 1, warning)
@@ -82,17 +82,17 @@ class FirstStart(ProgramTest):
                               ("set ip.adress 10.0.0.1", "did you mean ip.address"), ("help sho", "did you mean show?")):
             run = self.run_script(command)
             self.assertEqual(run.code, 1, command)
-            self.assertIn(hint, run.out)
+            self.assertIn(hint, run.err)
 
     def test_takes_only_whole_command_names(self):
         run = self.run_script("li", "li\\st", "LIST")
-        self.assertEqual(run.out.count("there is no command"), 3)
+        self.assertEqual(run.err.count("there is no command"), 3)
 
     def test_refuses_wrong_arguments_with_the_usage(self):
         for command in ("get", "show", "show a b", "set", "set ip.address", "changed phone.room", "import", "quit now",
                         "traffic few", "log 7", "log -1", 'get "open'):
             run = self.run_script(command)
-            self.assertEqual((run.code, run.out.count("refused:")), (1, 1), command)
+            self.assertEqual((run.code, run.err.count("refused:")), (1, 1), command)
 
     def test_passes_over_comments_and_empty_lines_and_stops_at_quit(self):
         run = self.run_script("# nonsense", "", "   ", "get time.zone\r", "quit", "nonsense")

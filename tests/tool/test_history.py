@@ -199,7 +199,7 @@ class History(ProgramTest):
             self.assertEqual(self.sdm("explain", "time.zone", "--device", self.device).code, 0)
         os.remove(self.history)
         os.mkfifo(self.history)
-        self.assertIn("attention of this run nothing is kept", self.run_script("explain time.zone").out)
+        self.assertIn("attention of this run nothing is kept", self.run_script("explain time.zone").err)
         self.assertEqual(self.sdm("explain", "time.zone", "--device", self.device).code, 3)
 
     def test_no_text_of_the_file_reaches_the_terminal_as_it_is(self):

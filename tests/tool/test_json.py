@@ -12,7 +12,7 @@ class Json(ProgramTest):
     def document(self, *commands):
         """What the last command prints as JSON, and all that came before it."""
         run = self.run_script(*commands)
-        begin = run.out.index("\n{\n") + 1
+        begin = ("\n" + run.out).index("\n{\n")
         return json.loads(run.out[begin:]), run
 
     def test_list(self):
@@ -48,10 +48,10 @@ class Json(ProgramTest):
         self.assertEqual(told, json.loads(self.sdm("explain", "--json", "time.zone").out))
 
     def test_wrong_usage(self):
-        for command, usage in (("list a b", "list [--json] [PREFIX]"), ("explain a b", "explain [--json] ID"),
+        for command, usage in (("list a b", "list [--json] [--changed] [PART]"), ("explain a b", "explain [--json] ID"),
                                ("explain --json", "explain [--json] ID")):
             run = self.run_script(command)
-            self.assertEqual((run.code, run.lines()[-1]), (1, "refused: usage: " + usage))
+            self.assertEqual((run.code, run.remarks()[-1]), (1, "refused: usage: " + usage))
 
     def test_check(self):
         for arguments in ((os.environ["SAMPLE_MAP"],), ("--rules",), ("--explain", "group-of-one")):

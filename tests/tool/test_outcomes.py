@@ -20,18 +20,18 @@ class Refusals(ProgramTest):
             file.write("bell.upper,Bell,Upper,,,A,setUpper,getUpper,,Pair,,\n")
         run = self.run_script("set bell.upper B",
                               options=("--map", path, "--service", os.path.join(SERVICES, "Picky.so")))
-        self.assertEqual(run.lines()[-1], "refused: bell.upper: the validator did not give it to be stored, so it is gone "
+        self.assertEqual(run.remarks()[-1], "refused: bell.upper: the validator did not give it to be stored, so it is gone "
                          "after a restart")
         self.assertEqual(run.code, 1)
 
     def test_a_refusal_by_any_schema_is_an_exit_code(self):
         for calls in (1, 2):
             run = self.run_script("fault das refused %d" % calls, "set snmp.contact x sip.domain y.example.com")
-            self.assertEqual((run.code, run.out.count("refused: the database did not take")), (1, calls), run.out)
+            self.assertEqual((run.code, run.err.count("refused: the database did not take")), (1, calls), run.err)
 
     def test_a_refusal_names_its_schema_beside_others(self):
         run = self.run_script("fault das refused 1", "set snmp.contact x sip.domain y.example.com")
-        self.assertIn(": refused on demand (schema SipBaseSettings)\n", run.out)
+        self.assertIn(": refused on demand (schema SipBaseSettings)\n", run.err)
 
     def test_a_refusal_by_any_schema_is_the_outcome_in_a_transcript(self):
         file = os.path.join(self.folder, "transcript.jsonl")
@@ -48,7 +48,7 @@ class Refusals(ProgramTest):
             with self.subTest(command):
                 run = self.run_script("fault das refused 1", command)
                 self.assertEqual(run.code, 1, run.out)
-                self.assertIn("refused on demand", run.out)
+                self.assertIn("refused on demand", run.err)
 
     def test_a_restart_that_a_value_is_refused_in_is_no_success(self):
         self.run_script("set time.zone Europe/Rome")
@@ -62,13 +62,13 @@ class Refusals(ProgramTest):
 
     def test_a_restart_that_the_store_refuses_is_told(self):
         run = self.run_script("set time.zone Europe/Rome", "fault store refuses", "restart")
-        self.assertEqual(run.lines()[-1], "refused: the local store refused, so it does not have what changed")
+        self.assertEqual(run.remarks()[-1], "refused: the local store refused, so it does not have what changed")
         self.assertEqual(run.code, 1)
 
     def test_a_group_that_was_not_judged_is_no_lost_database(self):
         run = self.run_script("set ip.address 192.168.1.20 ip.gateway x")
-        self.assertIn("ip.address keeps its value, because its group was not accepted\n", run.out)
-        self.assertNotIn("database", run.out[run.out.index("ip.address keeps"):])
+        self.assertIn("ip.address keeps its value, because its group was not accepted\n", run.err)
+        self.assertNotIn("database", run.err[run.err.index("ip.address keeps"):])
         self.assertEqual(run.code, 1)
 
 
@@ -89,18 +89,18 @@ class ManySchemas(ProgramTest):
     def test_a_set_tells_of_the_first_schema(self):
         values = " ".join("many.i%03d B" % i for i in range(SCHEMAS))
         run = self.run_many("fault das refused 1", "set " + values, "explain many.i000")
-        self.assertIn("refused on demand (schema Schema000)\n", run.out)
+        self.assertIn("refused on demand (schema Schema000)\n", run.err)
         self.assertIn("the database did not take it: refused on demand", run.lines()[-1])
         self.assertEqual(run.code, 1)
 
     def test_a_start_tells_of_the_first_schema(self):
         run = self.run_many("fault das refused 1", "restart")
-        self.assertIn("failed Schema000: refused on demand\n", run.out)
+        self.assertIn("failed Schema000: refused on demand\n", run.err)
         self.assertEqual(run.code, 1)
 
     def test_a_reset_tells_of_the_first_schema(self):
         run = self.run_many("set many.i149 B", "fault das refused 1", "reset")
-        self.assertIn("refused: the database did not take a default", run.out)
+        self.assertIn("refused: the database did not take a default", run.err)
         self.assertEqual(run.code, 1)
 
 
@@ -139,8 +139,8 @@ class SecretsWithoutKey(WithoutAFile):
     def test_a_set_is_refused_and_says_why(self):
         run = self.run_without("das.key", self.SET, "securitylog 1")
         self.assertEqual(run.code, 1)
-        self.assertIn(self.WHY + "there is no key: ", run.out)
-        self.assertIn("das.key: the key cannot be read: Permission denied", run.out)
+        self.assertIn(self.WHY + "there is no key: ", run.err)
+        self.assertIn("das.key: the key cannot be read: Permission denied", run.err)
         self.assertIn("failed  SipBaseSettings set Password", run.lines()[-1])
         self.assertIn("a value is not encrypted: there is no key", run.err)
 
@@ -157,7 +157,7 @@ class SecretsWithoutKey(WithoutAFile):
     def test_encryption_that_fails_on_demand_leaves_the_old_secret(self):
         before = self.cell()
         run = self.run_script("fault encryption fails", self.SET, "reload", "reset")
-        self.assertIn(self.WHY + "encryption fails on demand", run.out)
+        self.assertIn(self.WHY + "encryption fails on demand", run.err)
         self.assertEqual((run.code, self.cell()), (1, before))
 
     def test_a_text_that_was_not_decrypted_is_not_encrypted_as_if_it_were_the_value(self):
@@ -165,7 +165,7 @@ class SecretsWithoutKey(WithoutAFile):
         before = self.cell()
         run = self.run_script("fault encryption fails", "restart", "fault off", "set sip.userName user33 sip.password " +
                               before[1])
-        self.assertIn("it is no value, but the encrypted text of one that could not be decrypted", run.out)
+        self.assertIn("it is no value, but the encrypted text of one that could not be decrypted", run.err)
         self.assertEqual((run.code, self.cell()), (1, before))
 
     def test_an_empty_value_is_a_value(self):
@@ -187,8 +187,8 @@ class RecordsThatNobodyTakes(WithoutAFile):
     def test_the_notice_says_what_becomes_of_changes(self):
         self.run_script("set snmp.contact before")
         run = self.run_without("security.log", "set snmp.contact abc")
-        self.assertIn("until then changes that need a record of it are made without one", run.out)
-        self.assertIn("what the database took stays there without them", run.lines()[-1])
+        self.assertIn("until then changes that need a record of it are made without one", run.err)
+        self.assertIn("what the database took stays there without them", run.remarks()[-1])
         self.assertEqual((run.code, self.get("snmp.contact")), (1, "abc"))
 
 
@@ -200,13 +200,13 @@ class RecordsThatAreLost(ProgramTest):
 
     def test_a_change_that_stays_without_its_record_is_told_as_that(self):
         run = self.run_script("set snmp.contact abc sip.domain y.example.com")
-        self.assertIn("  records missing: 2 of 2; what the database took stays there without them\n", run.out)
+        self.assertIn("  records missing: 2 of 2; what the database took stays there without them\n", run.err)
         self.assertEqual(run.code, 1)
         self.assertEqual(self.get("snmp.contact"), "abc")
 
     def test_a_change_that_was_not_made_is_told_as_that(self):
         run = self.run_script("fault das refused", "set snmp.contact abc")
-        self.assertIn("  records missing: 1 of 1; the database took nothing\n", run.out)
+        self.assertIn("  records missing: 1 of 1; the database took nothing\n", run.err)
         self.assertEqual(run.code, 1)
 
 

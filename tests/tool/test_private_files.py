@@ -35,16 +35,16 @@ class PrivateFiles(ProgramTest):
             os.chmod(os.path.join(self.device, name), 0o644)
         run = self.run_script()
         self.assertEqual((run.code, self.modes()), (0, {}))
-        told = [line for line in run.lines() if "open to others until now, closed to them: " in line]
+        told = [line for line in run.remarks() if "attention" in line and "open to others until now, closed to them: " in line]
         listed = ", ".join(line.partition("closed to them: ")[2].partition(";")[0] for line in told).split(", ")
         self.assertEqual(sorted(listed), names)
-        self.assertNotIn("open to others", self.run_script().out)
+        self.assertNotIn("open to others", self.run_script().err)
 
     def test_a_folder_that_is_open_is_told_and_left(self):
         os.mkdir(self.device)
         os.chmod(self.device, 0o777)
         run = self.run_script()
-        self.assertRegex(run.out, r"attention .*the folder is open to others, its mode is 0777, so they can put files")
+        self.assertRegex(run.err, r"attention .*the folder is open to others, its mode is 0777, so they can put files")
         self.assertEqual(self.modes(), {"device": 0o777})
 
 

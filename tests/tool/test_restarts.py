@@ -19,8 +19,8 @@ class Restarts(ProgramTest):
         self.run_script("set time.zone Europe/Rome")
         run = self.run_script("restart", "restart", "get time.zone")
         self.assertEqual(run.code, 0)
-        published = [line for line in run.lines() if line.startswith("  published")]
-        self.assertEqual(published, ["  published 1 new values in the local store",
+        published = [line for line in run.remarks() if line.startswith("  published")]
+        self.assertEqual(published, ["  published 1 new value in the local store",
                                      "  published 0 new values in the local store"])
         self.assertEqual(run.lines()[-1], "time.zone = Europe/Rome")
 
@@ -35,7 +35,7 @@ class Restarts(ProgramTest):
             file.write("\n".join(changed) + "\n")
         run = self.run_script("list vlan.priority", options=("--map", path))
         self.assertEqual(run.after("  refused"), "2")
-        self.assertIn("must be true or false", run.out)
+        self.assertIn("must be true or false", run.err)
         self.assertEqual(run.row("vlan.priority")[-1], "!")
 
     def test_a_stored_group_that_no_longer_agrees_is_told_at_the_start(self):
@@ -47,7 +47,7 @@ class Restarts(ProgramTest):
             file.write(text)
         run = self.run_script("get ip.address", options=("--map", path))
         self.assertEqual(run.after("  groups"), "1 failed, 4 judged")
-        self.assertIn("refused group IpAddressing: the gateway 10.1.0.1 is not in the network", run.out)
+        self.assertIn("refused group IpAddressing: the gateway 10.1.0.1 is not in the network", run.err)
         self.assertEqual(run.lines()[-1], "ip.address = 192.168.1.20")
 
     def test_what_was_answered_is_there_after_a_kill(self):

@@ -44,11 +44,11 @@ class Secrets(ProgramTest):
             self.assertNotRegex(self.everything.out, r"<%s>[^*<]" % name)
 
     def test_are_refused_without_being_told(self):
-        self.assertIn("refused: sip.password: must have 6 to 64 characters, or empty", self.everything.out)
-        self.assertIn("refused: line.pin-3: must be 4 to 8 digits, or empty", self.everything.out)
+        self.assertIn("refused: sip.password: must have 6 to 64 characters, or empty", self.everything.err)
+        self.assertIn("refused: line.pin-3: must be 4 to 8 digits, or empty", self.everything.err)
 
     def test_are_not_sent_in_pieces_when_the_quotes_are_forgotten(self):
-        self.assertIn("a secret with blanks stands in", self.everything.out)
+        self.assertIn("a secret with blanks stands in", self.everything.err)
 
     def test_are_not_echoed_when_get_was_typed_for_set(self):
         run = self.run_script("get sip.password opensesame42")

@@ -37,11 +37,11 @@ class Services(ProgramTest):
     def test_a_service_of_ones_own_runs(self):
         run = self.run_service(service("Doorbell"), "get bell.volume", "set bell.volume 3", "set bell.volume loud",
                                "get bell.volume")
-        self.assertEqual(run.lines()[0], "Doorbell is up on " + self.device)
-        self.assertIn("refused: bell.volume: must be one digit", run.lines())
+        self.assertEqual(run.remarks()[0], "Doorbell is up on " + self.device)
+        self.assertIn("refused: bell.volume: must be one digit", run.remarks())
         self.assertEqual([line for line in run.lines() if line.startswith("bell.volume = ")],
                          ["bell.volume = 4", "bell.volume = 3", "bell.volume = 3"])
-        self.assertEqual((run.code, run.err), (1, ""))
+        self.assertEqual(run.code, 1)
 
     def test_what_it_took_is_there_at_its_next_start(self):
         self.run_service(service("Doorbell"), "set bell.loudness 9")
@@ -50,7 +50,7 @@ class Services(ProgramTest):
     def test_its_validator_judges_its_groups(self):
         run = self.run_service(service("Doorbell"), "set bell.code 123", "set bell.code 123 bell.codeLength 3",
                                "set bell.codeLength 5")
-        self.assertEqual(run.out.count("refused: group Code: the code has another length"), 2)
+        self.assertEqual(run.err.count("refused: group Code: the code has another length"), 2)
         self.assertEqual(run.lines().count("bell.codeLength = 3"), 1)
         self.assertEqual(run.code, 1)
 
@@ -58,7 +58,7 @@ class Services(ProgramTest):
         # With its last member refused, the manager neither judges nor clears the group.
         run = self.run_service(service("Doorbell"), "set bell.code 123 bell.codeLength many", "set bell.codeLength 2")
         self.assertIn("bell.codeLength = 2", run.lines())
-        self.assertNotIn("refused: group", run.out)
+        self.assertNotIn("refused: group", run.err)
 
     def test_its_wishes_for_the_database_are_met(self):
         self.run_service(service("Doorbell"))
@@ -68,8 +68,8 @@ class Services(ProgramTest):
     def test_callbacks_that_it_lacks_are_counted(self):
         with open(self.map, "a") as file:
             file.write("bell.tune,Bell,Tune,,,a,setTune,getTune,,,,\n")
-        self.assertIn("1 items name callbacks that the service does not have",
-                      self.run_service(service("Doorbell")).out)
+        self.assertIn("1 item names callbacks that the service does not have",
+                      self.run_service(service("Doorbell")).err)
 
     def test_without_a_map_it_says_so(self):
         run = self.run_service(service("Doorbell"), options=())

@@ -24,7 +24,7 @@ class Setting(ProgramTest):
     def test_takes_the_rest_of_a_request_with_a_refusal(self):
         run = self.run_script("set transport.localPort 70000 time.zone Europe/Paris", "get time.zone transport.localPort")
         self.assertEqual(run.code, 1)
-        self.assertIn("refused: transport.localPort: must be a whole number from 1 to 65535", run.out)
+        self.assertIn("refused: transport.localPort: must be a whole number from 1 to 65535", run.err)
         self.assertIn("transport.localPort = 5060", run.out)
         self.assertEqual(self.get("time.zone"), "Europe/Paris")
 
@@ -41,8 +41,8 @@ class Setting(ProgramTest):
     def test_refuses_a_group_that_does_not_agree_and_keeps_it(self):
         run = self.run_script("set ip.address 10.1.1.5", "get ip.address", "import ip.address")
         self.assertEqual(run.code, 1)
-        self.assertIn("refused: group IpAddressing: the gateway 192.168.1.1 is not in the network 10.1.1.0/24", run.out)
-        self.assertIn("ip.address keeps its value", run.out)
+        self.assertIn("refused: group IpAddressing: the gateway 192.168.1.1 is not in the network 10.1.1.0/24", run.err)
+        self.assertIn("ip.address keeps its value", run.err)
         self.assertIn("ip.address = 192.168.1.20", run.out)
         self.assertIn("ip.address: the database holds nothing", run.out)
 
@@ -56,29 +56,29 @@ class Setting(ProgramTest):
         for request in ("ip.address 192.168.1.9 ip.netmask x", "ip.netmask x ip.address 192.168.1.9"):
             run = self.run_script("set " + request, "get ip.address", "set ip.gateway 192.168.1.3", "get ip.address")
             self.assertEqual(run.code, 1)
-            self.assertIn("ip.address keeps its value", run.out)
+            self.assertIn("ip.address keeps its value", run.err)
             self.assertEqual(run.out.count("ip.address = 192.168.1.20"), 2, run.out)
 
     def test_needs_both_ends_of_the_port_range_in_order(self):
         run = self.run_script("set transport.rtpFirstPort 20000",
                               "set transport.rtpFirstPort 20000 transport.rtpLastPort 30000")
-        self.assertIn("refused: group RtpPorts: the port range must end after its begin: 20000 to 16482", run.out)
+        self.assertIn("refused: group RtpPorts: the port range must end after its begin: 20000 to 16482", run.err)
         self.assertEqual(self.get("transport.rtpLastPort"), "30000")
 
     def test_refuses_one_item_named_twice(self):
         run = self.run_script("set time.zone UTC time.zone Europe/Rome")
         self.assertEqual(run.code, 1)
-        self.assertIn("named twice", run.out)
+        self.assertIn("named twice", run.err)
 
     def test_refuses_what_has_no_setter(self):
         run = self.run_script("set device.firmware 5.0.0")
-        self.assertIn("refused: device.firmware: no setter available", run.out)
+        self.assertIn("refused: device.firmware: no setter available", run.err)
 
     def test_sends_local_items_to_the_other_command_and_the_other_way_round(self):
         run = self.run_script('set phone.room "Room 12"', "changed time.zone UTC")
         self.assertEqual(run.code, 1)
-        self.assertIn("use: changed phone.room VALUE", run.out)
-        self.assertIn("use: set time.zone VALUE", run.out)
+        self.assertIn("use: changed phone.room VALUE", run.err)
+        self.assertIn("use: set time.zone VALUE", run.err)
 
     def test_changes_local_items_for_good(self):
         run = self.run_script('changed phone.room "Room 12"', "changed key.function-3 speed-dial", "list key.function")
@@ -93,11 +93,11 @@ class Setting(ProgramTest):
     def test_tells_when_the_service_refuses_a_local_value(self):
         run = self.run_script("changed handset.volume-2 11", "get handset.volume-2")
         self.assertEqual(run.code, 1)
-        self.assertIn("must be a whole number from 0 to 10", run.out)
+        self.assertIn("must be a whole number from 0 to 10", run.err)
         self.assertEqual(run.lines()[-1], "handset.volume-2 = 5")
         again = self.run_script()
         self.assertEqual(again.after("  refused"), "1")
-        self.assertIn("refused handset.volume-2: must be", again.out)
+        self.assertIn("refused handset.volume-2: must be", again.err)
 
     def test_keeps_markup_letters_and_blanks_of_values(self):
         value = "a<b> & \\\"c\\\" 'd'  Zürich"
@@ -139,21 +139,21 @@ class Setting(ProgramTest):
         os.symlink("/dev/full", os.path.join(self.device, "security.log"))
         run = self.run_script("set snmp.contact abc", "import snmp.contact")
         self.assertEqual(run.code, 1)
-        self.assertIn("\nsnmp.contact = abc\n", run.out)
-        self.assertIn("refused: the security log could not be written: ", run.out)
-        self.assertNotIn("set failed", run.out)
+        self.assertIn("snmp.contact = abc\n", run.out)
+        self.assertIn("refused: the security log could not be written: ", run.err)
+        self.assertNotIn("set failed", run.err)
         self.assertEqual(run.lines()[-1], "snmp.contact is stored as abc")
 
     def test_refuses_what_no_request_can_carry(self):
         run = Run(subprocess.run([SDM, "run", "--device", self.device], input=b"set snmp.contact \xff\xfe\n",
                                  capture_output=True, timeout=60))
         self.assertEqual(run.code, 1)
-        self.assertIn("refused: snmp.contact: must be UTF-8 text", run.out)
+        self.assertIn("refused: snmp.contact: must be UTF-8 text", run.err)
         self.assertNotIn("the database did not take", run.out)
 
     def test_refuses_an_empty_root_id_once(self):
         run = self.run_script('set "" x')
-        self.assertEqual((run.code, run.out.count("refused:")), (1, 1), run.out)
+        self.assertEqual((run.code, run.err.count("refused:")), (1, 1), run.err)
 
 
 if __name__ == "__main__":

@@ -22,8 +22,8 @@ class Streams(ProgramTest):
         with open(os.path.join(self.device, "lock"), "w") as first_file_of_the_device:
             first_file_of_the_device.write("nonsense\n")
         run = self.shell("<&-")
-        self.assertEqual((run.code, run.err), (0, ""))
-        self.assertNotIn("refused:", run.out)
+        self.assertEqual((run.code, run.out), (0, ""))
+        self.assertNotIn("refused:", run.err)
 
     def test_output_that_is_closed_goes_into_no_file(self):
         for redirection in (">&-", "2>&-", ">&- 2>&-", "<&- >&- 2>&-"):

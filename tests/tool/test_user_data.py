@@ -31,7 +31,7 @@ class UserData(ProgramTest):
         run = self.run_script("lock", "list audio.ringV", "reset", "get display.brightness")
         self.assertEqual(run.code, 1)
         self.assertEqual(run.row("audio.ringVolume")[-1], "UK")
-        self.assertIn("refused: audio.ringVolume is locked", run.out)
+        self.assertIn("refused: audio.ringVolume is locked", run.err)
         self.assertEqual(run.lines()[-1], "display.brightness = 33")
         self.assertEqual(self.run_script("unlock audio.ringVolume", "reset").code, 0)
         self.assertEqual(self.get("audio.ringVolume"), "6")
@@ -39,7 +39,7 @@ class UserData(ProgramTest):
     def reload_after(self, statement):
         """The output of a reload after somebody else wrote to the database of the running device."""
         program = subprocess.Popen([SDM, "run", "--device", self.device], stdin=subprocess.PIPE,
-                                   stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+                                   stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
         program.stdin.write(b"set display.brightness 33\n")
         program.stdin.flush()
         for line in program.stdout:

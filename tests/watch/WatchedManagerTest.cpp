@@ -234,7 +234,7 @@ TEST_F(WatchedManager, CallbackThatThrowsIsOverForWhoeverAsks)
 {
   manager->initialise("CommsItemMap");
   setter->within = [] { throw 7; };
-  EXPECT_THROW(set(), int);
+  EXPECT_THROW(set(), std::runtime_error);
   EXPECT_EQ(holder().callback, "");
   host::LockUser seen;
   setter->within = [&] { seen = holder(); };

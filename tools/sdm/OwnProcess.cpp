@@ -70,6 +70,10 @@ void leadStreams(Output output)
   {
     send(pipe, Kind::threw, error.what());
   }
+  catch (...)
+  {
+    send(pipe, Kind::threw, "something that is no std::exception");
+  }
   // What the service has at its exit is not run: it stays loaded on a device.
   std::_Exit(0);
 }

@@ -51,14 +51,7 @@ std::string escaped(const std::string& bytes)
   return text;
 }
 
-std::size_t columnsOf(wchar_t code)
-{
-  return static_cast<std::size_t>(std::max(0, wcwidth(code)));
-}
-
-} // namespace
-
-std::string shown(const std::string& text)
+std::string escapedAll(const std::string& text, const char* backslash)
 {
   std::string safe;
   for (std::size_t i = 0; i < text.size();)
@@ -66,7 +59,7 @@ std::string shown(const std::string& text)
     const Character next = characterAt(text, i);
     const std::string bytes = text.substr(i, next.bytes);
     if (bytes == "\\")
-      safe += "\\\\";
+      safe += backslash;
     else if (bytes == "\n")
       safe += "\\n";
     else if (bytes == "\t")
@@ -78,10 +71,37 @@ std::string shown(const std::string& text)
   return safe;
 }
 
+std::size_t columnsOf(wchar_t code)
+{
+  return static_cast<std::size_t>(std::max(0, wcwidth(code)));
+}
+
+} // namespace
+
+std::string shown(const std::string& text)
+{
+  return escapedAll(text, "\\\\");
+}
+
+std::string shownAgain(const std::string& text)
+{
+  return escapedAll(text, "\\");
+}
+
+bool isShowable(const std::string& text)
+{
+  return shownAgain(text) == text;
+}
+
 std::string shownValue(const std::string& text)
 {
   const std::string safe = shown(text);
   return text.empty() || text.find(' ') != std::string::npos ? "\"" + safe + "\"" : safe;
+}
+
+std::string counted(std::size_t number, const std::string& what)
+{
+  return std::to_string(number) + " " + what + (number == 1 ? "" : "s");
 }
 
 std::size_t width(const std::string& text)

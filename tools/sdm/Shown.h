@@ -15,6 +15,15 @@ std::string shown(const std::string& text);
 /// As `shown`, with quotes around a text that is empty or has blanks, as it would be typed.
 std::string shownValue(const std::string& text);
 
+/// As `shown`, of a text that was escaped before, so that its backslashes mean something already.
+std::string shownAgain(const std::string& text);
+
+/// Whether a terminal may show the text as it is.
+bool isShowable(const std::string& text);
+
+/// "1 item", "2 items".
+std::string counted(std::size_t number, const std::string& what);
+
 /// The columns that a text of `shown` takes.
 std::size_t width(const std::string& text);
 

@@ -18,7 +18,9 @@ enum ExitCode : int
   exitDone = 0,
   exitRefused = 1,
   exitUsage = 2,
-  exitCannot = 3
+  exitCannot = 3,
+  /// As shells tell of a program that Ctrl-C ended.
+  exitInterrupted = 130
 };
 
 /// Does what the command line asked for. What it throws is printed, and the exit code is `exitCannot`.

@@ -25,6 +25,11 @@ ExitCode program(int argc, char** argv)
     std::cerr << "sdm: " << shown(error.what()) << "\n";
     return exitCannot;
   }
+  catch (...)
+  {
+    std::cerr << "sdm: failed with something that is no std::exception\n";
+    return exitCannot;
+  }
 }
 
 } // namespace

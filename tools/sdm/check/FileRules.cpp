@@ -3,6 +3,8 @@
 
 #include <algorithm>
 
+#include "Shown.h"
+
 namespace cli::check
 {
 namespace

@@ -92,11 +92,6 @@ std::string lineOf(const MapLine& line)
   return "line " + std::to_string(line.number);
 }
 
-std::string counted(std::size_t number, const char* what)
-{
-  return std::to_string(number) + " " + what + (number == 1 ? "" : "s");
-}
-
 std::string lowered(std::string_view text)
 {
   std::string lower(text);

@@ -91,9 +91,6 @@ std::string quoted(std::string_view text);
 /// "line 12".
 std::string lineOf(const MapLine& line);
 
-/// "1 item", "2 items".
-std::string counted(std::size_t number, const char* what);
-
 /// In lower case, as far as ASCII goes.
 std::string lowered(std::string_view text);
 

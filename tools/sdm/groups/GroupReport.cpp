@@ -81,11 +81,6 @@ std::vector<std::pair<std::string, std::string>> peculiar(const TriedChange& dif
   return lines;
 }
 
-std::string counted(std::size_t count, const char* what)
-{
-  return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
-}
-
 std::string listed(const std::vector<std::string>& names)
 {
   std::string text;
@@ -150,10 +145,9 @@ GroupReport tryGroup(const PermutationTrial& trial, const GroupOfItems& group, c
                      Progress& progress)
 {
   GroupReport report{&group, changes.size(), ordersOf(group.members.size()).size(), {}, {}};
-  const std::string all = std::to_string(report.changes * report.orders);
+  const std::string all = counted(report.changes * report.orders, "request");
   std::size_t number = 0;
-  const auto step = [&]
-  { progress.tell(shown(group.name) + ": " + std::to_string(++number) + " of " + all + " requests"); };
+  const auto step = [&] { progress.tell(shown(group.name) + ": " + std::to_string(++number) + " of " + all); };
   for (const GroupChange& change : changes)
   {
     TriedChange tried = {change, tryChange(trial, group, change, step)};

@@ -143,8 +143,8 @@ ExitCode makeNew(const NewSettings& settings)
     draft.add(path, text);
   draft.add(settings.name + ".csv", contentOf(settings.map));
   draft.finish();
-  std::cout << "made " << shown(folder.string()) << ": " << files.size() + 1 << " files for " << table.rootIds().size()
-            << " items\n"
+  std::cout << "made " << shown(folder.string()) << ": " << counted(files.size() + 1, "file") << " for "
+            << counted(table.rootIds().size(), "item") << "\n"
             << "  cd " << shownValue(folder.string()) << "\n"
             << "  cmake -S . -B build -G Ninja && cmake --build build && ctest --test-dir build\n"
             << "  sdm run --service build/" << settings.name << ".so\n";

@@ -1,6 +1,5 @@
 #include "record/Secrets.h"
 
-#include <ClientUtils.h>
 #include <DasCrypt.h>
 
 #include <algorithm>
@@ -18,9 +17,8 @@ namespace
 
 constexpr const char* prefix = "secret#";
 
-/// Looked for as words of their own, and from there on wherever they stand.
-constexpr std::size_t wordSize = 4;
-constexpr std::size_t textSize = 8;
+/// Shorter ones stand in harmless words of a transcript as well.
+constexpr std::size_t shortest = 4;
 
 bool isWordCharacter(char c)
 {
@@ -30,12 +28,6 @@ bool isWordCharacter(char c)
 bool isNameCharacter(char c)
 {
   return isWordCharacter(c) || c == '_' || c == '-' || c == '.' || c == ':' || static_cast<unsigned char>(c) >= 0x80;
-}
-
-bool standsAlone(const std::string& text, std::size_t place, std::size_t size)
-{
-  return (place == 0 || !isWordCharacter(text[place - 1])) &&
-         (place + size == text.size() || !isWordCharacter(text[place + size]));
 }
 
 /// What the content of an element means.
@@ -95,7 +87,8 @@ bool isSecretName(const std::string& text)
                      [](unsigned char c) { return std::isdigit(c) != 0; });
 }
 
-Secrets::Secrets(const ItemTable& itemTable, const Masking& itsMasking) : items(itemTable), masking(itsMasking)
+Secrets::Secrets(const ItemTable& itemTable, const Masking& itsMasking)
+    : items(itemTable), masking(itsMasking), found(shortest)
 {
   for (const MapItem& item : items.items())
   {
@@ -118,8 +111,8 @@ std::string Secrets::named(const std::string& plain)
     plains[known->second] = plain;
     if (defaults.count(plain) == 0)
     {
-      find(plain, known->second);
-      find(ClientUtils::escapeXMLString(plain), known->second);
+      for (const std::string& form : formsOf(plain))
+        found.add(form, known->second);
     }
   }
   return known->second;
@@ -131,43 +124,14 @@ std::string Secrets::namedStored(const std::string& cell)
   if (plain == cell)
     return named(cell);
   std::string name = named(plain);
-  find(cell, name);
+  found.add(cell, name);
   return name;
-}
-
-void Secrets::find(const std::string& form, const std::string& name)
-{
-  if (form.size() >= wordSize)
-    found.emplace(form, name);
 }
 
 std::optional<std::string> Secrets::plainOf(const std::string& name) const
 {
   const auto known = plains.find(name);
   return known == plains.end() ? std::nullopt : std::optional<std::string>(known->second);
-}
-
-std::string Secrets::withoutKnown(const std::string& text) const
-{
-  std::string safe;
-  for (std::size_t i = 0; i < text.size();)
-  {
-    const auto here = std::find_if(found.begin(), found.end(),
-                                   [&](const auto& each)
-                                   {
-                                     const std::string& form = each.first;
-                                     return text.compare(i, form.size(), form) == 0 &&
-                                            (form.size() >= textSize || standsAlone(text, i, form.size()));
-                                   });
-    if (here == found.end())
-    {
-      safe += text[i++];
-      continue;
-    }
-    safe += here->second;
-    i += here->first.size();
-  }
-  return safe;
 }
 
 std::string Secrets::without(const std::string& text)
@@ -180,11 +144,11 @@ std::string Secrets::without(const std::string& text)
     const bool holdsElements = end + 1 < text.size() && text[end] == '<' && text[end + 1] != '/';
     if (holdsElements || !masking.isSecretElement(tag.name))
       continue;
-    safe += withoutKnown(text.substr(done, tag.content - done)) +
+    safe += found.without(text.substr(done, tag.content - done)) +
             namedStored(unescaped(text.substr(tag.content, end - tag.content)));
     done = end;
   }
-  return safe + withoutKnown(text.substr(done));
+  return safe + found.without(text.substr(done));
 }
 
 std::string Secrets::value(const std::string& rootId, const std::string& text)

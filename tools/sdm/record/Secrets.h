@@ -9,6 +9,7 @@
 
 #include "ItemTable.h"
 #include "Masking.h"
+#include "SecretTexts.h"
 
 namespace cli::record
 {
@@ -43,9 +44,6 @@ public:
   std::string callbackValue(const std::string& callback, const std::string& text);
 
 private:
-  std::string withoutKnown(const std::string& text) const;
-  void find(const std::string& form, const std::string& name);
-
   const ItemTable& items;
   const Masking& masking;
   /// Setters and getters of items that are secrets.
@@ -54,15 +52,8 @@ private:
   std::set<std::string> defaults;
   std::map<std::string, std::string> names;
   std::map<std::string, std::string> plains;
-  /// What is looked for in texts, the longest first, with its name.
-  struct LongestFirst
-  {
-    bool operator()(const std::string& a, const std::string& b) const
-    {
-      return a.size() != b.size() ? a.size() > b.size() : a < b;
-    }
-  };
-  std::map<std::string, std::string, LongestFirst> found;
+  /// What is looked for in texts, with its name.
+  SecretTexts found;
 };
 
 } // namespace cli::record

@@ -64,7 +64,7 @@ private:
   void carryOutAll(RunningDevice& running, record::Recorder& recorder)
   {
     std::ostringstream unread;
-    Session session(running, unread, Style(false));
+    Session session(running, {unread, unread, Style(false), Style(false)});
     for (const record::Event& event : transcript.events)
     {
       if (record::kindOf(event) != "command" || session.quit)

@@ -37,8 +37,8 @@ void tell(const Wanted& wanted, const Verdict& verdict, const Style& style)
 {
   if (!verdict.difference)
   {
-    std::cout << shown(wanted.file) << ": " << style.good("as recorded") << ", " << verdict.commands
-              << (verdict.commands == 1 ? " command\n" : " commands\n");
+    std::cout << shown(wanted.file) << ": " << style.good("as recorded") << ", " << counted(verdict.commands, "command")
+              << "\n";
     return;
   }
   const Difference& difference = *verdict.difference;

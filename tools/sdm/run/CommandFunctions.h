@@ -11,6 +11,9 @@ namespace cli
 /// The first word of some commands.
 constexpr const char* jsonWord = "--json";
 
+/// Of `list`.
+constexpr const char* changedWord = "--changed";
+
 /// Takes `jsonWord` away. Whether it was there.
 bool takeJsonWord(Arguments& arguments);
 

@@ -4,52 +4,26 @@
 #include <string>
 #include <unistd.h>
 
-#include "Commands.h"
+#include "CommandFunctions.h"
 #include "Completion.h"
+#include "Interrupts.h"
 #include "LineReader.h"
+#include "Pager.h"
 #include "Progress.h"
+#include "PromptHistory.h"
+#include "PromptLines.h"
 #include "Run.h"
+#include "Screen.h"
 #include "Session.h"
 #include "Shown.h"
 #include "StartReport.h"
 #include "Words.h"
+#include "service/CurrentCallback.h"
 
 namespace cli
 {
 namespace
 {
-
-/// Whether a secret is named, wherever that is: a line that only might hold a value of it is held back, too.
-bool holdsSecret(const std::string& line, const Masking& masking)
-{
-  const Words words = splitWords(line);
-  for (std::size_t i = 1; i < words.list.size(); ++i)
-  {
-    if (masking.isSecret(words.list[i]))
-      return true;
-  }
-  return false;
-}
-
-/// `set ID` with a secret at the end asks for its value, so that it need not be typed in the open.
-bool askForSecret(LineReader& reader, Session& session, std::string& line)
-{
-  const Words words = splitWords(line);
-  const auto& list = words.list;
-  if (list.size() % 2 != 0 || list.empty() || list.front() != "set")
-    return true;
-  const MapItem* item = session.running.items().find(list.back());
-  if (item == nullptr || !session.running.masking().isSecret(*item))
-    return true;
-  std::string value;
-  if (!reader.askHidden("new value of " + shown(item->rootId) + " (not shown): ", value))
-    return false;
-  line += " \"";
-  for (const char c : value)
-    line += (c == '"' || c == '\\' ? std::string("\\") : std::string()) + c;
-  line += "\"";
-  return true;
-}
 
 /// As `carryOut`, with the recorder told when there is one.
 Outcome carryOutRecorded(Session& session, const std::string& line, record::Recorder* recorder)
@@ -74,44 +48,92 @@ public:
   ~HeldOutput()
   {
     std::cout.rdbuf(real);
-    std::cout << held.str();
   }
   HeldOutput(const HeldOutput&) = delete;
   HeldOutput& operator=(const HeldOutput&) = delete;
+
+  std::string text() const
+  {
+    return held.str();
+  }
 
 private:
   std::ostringstream held;
   std::streambuf* real;
 };
 
-/// As `carryOutRecorded`, for somebody who waits at the terminal.
-Outcome carryOutWatched(Session& session, const std::string& line, record::Recorder* recorder)
+/// The command of a line, to be shown to whoever waits for it.
+std::string nameOf(const std::string& line)
 {
   const Words words = splitWords(line);
-  const HeldOutput held;
-  const Waiting waiting(words.list.empty() ? "" : shown(words.list.front()));
-  return carryOutRecorded(session, line, recorder);
+  return words.list.empty() ? "" : shown(words.list.front());
 }
 
-ExitCode takeCommands(Session& session, bool interactive, record::Recorder* recorder)
+/// As `carryOutRecorded`, for somebody who waits at the terminal. What was printed.
+std::string carryOutWatched(Session& session, const std::string& line, record::Recorder* recorder)
 {
-  const auto reader = interactive ? makeTerminalReader("sdm> ", [&](const std::string& line)
-                                                       { return completions(line, session.running.items()); })
-                                  : makePlainReader();
+  const HeldOutput held;
+  const Waiting waiting(nameOf(line));
+  carryOutRecorded(session, line, recorder);
+  return held.text();
+}
+
+/// A screen at a time where it is longer than one, if there is a program for that.
+void showTyped(const std::string& text, Interrupts& interrupts)
+{
+  const ScreenSize screen = screenSize(STDOUT_FILENO);
+  bool paged = false;
+  if (screen.rows != 0 && rowsOf(text, screen.columns) >= screen.rows)
+    interrupts.leaveTo([&] { paged = page(text); });
+  if (!paged)
+    std::cout << text;
+  std::cout.flush();
+}
+
+ExitCode takeScript(Session& session, Interrupts& interrupts, record::Recorder* recorder)
+{
+  bool interrupted = false;
+  const auto reader = makePlainReader(interrupts, interrupted);
   ExitCode code = exitDone;
   for (std::string line; !session.quit && reader->next(line);)
   {
-    if (line.find_first_not_of(" \t") != std::string::npos && !holdsSecret(line, session.running.masking()))
-      reader->keep(line);
-    if (interactive && !askForSecret(*reader, session, line))
-      continue;
-    if (interactive)
-      carryOutWatched(session, line, recorder);
-    else if (carryOutRecorded(session, line, recorder) == Outcome::refused)
+    interrupts.doing(nameOf(line));
+    if (carryOutRecorded(session, line, recorder) == Outcome::refused)
       code = exitRefused;
     session.out.flush();
+    if (interrupts.interrupted())
+      return exitInterrupted;
   }
-  return code;
+  return interrupted ? exitInterrupted : code;
+}
+
+/// Keeps the line for the arrow keys, and for later runs when nothing in it can be a secret.
+void remember(const std::string& line, const Session& session, LineReader& reader, const PromptHistory& history)
+{
+  if (line.find_first_not_of(" \t") == std::string::npos || holdsSecret(line, session.running.masking()))
+    return;
+  reader.keep(line);
+  if (mayBeKept(line, session))
+    history.add(line);
+}
+
+ExitCode takeTyped(Session& session, Interrupts& interrupts, record::Recorder* recorder)
+{
+  const auto reader = makeTerminalReader(
+      "sdm> ", [&](const std::string& line) { return completions(line, session.running.items()); }, interrupts);
+  const PromptHistory history;
+  for (const std::string& line : history.lines())
+    reader->keep(line);
+  for (std::string line; !session.quit && reader->next(line);)
+  {
+    remember(line, session, *reader, history);
+    if (!askForSecret(*reader, session, line))
+      continue;
+    interrupts.doing(nameOf(line));
+    session.columns = screenSize(STDOUT_FILENO).columns;
+    showTyped(carryOutWatched(session, line, recorder), interrupts);
+  }
+  return exitDone;
 }
 
 std::unique_ptr<RunningDevice> broughtUp(const RunSettings& settings, record::Recorder* recorder)
@@ -120,26 +142,59 @@ std::unique_ptr<RunningDevice> broughtUp(const RunSettings& settings, record::Re
   return std::make_unique<RunningDevice>(settings, recorder);
 }
 
+bool isTerminal(int descriptor)
+{
+  return ::isatty(descriptor) != 0;
+}
+
+/// What is logged goes to people's eyes only when they ask for it; the file has it all.
+RunSettings withConsole(RunSettings settings, bool interactive)
+{
+  const bool disturbs = settings.quiet || (interactive && isTerminal(STDERR_FILENO));
+  if (disturbs && !settings.showLog)
+    settings.consoleLevel = 0;
+  return settings;
+}
+
+/// On a terminal people read everything in one place; elsewhere standard output is for programs.
+SessionOutput outputFor(const RunSettings& settings, bool interactive)
+{
+  const int remarks = interactive ? STDOUT_FILENO : STDERR_FILENO;
+  return {std::cout,
+          interactive ? std::cout : std::cerr,
+          Style(wantsColours(STDOUT_FILENO)),
+          Style(wantsColours(remarks)),
+          settings.quiet,
+          interactive ? screenSize(STDOUT_FILENO).columns : 0};
+}
+
 ExitCode runRecorded(const RunSettings& settings, record::Recorder* recorder)
 {
-  const auto device = broughtUp(settings, recorder);
+  const bool interactive = isTerminal(STDIN_FILENO) && isTerminal(STDOUT_FILENO);
+  Interrupts interrupts;
+  interrupts.doing("bringing the device up");
+  const auto device = broughtUp(withConsole(settings, interactive), recorder);
   RunningDevice& running = *device;
-  Session session(running, std::cout, Style(wantsColours(STDOUT_FILENO)));
+  Session session(running, outputFor(settings, interactive));
   if (const std::string warning = encryptionWarning(running); !warning.empty())
     std::cerr << "sdm: " << warning << "\n";
   printStart(session, running.summary(),
              shown(running.serviceName()) + " is up on " + shown(running.folder().string()));
-  const bool interactive = isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0;
-  if (interactive)
+  if (interactive && !settings.quiet)
     std::cout << session.style.faint("`help` shows the commands, Tab completes them, Ctrl-D ends.") << "\n";
   std::cout.flush();
-  return takeCommands(session, interactive, recorder);
+  if (!interactive && interrupts.interrupted())
+    return exitInterrupted;
+  const ExitCode code = (interactive ? takeTyped : takeScript)(session, interrupts, recorder);
+  interrupts.doing("taking the device down");
+  return code;
 }
 
 } // namespace
 
 ExitCode runDevice(const RunSettings& settings)
 {
+  nameCallbackAtCrash();
   if (!settings.record)
     return runRecorded(settings, nullptr);
   record::Recorder recorder(std::filesystem::absolute(*settings.record));

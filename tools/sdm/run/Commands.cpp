@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <exception>
+#include <map>
 #include <sstream>
 
 #include "CommandFunctions.h"
+#include "Screen.h"
 #include "Shown.h"
 #include "Suggestion.h"
 #include "Words.h"
@@ -29,13 +31,21 @@ Outcome help(Session& session, const Arguments& arguments)
 {
   if (arguments.empty())
   {
-    session.out << commandSummary() << "\nValues with blanks stand in \"quotes\", an empty value is \"\".\n";
+    session.out << commandSummary(session.columns)
+                << "\nValues with blanks stand in \"quotes\", an empty value is \"\".\n";
     return Outcome::done;
   }
   const Command* command = findCommand(arguments.front());
   if (command == nullptr)
     return unknownCommand(session, arguments.front());
-  session.out << usage(*command) << "\n  " << command->help << "\n";
+  session.out << usage(*command) << "\n";
+  std::istringstream lines(command->help);
+  for (std::string line; std::getline(lines, line);)
+  {
+    const std::size_t indent = line.rfind("  ", 0) == 0 ? line.find_first_not_of(' ') : 2;
+    session.out << std::string(indent, ' ')
+                << wrapped(line.substr(line.find_first_not_of(' ')), session.columns, indent) << "\n";
+  }
   return Outcome::done;
 }
 
@@ -66,6 +76,10 @@ Outcome answerOf(Session& session, const std::string& line)
   {
     return session.refuse(command->name + " failed: " + shown(error.what()));
   }
+  catch (...)
+  {
+    return session.refuse(command->name + " failed with something that is no std::exception");
+  }
 }
 
 } // namespace
@@ -73,8 +87,10 @@ Outcome answerOf(Session& session, const std::string& line)
 const std::vector<Command>& commands()
 {
   static const std::vector<Command> table = {
-      {"list", "[--json] [PREFIX]", "Show all items, or those whose root id begins so", Expects::prefix, 0, 2,
-       listItems},
+      {"list", "[--json] [--changed] [PART]",
+       "Show all items, or those with this in their root id\n"
+       "  With --changed those alone whose value is not the default.",
+       Expects::part, 0, 3, listItems},
       {"show", "ID", "Show everything about one item", Expects::rootIds, 1, 1, showItem},
       {"explain", "[--json] ID",
        "Tell where the value of one item came from, and what was refused\n"
@@ -113,18 +129,21 @@ const std::vector<Command>& commands()
       {"securitylog", "[N]", "Show the last lines of the security log, 10 without N", Expects::number, 0, 1,
        showSecurityLog},
       {"stats", "",
-       "Show how long callbacks and the database took, by name, and who waited for the lock\n"
+       "Show how long callbacks and the database took, slowest first, and who waited for the lock\n"
        "  Since the program began; a callback takes as long as everything that it calls.",
        Expects::nothing, 0, 0, showStats},
       {"log", "[LEVEL]", "Set how much is logged, 0 to 6; without LEVEL show it", Expects::level, 0, 1, changeLogLevel},
-      {"help", "[COMMAND]", "Show the commands, or one of them", Expects::command, 0, 1, help},
-      {"quit", "", "End the program; Ctrl-D does the same", Expects::nothing, 0, 0, quit},
+      {"help", "[COMMAND]", "Show the commands, or one of them; ? does the same", Expects::command, 0, 1, help},
+      {"quit", "", "End the program; exit and Ctrl-D do the same", Expects::nothing, 0, 0, quit},
   };
   return table;
 }
 
-const Command* findCommand(const std::string& name)
+const Command* findCommand(const std::string& called)
 {
+  static const std::map<std::string, std::string> alsoCalled = {{"exit", "quit"}, {"?", "help"}};
+  const auto alias = alsoCalled.find(called);
+  const std::string& name = alias == alsoCalled.end() ? called : alias->second;
   const auto& table = commands();
   const auto found = std::find_if(table.begin(), table.end(), [&](const Command& each) { return each.name == name; });
   return found == table.end() ? nullptr : &*found;
@@ -135,17 +154,19 @@ std::vector<std::string> commandNames()
   std::vector<std::string> names;
   for (const Command& command : commands())
     names.push_back(command.name);
+  names.emplace_back("exit");
   return names;
 }
 
-std::string commandSummary()
+std::string commandSummary(std::size_t columns)
 {
   std::size_t longest = 0;
   for (const Command& command : commands())
     longest = std::max(longest, usage(command).size());
   std::ostringstream text;
   for (const Command& command : commands())
-    text << "  " << padded(usage(command), longest) << "  " << command.help.substr(0, command.help.find('\n')) << "\n";
+    text << "  " << padded(usage(command), longest) << "  "
+         << wrapped(command.help.substr(0, command.help.find('\n')), columns, longest + 4) << "\n";
   return text.str();
 }
 

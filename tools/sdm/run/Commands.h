@@ -21,7 +21,7 @@ enum class Expects
   databaseIds,  ///< root ids of items in the database
   idsAndValues, ///< a root id of the database, a value, and so on
   localIdAndValue,
-  prefix, ///< the beginning of a root id
+  part, ///< anything in a root id
   level,
   number,
   faultWords,
@@ -45,13 +45,13 @@ struct Command
 /// In the order of the help.
 const std::vector<Command>& commands();
 
-/// Null when there is no command of exactly this name.
-const Command* findCommand(const std::string& name);
+/// Null when there is no command of exactly this name; some have a second one.
+const Command* findCommand(const std::string& called);
 
 std::vector<std::string> commandNames();
 
-/// A line a command, for the help texts.
-std::string commandSummary();
+/// A line a command, for the help texts, wrapped to so many columns; 0 for any width.
+std::string commandSummary(std::size_t columns);
 
 /// Reads a line and carries it out; what goes wrong is printed, and failures of the platform do not pass on.
 Outcome carryOut(Session& session, const std::string& line);

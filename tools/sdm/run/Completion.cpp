@@ -1,8 +1,13 @@
 #include "Completion.h"
 
+#include <algorithm>
+#include <iterator>
+#include <sstream>
+
 #include "CommandFunctions.h"
 #include "Commands.h"
 #include "FaultWords.h"
+#include "Shown.h"
 #include "Words.h"
 
 namespace cli
@@ -15,7 +20,7 @@ bool fits(Expects expects, const MapItem& item)
   switch (expects)
   {
   case Expects::rootIds:
-  case Expects::prefix:
+  case Expects::part:
     return true;
   case Expects::databaseIds:
   case Expects::idsAndValues:
@@ -61,6 +66,24 @@ std::vector<std::string> choices(const Command& command, const Arguments& before
   }
 }
 
+bool contains(const std::vector<std::string>& words, const std::string& word)
+{
+  return std::find(words.begin(), words.end(), word) != words.end();
+}
+
+/// The words "[--NAME]" of its usage.
+std::vector<std::string> optionsOf(const Command& command)
+{
+  std::vector<std::string> options;
+  std::istringstream words(command.arguments);
+  for (std::string word; words >> word;)
+  {
+    if (word.rfind("[--", 0) == 0)
+      options.push_back(word.substr(1, word.size() - 2));
+  }
+  return options;
+}
+
 } // namespace
 
 std::vector<std::string> completions(const std::string& line, const ItemTable& items)
@@ -76,17 +99,21 @@ std::vector<std::string> completions(const std::string& line, const ItemTable& i
     known = commandNames();
   else if (const Command* command = findCommand(words.front()))
   {
-    const bool takesJson = command->arguments.rfind("[--json]", 0) == 0;
-    const bool hasJson = takesJson && words.size() > 1 && words[1] == jsonWord;
-    known = choices(*command, {words.begin() + (hasJson ? 2 : 1), words.end()}, items);
-    if (takesJson && words.size() == 1 && !begun.empty() && begun.front() == '-')
-      known.emplace_back(jsonWord);
+    const std::vector<std::string> options = optionsOf(*command);
+    Arguments before;
+    std::copy_if(words.begin() + 1, words.end(), std::back_inserter(before),
+                 [&](const std::string& word) { return !contains(options, word); });
+    known = choices(*command, before, items);
+    const bool wantsOption = before.empty() && !begun.empty() && begun.front() == '-';
+    std::copy_if(options.begin(), options.end(), std::back_inserter(known),
+                 [&](const std::string& option) { return wantsOption && !contains(words, option); });
   }
 
   std::vector<std::string> matching;
   for (const std::string& word : known)
   {
-    if (word.compare(0, begun.size(), begun) == 0)
+    // What could steer the terminal is not for typing either.
+    if (word.compare(0, begun.size(), begun) == 0 && isShowable(word))
       matching.push_back(word);
   }
   return matching;

@@ -57,7 +57,10 @@ Outcome tellWhyNotReset(Session& session, const PlatformReport& report, std::siz
     return session.refuse("the database was not found, so nothing was reset");
   if (report.publishRefused)
     return session.refuse("the local store did not take the reset, which database and service have taken");
-  session.out << "nothing to reset: all " << items << " user data items are at their defaults\n";
+  session.out << "nothing to reset: "
+              << (items == 1 ? "the one user data item is at its default"
+                             : "all " + counted(items, "user data item") + " are at their defaults")
+              << "\n";
   return Outcome::done;
 }
 
@@ -90,7 +93,8 @@ Outcome resetUserData(Session& session, const Arguments&)
   session.printRefusals(calls);
   if (!success)
     return tellWhyNotReset(session, report, items.size());
-  session.out << changes << " of " << items.size() << " user data items are back at their defaults\n";
+  session.out << changes << " of " << counted(items.size(), "user data item") << (changes == 1 ? " is" : " are")
+              << " back at " << (changes == 1 ? "its default\n" : "their defaults\n");
   return Outcome::done;
 }
 
@@ -116,8 +120,8 @@ Outcome reloadUserData(Session& session, const Arguments&)
                                 }),
                  refusals.end());
   const std::size_t changes = printChanges(session, items, before);
-  session.out << items.size() << " user data items read again: " << changes << " changed, " << refusals.size()
-              << " refused, " << all - refusals.size() << " not in the database\n";
+  session.out << counted(items.size(), "user data item") << " read again: " << changes << " changed, "
+              << refusals.size() << " refused, " << all - refusals.size() << " not in the database\n";
   session.printRefusals(report);
   return report.refusals.empty() && report.groupRefusals.empty() ? Outcome::done : Outcome::refused;
 }
@@ -135,7 +139,8 @@ Outcome restartService(Session& session, const Arguments&)
       ++published;
   }
   printStart(session, summary, "restarted");
-  session.out << "  published " << published << " new values in the local store\n";
+  if (!session.quiet)
+    session.remarks << "  published " << counted(published, "new value") << " in the local store\n";
   const PlatformReport& platform = summary.platform;
   if (platform.noStore || platform.publishRefused)
     return session.refuse(std::string("the local store ") + (platform.noStore ? "was not found" : "refused") +
@@ -160,7 +165,7 @@ Outcome lockItem(Session& session, const Arguments& arguments)
   store.lockItem(item->rootId);
   session.out << shown(item->rootId) << " is locked\n";
   if (!item->userData)
-    session.out << "  it is no user data, so no reset asks for it\n";
+    session.remarks << "  it is no user data, so no reset asks for it\n";
   return Outcome::done;
 }
 

@@ -20,7 +20,7 @@ void printFaults(Session& session)
 /// Whoever found a service keeps it, so a service that is absent can be met by a manager that is new alone.
 Outcome startWithoutIt(Session& session)
 {
-  session.out << "  a manager remembers what it found, so the service starts with a new one\n";
+  session.remarks << "  a manager remembers what it found, so the service starts with a new one\n";
   try
   {
     const StartSummary summary = session.running.startAnew();

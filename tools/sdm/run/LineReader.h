@@ -9,6 +9,8 @@
 namespace cli
 {
 
+class Interrupts;
+
 /// The words that may stand where the last word of `line` is; `line` ends at the cursor. The last word is empty
 /// behind a blank.
 using Completer = std::function<std::vector<std::string>(const std::string& line)>;
@@ -33,11 +35,11 @@ public:
   }
 };
 
-/// Reads standard input as it comes.
-std::unique_ptr<LineReader> makePlainReader();
+/// Reads standard input as it comes. An interrupt ends it, and `interrupted` is true from then on. Borrows both.
+std::unique_ptr<LineReader> makePlainReader(Interrupts& interrupts, bool& interrupted);
 
 /// Reads a terminal, with prompt, history and completion; one at a time in a process. Ctrl-C takes the line back,
-/// Ctrl-D on an empty one ends.
-std::unique_ptr<LineReader> makeTerminalReader(const std::string& prompt, Completer completer);
+/// Ctrl-D on an empty one ends. Borrows `interrupts`.
+std::unique_ptr<LineReader> makeTerminalReader(const std::string& prompt, Completer completer, Interrupts& interrupts);
 
 } // namespace cli

@@ -1,7 +1,11 @@
 // Commands that look behind the scenes.
+#include <array>
 #include <charconv>
 #include <iomanip>
 #include <optional>
+#include <sstream>
+#include <string>
+#include <vector>
 
 #include "CommandFunctions.h"
 #include "Shown.h"
@@ -44,11 +48,33 @@ void printExchange(Session& session, const host::Exchange& exchange)
     session.out << "  " << session.style.bad("none: ") << shown(exchange.failure) << "\n";
 }
 
-std::string spaced(std::string line)
+std::vector<std::string> fieldsOf(const std::string& line)
 {
-  for (std::size_t tab = line.find('\t'); tab != std::string::npos; tab = line.find('\t'))
-    line.replace(tab, 1, "  ");
-  return line;
+  std::vector<std::string> fields;
+  std::istringstream text(line);
+  for (std::string field; std::getline(text, field, '\t');)
+    fields.push_back(shownAgain(field));
+  return fields;
+}
+
+/// A record with the names of its numbers; what is none is shown as it stands. User and origin are left out where the
+/// record has none.
+std::string recordText(const std::string& line)
+{
+  constexpr std::array<const char*, 4> names = {"facility ", "severity ", "type ", "class "};
+  constexpr std::size_t result = 5;
+  const std::vector<std::string> fields = fieldsOf(line);
+  const bool isRecord = fields.size() == 9 && (fields[result] == "ok" || fields[result] == "failed");
+  std::string text;
+  for (std::size_t i = 0; i < fields.size(); ++i)
+  {
+    const bool isCode = isRecord && i >= 1 && i <= names.size();
+    if (isRecord && i > result + 1)
+      text += fields[i] == "-" ? "" : std::string(i == 7 ? "  user " : "  origin ") + fields[i];
+    else
+      text += std::string(i == 0 ? "" : "  ") + (isCode ? names[i - 1] : "") + fields[i];
+  }
+  return text;
 }
 
 } // namespace
@@ -74,7 +100,7 @@ Outcome showSecurityLog(Session& session, const Arguments& arguments)
     return session.refuse("securitylog takes the number of lines to show");
   const auto lines = session.running.device().securityLog().lastLines(*count);
   for (const std::string& line : lines)
-    session.out << spaced(line) << "\n";
+    session.out << recordText(line) << "\n";
   if (lines.empty())
     session.out << "the security log is empty\n";
   return Outcome::done;

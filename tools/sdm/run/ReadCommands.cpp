@@ -120,8 +120,8 @@ Outcome explainItem(Session& session, const Arguments& words)
   if (!session.running.hasSetter(*item))
     session.out << "  the service has no setter for it, so nobody gives it a value\n";
   if (!history.problem().empty())
-    session.out << "  " << session.style.bad("attention")
-                << " of this run nothing is kept: " << shown(history.problem()) << "\n";
+    session.remarks << "  " << session.remarkStyle.bad("attention")
+                    << " of this run nothing is kept: " << shown(history.problem()) << "\n";
   return Outcome::done;
 }
 
@@ -135,11 +135,13 @@ Outcome getItems(Session& session, const Arguments& words)
   const Masking& masking = session.running.masking();
   const bool withSecret = std::any_of(arguments.begin(), arguments.end(),
                                       [&](const std::string& rootId) { return masking.isSecret(rootId); });
-  for (const std::string& rootId : arguments)
+  for (std::size_t i = 0; i < arguments.size(); ++i)
   {
+    const std::string& rootId = arguments[i];
     // Whoever types `get` for `set` has the secret itself where a root id belongs.
     if (withSecret && session.running.items().find(rootId) == nullptr)
-      outcome = session.refuse("a word among them is no item; beside a secret it is not shown");
+      outcome = session.refuse("item " + std::to_string(i + 1) + " of " + std::to_string(arguments.size()) +
+                               " is none; beside a secret its name is not shown");
     else if (const MapItem* item = session.known(rootId))
       items.push_back(item);
     else

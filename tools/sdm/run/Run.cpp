@@ -13,19 +13,27 @@ namespace cli
 namespace
 {
 
+/// The option texts are laid out for as many.
+constexpr std::size_t helpColumns = 80;
+
 std::string footer()
 {
   return "Commands come from the terminal, with line editing, history and completion by Tab, or line by line from a\n"
-         "pipe; a line that begins with # is passed over. Log lines go to standard error and to log/device.log in\n"
-         "the device folder, all else to standard output. NO_COLOR in the environment turns colours off.\n\n"
+         "pipe; a line that begins with # is passed over. From a pipe, standard output has the answers of commands "
+         "alone;\n"
+         "reports of starts, refusals, notices and log lines go to standard error. On a terminal, log lines go to\n"
+         "log/device.log in the device folder only. Ctrl-C takes a line back; while a command runs, it says where "
+         "that\n"
+         "is, and a second one ends the program. NO_COLOR in the environment turns colours off.\n\n"
          "Commands:\n" +
-         commandSummary() +
+         commandSummary(helpColumns) +
          "\n"
          "Exit codes:\n"
          "  0  done\n"
          "  1  a command of a script was refused or failed, or output was lost\n"
          "  2  wrong usage of the command line\n"
-         "  3  the device cannot be brought up: service, item map, folder, database or key\n";
+         "  3  the device cannot be brought up: service, item map, folder, database or key\n"
+         "  130  interrupted\n";
 }
 
 } // namespace
@@ -50,6 +58,8 @@ Action addRun(CLI::App& run)
       ->type_name("L")
       ->check(CLI::Range(0, 6))
       ->capture_default_str();
+  run.add_flag("--show-log", settings->showLog, "Show log lines on the terminal as well");
+  run.add_flag("--quiet", settings->quiet, "Leave out reports of starts that went well, and log lines");
   run.add_option_function<std::int64_t>(
          "--slow-wait", [settings](std::int64_t limit) { settings->slowWait = std::chrono::milliseconds(limit); },
          "Log whoever waits longer for the service's lock, and who holds it; 0 logs none")

@@ -22,6 +22,10 @@ struct RunSettings
   std::chrono::milliseconds slowWait{1000};
   /// Where the transcript goes; nothing given: there is none.
   std::optional<std::filesystem::path> record;
+  /// Leaves out of standard error what went well, and the log.
+  bool quiet = false;
+  /// Shows the log where it would only go to its file.
+  bool showLog = false;
   /// What of the log reaches standard error, as far as the gate is open.
   int consoleLevel = 6;
 };

@@ -13,8 +13,14 @@
 namespace cli
 {
 
-Session::Session(RunningDevice& runningDevice, std::ostream& output, const Style& itsStyle)
-    : running(runningDevice), out(output), style(itsStyle)
+Session::Session(RunningDevice& runningDevice, const SessionOutput& output)
+    : running(runningDevice),
+      out(output.answers),
+      remarks(output.remarks),
+      style(output.answerStyle),
+      remarkStyle(output.remarkStyle),
+      quiet(output.quiet),
+      columns(output.columns)
 {
 }
 
@@ -125,7 +131,7 @@ void Session::forgetRefusals()
 Outcome Session::refuse(const std::string& why)
 {
   anyRefused = true;
-  out << style.bad("refused:") << " " << why << "\n";
+  remarks << remarkStyle.bad("refused:") << " " << why << "\n";
   return Outcome::refused;
 }
 
@@ -163,11 +169,12 @@ void Session::printRefusals(const CallReport& report)
   for (const SetterRefusal& refusal : report.refusals)
   {
     const MapItem* item = refusedItem(refusal);
-    out << "  " << style.bad("refused") << " " << (item != nullptr ? shown(item->rootId) : shown(refusal.setter))
-        << ": " << shown(refusal.reason) << "\n";
+    remarks << "  " << remarkStyle.bad("refused") << " "
+            << (item != nullptr ? shown(item->rootId) : shown(refusal.setter)) << ": " << shown(refusal.reason) << "\n";
   }
   for (const GroupRefusal& refusal : report.groupRefusals)
-    out << "  " << style.bad("refused") << " group " << shown(refusal.group) << ": " << shown(refusal.reason) << "\n";
+    remarks << "  " << remarkStyle.bad("refused") << " group " << shown(refusal.group) << ": " << shown(refusal.reason)
+            << "\n";
 }
 
 } // namespace cli

@@ -21,15 +21,36 @@ enum class Outcome
   refused
 };
 
+/// Where a session writes.
+struct SessionOutput
+{
+  /// Answers of commands, and nothing else: a script reads them.
+  std::ostream& answers;
+  /// For people: reports of starts, refusals, notices.
+  std::ostream& remarks;
+  /// Of each.
+  Style answerStyle;
+  Style remarkStyle;
+  /// Leaves out of the remarks what went well.
+  bool quiet = false;
+  /// How wide answers may be; 0 for any width.
+  std::size_t columns = 0;
+};
+
 class Session
 {
 public:
-  /// Borrows all of it.
-  Session(RunningDevice& runningDevice, std::ostream& output, const Style& itsStyle);
+  /// Borrows device and streams.
+  Session(RunningDevice& runningDevice, const SessionOutput& output);
 
   RunningDevice& running;
+  /// As in `SessionOutput`.
   std::ostream& out;
+  std::ostream& remarks;
   const Style style;
+  const Style remarkStyle;
+  const bool quiet;
+  std::size_t columns;
   bool quit = false;
 
   /// The item of this root id; when there is none, says so with a suggestion and answers null.
@@ -59,7 +80,7 @@ public:
   /// Forgets what the service refused.
   void forgetRefusals();
 
-  /// "refused: " and a text, on a line of its own. From then on the command counts as failed, whatever it answers.
+  /// "refused: " and a text, on a line of the remarks. From then on the command counts as failed, whatever it answers.
   Outcome refuse(const std::string& why);
 
   /// Refuses for each request that the platform did not carry out.
@@ -68,7 +89,7 @@ public:
   /// Whether something was refused since the last call.
   bool takeRefused();
 
-  /// Prints the values that the service refused, one a line, and remembers them.
+  /// Prints the values that the service refused, one a line of the remarks, and remembers them.
   void printRefusals(const CallReport& report);
 
   /// The item of the map that a refusal of the service is about, or null.

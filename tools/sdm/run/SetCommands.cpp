@@ -117,8 +117,8 @@ private:
   void holdBack(const MapItem& item)
   {
     heldBack = true;
-    session.out << shown(item.rootId) << " " << session.style.notable("keeps its value")
-                << ", because its group was not accepted\n";
+    session.remarks << shown(item.rootId) << " " << session.remarkStyle.notable("keeps its value")
+                    << ", because its group was not accepted\n";
   }
 
   /// Members of a group are live only when the group was accepted.
@@ -158,9 +158,9 @@ private:
     if (platform.recordsLost == 0)
       return;
     session.refuse("the security log could not be written: " + platform.recordTrouble);
-    session.out << "  records missing: " << platform.recordsLost << " of " << platform.records << "; "
-                << (platform.updatesTaken != 0 ? "what the database took stays there without them\n"
-                                               : "the database took nothing\n");
+    session.remarks << "  records missing: " << platform.recordsLost << " of " << platform.records << "; "
+                    << (platform.updatesTaken != 0 ? "what the database took stays there without them\n"
+                                                   : "the database took nothing\n");
   }
 
   Session& session;
@@ -219,7 +219,7 @@ Outcome changeLocally(Session& session, const Arguments& arguments)
   if (!report.refusals.empty())
     return session.refuse("the service goes on with what it has: " + shown(report.refusals.front().reason));
   if (report.setterCalls == 0)
-    session.out << "  nobody in the service takes it\n";
+    session.remarks << "  nobody in the service takes it\n";
   return Outcome::done;
 }
 

@@ -29,28 +29,29 @@ void printCounts(Session& session, const StartSummary& summary)
   const auto local = std::count_if(items.begin(), items.end(),
                                    [&](const std::string& rootId) { return table.find(rootId)->isLocal(); });
   const std::size_t values = summary.calls.refused - summary.calls.repeated;
-  session.out << "  items     " << items.size() << ", " << local << " of them on the device only\n"
-              << "  schemas   " << schemaCount(table.items()) << "\n"
-              << "  imported  " << summary.imported << " from the database, " << summary.localValues
-              << " from the local store\n"
-              << "  refused   " << values << "\n"
-              << "  groups    " << summary.calls.groupRefusals.size() << " failed, " << summary.calls.groupsJudged
-              << " judged\n"
-              << "  time      " << std::fixed << std::setprecision(1) << summary.duration.count() << " ms\n";
+  session.remarks << "  items     " << items.size() << ", " << local << " of them on the device only\n"
+                  << "  schemas   " << schemaCount(table.items()) << "\n"
+                  << "  imported  " << summary.imported << " from the database, " << summary.localValues
+                  << " from the local store\n"
+                  << "  refused   " << values << "\n"
+                  << "  groups    " << summary.calls.groupRefusals.size() << " failed, " << summary.calls.groupsJudged
+                  << " judged\n"
+                  << "  time      " << std::fixed << std::setprecision(1) << summary.duration.count() << " ms\n";
 }
 
 void printFailures(Session& session, const PlatformReport& platform)
 {
   if (platform.noDatabase)
-    session.out << "  " << session.style.bad("failed") << "    the database was not found, so nothing was imported\n";
+    session.remarks << "  " << session.remarkStyle.bad("failed")
+                    << "    the database was not found, so nothing was imported\n";
   const auto failures = platform.failed(false);
   if (failures.empty())
     return;
-  session.out << "  " << session.style.bad("failed") << "    " << failures.size()
-              << (failures.size() == 1 ? " schema" : " schemas") << ", whose items did not get what is stored\n";
+  session.remarks << "  " << session.remarkStyle.bad("failed") << "    " << counted(failures.size(), "schema")
+                  << ", whose items did not get what is stored\n";
   for (const DatabaseFailure& failure : failures)
-    session.out << "  " << session.style.bad("failed") << " " << shown(failure.schema) << ": " << failure.reason
-                << "\n";
+    session.remarks << "  " << session.remarkStyle.bad("failed") << " " << shown(failure.schema) << ": "
+                    << failure.reason << "\n";
 }
 
 void printUndecryptable(Session& session)
@@ -65,8 +66,8 @@ void printUndecryptable(Session& session)
     list += (list.empty() ? "" : ", ") + shown(rootId);
   }
   if (count != 0)
-    session.out << "  " << session.style.bad("undecryptable") << " " << count << ": " << list
-                << "; is das.key the one of this database?\n";
+    session.remarks << "  " << session.remarkStyle.bad("undecryptable") << " " << count << ": " << list
+                    << "; is das.key the one of this database?\n";
 }
 
 void printUnserved(Session& session)
@@ -79,10 +80,11 @@ void printUnserved(Session& session)
                                                (!item.getter.empty() && !running.hasGetter(item));
                                       });
   if (unserved != 0)
-    session.out << "  "
-                << session.style.notable(std::to_string(unserved) +
-                                         " items name callbacks that the service does not have")
-                << "\n";
+    session.remarks << "  "
+                    << session.remarkStyle.notable(counted(static_cast<std::size_t>(unserved), "item") +
+                                                   (unserved == 1 ? " names" : " name") +
+                                                   " callbacks that the service does not have")
+                    << "\n";
 }
 
 } // namespace
@@ -100,21 +102,25 @@ std::string encryptionWarning(const RunningDevice& running)
 
 void printStart(Session& session, const StartSummary& summary, const std::string& headline)
 {
-  session.out << session.style.strong(headline) << "\n";
-  printCounts(session, summary);
+  if (!session.quiet)
+  {
+    session.remarks << session.remarkStyle.strong(headline) << "\n";
+    printCounts(session, summary);
+  }
   for (const std::string& notice : session.running.notices())
-    session.out << "  " << session.style.bad("attention") << " " << shown(notice) << "\n";
+    session.remarks << "  " << session.remarkStyle.bad("attention") << " " << shown(notice) << "\n";
   printFailures(session, summary.platform);
   if (summary.newKey)
-    session.out << "  "
-                << session.style.bad("das.key was missing beside das.db, so a new one was made; values encrypted with "
-                                     "the old one need that back")
-                << "\n";
+    session.remarks << "  "
+                    << session.remarkStyle.bad(
+                           "das.key was missing beside das.db, so a new one was made; values encrypted with "
+                           "the old one need that back")
+                    << "\n";
   printUndecryptable(session);
   session.printRefusals(summary.calls);
   printUnserved(session);
   if (!summary.registered)
-    session.out << session.style.bad("the local store did not register the service") << "\n";
+    session.remarks << session.remarkStyle.bad("the local store did not register the service") << "\n";
 }
 
 } // namespace cli

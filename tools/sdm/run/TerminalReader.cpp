@@ -2,12 +2,11 @@
 #include "LineReader.h"
 
 #include "CharacterDecoder.h"
+#include "Interrupts.h"
 
 #include <editline/readline.h>
 
 #include <array>
-#include <cerrno>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -24,37 +23,12 @@ namespace
 
 constexpr int endOfInput = 4;
 
-volatile std::sig_atomic_t interrupted = 0;
+Interrupts* currentInterrupts = nullptr;
 bool lineCancelled = false;
 /// Whether everything of this line so far was there before the editor asked for it.
 bool typedAhead = false;
 Completer currentCompleter;
 std::vector<std::string> candidates;
-
-void noteInterrupt(int)
-{
-  interrupted = 1;
-}
-
-/// Waits until there is something to read; false when an interrupt came first. Interrupts are blocked everywhere
-/// else, so that none gets lost between a look at the flag and the wait.
-bool waitForInput()
-{
-  sigset_t none;
-  ::sigemptyset(&none);
-  pollfd input = {STDIN_FILENO, POLLIN, 0};
-  for (;;)
-  {
-    const int ready = ::ppoll(&input, 1, nullptr, &none);
-    if (interrupted != 0)
-    {
-      interrupted = 0;
-      return false;
-    }
-    if (ready > 0 || errno != EINTR)
-      return true;
-  }
-}
 
 /// A terminal throws away what it has not shown yet when an interrupt is typed; the new prompt would be part of
 /// that. The editor takes the terminal over anew for every line, so this is looked at for every character.
@@ -78,7 +52,7 @@ int readByte()
 {
   keepOutputAtInterrupts();
   typedAhead = typedAhead && isInputThere();
-  if (!waitForInput())
+  if (!currentInterrupts->waitForInput())
   {
     lineCancelled = true;
     return '\n';
@@ -146,10 +120,10 @@ private:
 class TerminalReader : public LineReader
 {
 public:
-  TerminalReader(std::string itsPrompt, Completer completer) : prompt(std::move(itsPrompt))
+  TerminalReader(std::string itsPrompt, Completer completer, Interrupts& interrupts) : prompt(std::move(itsPrompt))
   {
     currentCompleter = std::move(completer);
-    catchInterrupts();
+    currentInterrupts = &interrupts;
     rl_readline_name = programName.data();
     rl_getc_function = readCharacter;
     rl_attempted_completion_function = complete;
@@ -191,7 +165,7 @@ public:
     const NoEcho noEcho;
     std::cout << question << std::flush;
     answer.clear();
-    for (char byte = 0; waitForInput() && ::read(STDIN_FILENO, &byte, 1) == 1;)
+    for (char byte = 0; currentInterrupts->waitForInput() && ::read(STDIN_FILENO, &byte, 1) == 1;)
     {
       if (byte == '\n')
         return true;
@@ -202,17 +176,6 @@ public:
   }
 
 private:
-  static void catchInterrupts()
-  {
-    struct sigaction action = {};
-    action.sa_handler = noteInterrupt;
-    ::sigaction(SIGINT, &action, nullptr);
-    sigset_t interrupt;
-    ::sigemptyset(&interrupt);
-    ::sigaddset(&interrupt, SIGINT);
-    ::pthread_sigmask(SIG_BLOCK, &interrupt, nullptr);
-  }
-
   std::string prompt;
   std::string last;
   std::array<char, 4> programName = {'s', 'd', 'm', '\0'};
@@ -221,9 +184,9 @@ private:
 
 } // namespace
 
-std::unique_ptr<LineReader> makeTerminalReader(const std::string& prompt, Completer completer)
+std::unique_ptr<LineReader> makeTerminalReader(const std::string& prompt, Completer completer, Interrupts& interrupts)
 {
-  return std::make_unique<TerminalReader>(prompt, std::move(completer));
+  return std::make_unique<TerminalReader>(prompt, std::move(completer), interrupts);
 }
 
 } // namespace cli

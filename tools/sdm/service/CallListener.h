@@ -141,6 +141,18 @@ public:
   virtual void recordEnded(const RecordCall& /*call*/)
   {
   }
+
+  /// What may be told of a text that a callback gave, a reason or what it threw: nobody behind the wrapper gets
+  /// another one, the manager included. Asked before the end of the call is told.
+  virtual std::string tellable(const std::string& text) const
+  {
+    return text;
+  }
+  /// The root id of the item that a setter or getter serves in this row; empty when it is not known.
+  virtual std::string itemOf(const std::string& /*callback*/, const std::string& /*row*/) const
+  {
+    return "";
+  }
 };
 
 /// The text of the exception that is being handled.

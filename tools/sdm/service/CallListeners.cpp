@@ -97,4 +97,22 @@ void CallListeners::recordEnded(const RecordCall& call)
   inReverse(listeners, [&](CallListener& listener) { listener.recordEnded(call); });
 }
 
+std::string CallListeners::tellable(const std::string& text) const
+{
+  std::string told = text;
+  for (const CallListener* listener : listeners)
+    told = listener->tellable(told);
+  return told;
+}
+
+std::string CallListeners::itemOf(const std::string& callback, const std::string& row) const
+{
+  for (const CallListener* listener : listeners)
+  {
+    if (std::string item = listener->itemOf(callback, row); !item.empty())
+      return item;
+  }
+  return "";
+}
+
 } // namespace cli

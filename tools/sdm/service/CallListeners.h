@@ -30,6 +30,10 @@ public:
   void storeEnded(const StoreCall& call) override;
   void recordEnded(const RecordCall& call) override;
 
+  /// What each of them lets pass, and the first one's answer.
+  std::string tellable(const std::string& text) const override;
+  std::string itemOf(const std::string& callback, const std::string& row) const override;
+
 private:
   std::vector<CallListener*> listeners;
 };

@@ -1,6 +1,11 @@
 #include "CallWatch.h"
 
+#include <ManageableData.h>
 #include <RejectReasonsStrings.h>
+
+#include "Masking.h"
+#include "SecretTexts.h"
+#include "host/ClientUtils.h"
 
 namespace cli
 {
@@ -8,7 +13,95 @@ namespace cli
 CallWatch::CallWatch(const ItemTable& items)
 {
   for (const MapItem& item : items.items())
+  {
     places[{item.setter, item.indexValue}] = {item.group, item.isLocal()};
+    rootIds[{item.setter, item.indexValue}] = item.rootId;
+    rootIds[{item.getter, item.indexValue}] = item.rootId;
+  }
+}
+
+std::string CallWatch::itemOf(const std::string& callback, const std::string& row) const
+{
+  const auto known = rootIds.find({callback, row});
+  return known == rootIds.end() ? "" : known->second;
+}
+
+bool CallWatch::isSecret(const Place& place) const
+{
+  return host::isSecret(place.first) || host::isSecret(itemOf(place.first, place.second));
+}
+
+std::string CallWatch::tellable(const std::string& text) const
+{
+  SecretTexts known(1);
+  const auto add = [&](const std::string& secret)
+  {
+    for (const std::string& form : formsOf(secret))
+      known.add(form, Masking::mask);
+  };
+  const std::lock_guard<std::mutex> hold(mutex);
+  for (const std::string& secret : passing)
+    add(secret);
+  for (const auto& [place, value] : live)
+  {
+    if (isSecret(place))
+      add(value);
+  }
+  for (const auto& [group, values] : pending)
+  {
+    for (const auto& [place, value] : values)
+    {
+      if (isSecret(place))
+        add(value);
+    }
+  }
+  // The manager goes by how these reasons begin.
+  for (const std::string& agreed : {RejectReasonsStrings::not_changed, RejectReasonsStrings::unchanged_data})
+  {
+    if (text.rfind(agreed, 0) == 0)
+      return agreed + known.without(text.substr(agreed.size()));
+  }
+  return known.without(text);
+}
+
+void CallWatch::operationBegins(const OperationCall& call)
+{
+  const std::lock_guard<std::mutex> hold(mutex);
+  ++operations;
+  if (call.data == nullptr)
+    return;
+  std::vector<std::string> requested;
+  call.data->getRootIds(requested);
+  for (const std::string& rootId : requested)
+  {
+    std::string value;
+    if (host::isSecret(rootId) && call.data->interogate(rootId, rootId, value))
+      passing.insert(value);
+  }
+}
+
+void CallWatch::operationEnded(const OperationCall& /*call*/, const OperationAnswer& /*answer*/)
+{
+  const std::lock_guard<std::mutex> hold(mutex);
+  if (--operations == 0)
+    passing.clear();
+}
+
+void CallWatch::notePassing(const Place& place, const std::string& value)
+{
+  const std::lock_guard<std::mutex> hold(mutex);
+  if (isSecret(place))
+    passing.insert(value);
+}
+
+void CallWatch::setterBegins(const SetterCall& call)
+{
+  notePassing({call.setter, call.row}, call.value);
+}
+
+void CallWatch::getterEnded(const GetterCall& call)
+{
+  notePassing({call.getter, call.row}, call.value);
 }
 
 void CallWatch::setterEnded(const SetterCall& call)

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "StartError.h"
+#include "service/ServiceCall.h"
 
 namespace cli
 {
@@ -118,7 +119,7 @@ auto ask(const std::filesystem::path& path, const char* operation, const Questio
 {
   try
   {
-    return question();
+    return calling("the service's " + std::string(operation), question);
   }
   catch (const std::exception& error)
   {
@@ -151,16 +152,13 @@ std::unique_ptr<host::Service> make(const std::filesystem::path& path)
   std::string failure = "its factory answers null";
   try
   {
-    if (auto made = std::unique_ptr<host::Service>(entry.make == nullptr ? nullptr : entry.make()))
-      return made;
+    const auto made = [&] { return std::unique_ptr<host::Service>(entry.make == nullptr ? nullptr : entry.make()); };
+    if (auto service = calling("the service's factory", made))
+      return service;
   }
   catch (const std::exception& error)
   {
     failure = std::string("its factory failed: ") + error.what();
-  }
-  catch (...)
-  {
-    failure = "its factory failed with something that is no std::exception";
   }
   notLoaded(path, failure);
 }

@@ -1,6 +1,6 @@
 #include "RunningService.h"
 
-#include <exception>
+#include "ServiceCall.h"
 
 namespace cli
 {
@@ -33,7 +33,7 @@ public:
     {
       service.forgetGroups();
     }
-    catch (const std::exception&)
+    catch (...)
     {
       // The next turn begins with the same, and tells then.
     }
@@ -50,7 +50,7 @@ RunningService::RunningService(host::Service& itsService, SvcRTEContext& context
                                CallListener* listener)
     : calls(items),
       groups(groupsOf(items)),
-      judge(itsService.validator()),
+      judge(calling("the service's validator", [&] { return itsService.validator(); })),
       dataManager(listeners),
       observer(dataManager)
 {
@@ -61,7 +61,7 @@ RunningService::RunningService(host::Service& itsService, SvcRTEContext& context
   dataManager.setup(&context, &observer, itsService.name(), judge);
   try
   {
-    itsService.registerCallbacks(dataManager);
+    calling("the service's registerCallbacks", [&] { itsService.registerCallbacks(dataManager); });
   }
   catch (...)
   {
@@ -148,7 +148,7 @@ void RunningService::forgetGroups()
   // No listener hears of it: it is no call of the manager.
   for (const std::string& group : groups)
   {
-    judge->clearGroup(group);
+    calling("validator's clearGroup of group " + group, [&] { judge->clearGroup(group); });
     calls.groupCleared(group);
   }
 }

@@ -2,8 +2,19 @@
 
 #include <utility>
 
+#include "ServiceCall.h"
+
 namespace cli
 {
+namespace
+{
+
+std::string place(const char* kind, const std::string& name, const std::string& item)
+{
+  return std::string(kind) + " " + name + (item.empty() ? "" : " of item " + item);
+}
+
+} // namespace
 
 WatchedSetter::WatchedSetter(std::string itsName, std::shared_ptr<ManagedItemSetter> realSetter,
                              CallListener& callListener)
@@ -16,10 +27,15 @@ bool WatchedSetter::setValue(const std::string& value, const std::string& indexV
   SetterCall call = {name, indexValue, value, false, "", {}};
   tellOf(
       call.thrown, [&] { listener.setterBegins(call); },
-      [&] { call.accepted = real->setValue(value, indexValue, error); },
       [&]
       {
-        call.reason = error;
+        calling(
+            place("setter", name, listener.itemOf(name, indexValue)),
+            [&] { call.accepted = real->setValue(value, indexValue, error); }, listener);
+      },
+      [&]
+      {
+        call.reason = error = error.empty() ? "" : listener.tellable(error);
         listener.setterEnded(call);
       });
   return call.accepted;
@@ -35,7 +51,13 @@ std::string WatchedGetter::getValue(const std::string& indexValue)
 {
   GetterCall call = {name, indexValue, "", {}};
   tellOf(
-      call.thrown, [&] { listener.getterBegins(call); }, [&] { call.value = real->getValue(indexValue); },
+      call.thrown, [&] { listener.getterBegins(call); },
+      [&]
+      {
+        const std::string where = place("getter", name, listener.itemOf(name, indexValue));
+        call.value = calling(
+            where, [&] { return real->getValue(indexValue); }, listener);
+      },
       [&] { listener.getterEnded(call); });
   return call.value;
 }
@@ -50,7 +72,12 @@ ValidatorCall WatchedValidator::told(const char* operation, const std::string& g
 {
   ValidatorCall call = {operation, group, {}, "", {}, {}};
   tellOf(
-      call.thrown, [&] { listener.validatorBegins(call); }, [&] { work(call); },
+      call.thrown, [&] { listener.validatorBegins(call); },
+      [&]
+      {
+        calling(
+            std::string("validator's ") + operation + " of group " + group, [&] { work(call); }, listener);
+      },
       [&] { listener.validatorEnded(call); });
   return call;
 }
@@ -71,6 +98,7 @@ bool WatchedValidator::validateGroup(std::string& reason, const std::string& gro
   const auto work = [&](ValidatorCall& call)
   {
     call.accepted = real.validateGroup(reason, group);
+    reason = reason.empty() ? "" : listener.tellable(reason);
     // Reasons of an acceptance mean nothing, and may be those of an earlier group.
     call.reason = *call.accepted ? "" : reason;
   };
