@@ -126,7 +126,8 @@ TEST_F(ItemMapFileTest, ReadsAnItemWithElevenCommasButNotWithTen)
 TEST_F(ItemMapFileTest, KnowsNoComments)
 {
   for (const std::string sign : {"#", "//", ";", "--", "%"})
-    EXPECT_THAT(firstColumns(sign + "a" + elevenCommas + "\n" + sign + "only a remark\n"), ElementsAre(sign + "a", "?"));
+    EXPECT_THAT(firstColumns(sign + "a" + elevenCommas + "\n" + sign + "only a remark\n"),
+                ElementsAre(sign + "a", "?"));
 }
 
 TEST_F(ItemMapFileTest, KnowsNoQuoting)
