@@ -69,8 +69,8 @@ class Canary(ProgramTest):
             return random_digits(generator, 8)
         return random_digits(generator, 9) if setter == "setKeyTarget" else random_text(generator, 24)
 
-    def sdm(self, *arguments, script=""):
-        run = super().sdm(*arguments, script=script)
+    def sdm(self, *arguments, **how):
+        run = super().sdm(*arguments, **how)
         self.seen = getattr(self, "seen", b"") + (run.out + run.err).encode()
         return run
 
@@ -168,8 +168,8 @@ class Canary(ProgramTest):
         connection.close()
         os.remove(os.path.join(self.device, "das.key"))
         run = self.run_all(6)
-        self.assertIn("the database did not take the change", run.out)
-        self.assertIn("undecryptable", run.out)
+        self.assertIn("the database did not take the change", run.err)
+        self.assertIn("undecryptable", run.err)
         cleaned, _ = self.without_exceptions(self.seen.decode())
         self.assert_nowhere(self.stored + self.local, cleaned, "what was told of failures")
         self.assert_files_clean()

@@ -12,18 +12,18 @@ REASON = {errno.ENOSPC: "(full|No space left|unable to open)", errno.EROFS: "(re
 
 
 class Disk(ProgramTest):
-    def run_on(self, failure, *commands, since=1, options=()):
+    def run_on(self, failure, *commands, since=1, options=(), together=False):
         plan = {"LD_PRELOAD": LIBRARY, "CUT_FOLDER": os.path.realpath(self.folder), "CUT_FAIL": str(failure),
                 "CUT_FAIL_AT": str(since)}
         os.environ.update(plan)
         try:
-            return self.run_script(*commands, options=options)
+            return self.run_script(*commands, options=options, together=together)
         finally:
             for name in plan:
                 del os.environ[name]
 
     def attention(self, run):
-        return [line for line in run.lines() if line.startswith("  attention")]
+        return [line for line in run.remarks() if line.startswith("  attention")]
 
     def test_the_service_starts_and_reads_what_is_there(self):
         self.run_script("set display.brightness 44 sip.userName anna sip.password opensesame42", "changed phone.room 4.12")
@@ -50,8 +50,8 @@ class Disk(ProgramTest):
             run = self.run_on(failure, "set display.brightness 55", "changed phone.room 5.13", "lock display.banner",
                               "reset", "restart")
             self.assertEqual(run.code, 1)
-            self.assertIn("the database did not take the change, so it is gone after a restart", run.out)
-            self.assertGreaterEqual(run.out.count("refused: ") + run.out.count("failed"), 3, run.out)
+            self.assertIn("the database did not take the change, so it is gone after a restart", run.err)
+            self.assertGreaterEqual(run.err.count("refused: ") + run.err.count("failed"), 3, run.err)
             self.assertEqual(self.get("display.brightness"), "44")
             self.assertEqual(self.get("phone.room"), "4.12")
 
@@ -71,7 +71,7 @@ class Disk(ProgramTest):
         answered = 40
         for since in range(5, 60, 6):
             run = self.run_on(errno.ENOSPC, *("set display.brightness %d" % value for value in range(answered + 1, answered + 4)),
-                              since=since)
+                              since=since, options=("--quiet",), together=True)
             # Each answer is either the value or a refusal right behind it.
             lines = run.lines()
             for place, line in enumerate(lines):

@@ -13,7 +13,7 @@ class Run:
 
     def __init__(self, done):
         self.out = done.stdout.decode()
-        self.err = done.stderr.decode()
+        self.err = (done.stderr or b"").decode()
         self.code = done.returncode
 
     def lines(self):
@@ -45,14 +45,15 @@ class ProgramTest(unittest.TestCase):
         self.device = os.path.join(self.folder, "device")
         self.addCleanup(shutil.rmtree, self.folder, ignore_errors=True)
 
-    def sdm(self, *arguments, script=""):
-        done = subprocess.run([SDM, *arguments], input=script.encode(), capture_output=True, cwd=self.folder,
-                              timeout=60)
+    def sdm(self, *arguments, script="", together=False):
+        """`together` has all in the order in which it was written, as `out`."""
+        done = subprocess.run([SDM, *arguments], input=script.encode(), stdout=subprocess.PIPE,
+                              stderr=subprocess.STDOUT if together else subprocess.PIPE, cwd=self.folder, timeout=60)
         return Run(done)
 
-    def run_script(self, *commands, options=()):
+    def run_script(self, *commands, options=(), together=False):
         script = "".join(command + "\n" for command in commands)
-        return self.sdm("run", "--device", self.device, *options, script=script)
+        return self.sdm("run", "--device", self.device, *options, script=script, together=together)
 
     def get(self, root_id):
         return self.run_script("get " + root_id).after(root_id + " = ")

@@ -89,7 +89,8 @@ class CommandLine(ProgramTest):
         self.assert_one_line(self.run_script(), "ocms.db", "of another kind", "--device")
 
     def test_a_folder_in_use_is_refused_and_left_alone(self):
-        first = subprocess.Popen([SDM, "run", "--device", self.device], stdin=subprocess.PIPE, stdout=subprocess.PIPE)
+        first = subprocess.Popen([SDM, "run", "--device", self.device], stdin=subprocess.PIPE, stdout=subprocess.PIPE,
+                                 stderr=subprocess.STDOUT)
         try:
             first.stdout.readline()
             before = self.files()
