@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <system_error>
@@ -86,9 +87,9 @@ std::string listed(const std::vector<std::string>& names)
 
 std::string octal(mode_t mode)
 {
-  char text[8];
-  std::snprintf(text, sizeof text, "%04o", static_cast<unsigned>(mode & 07777));
-  return text;
+  std::array<char, 8> text{};
+  std::snprintf(text.data(), text.size(), "%04o", static_cast<unsigned>(mode & 07777));
+  return text.data();
 }
 } // namespace
 
