@@ -411,5 +411,31 @@ class Maps(CheckTest):
         self.assertLess(resource.getrusage(resource.RUSAGE_CHILDREN).ru_utime - before, 30)
 
 
+class ShiftedColumns(ProgramTest):
+    def test_are_left_by_fix_which_says_so(self):
+        path = os.path.join(self.folder, "map.csv")
+        lines = "a.one,S,One,,,x,y,setA ,,,,,true\na.two,S,Two,,,\"x,y\",setB ,,,,,\na.three,S,Three,,,x,setC ,,,,,\n"
+        with open(path, "w") as file:
+            file.write(lines)
+        run = self.sdm("check", "--fix", "--ignore", "too-many-columns", path)
+        with open(path) as file:
+            self.assertEqual(file.read(), lines.replace("setC ", "setC"))
+        self.assertIn("--fix leaves it, since the columns of this line are shifted", run.out)
+
+
+class Usage(ProgramTest):
+    def test_is_refused_in_words_of_the_program(self):
+        for arguments, answer in ((["check", "--rules", "x"], "--rules lists rules and takes no map, but x"),
+                                  (["check", "--format", "2", "x"], "2 is none of json, sarif, text"),
+                                  (["check", "--format", "xml", "x"], "xml is none of json, sarif, text"),
+                                  (["check", "--format", "jsn", "x"], "; did you mean json?"),
+                                  (["test", "--format", "1", "x"], "1 is none of json, junit, tap"),
+                                  (["groups", "--set", "a=b"], "--set")):
+            run = self.sdm(*arguments)
+            self.assertEqual((run.code, run.out), (2, ""), arguments)
+            self.assertIn(answer, run.err)
+            self.assertNotRegex(run.err, r"[{}]|->|FAILED")
+
+
 if __name__ == "__main__":
     unittest.main()

@@ -1,4 +1,5 @@
 """Standard streams that are closed or full, and a limit on the size of files."""
+import json
 import os
 import resource
 import subprocess
@@ -41,6 +42,39 @@ class Streams(ProgramTest):
         run = self.shell("", preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (limit, limit)))
         self.assertEqual(run.code, 3)
         self.assertIn(".db", run.err)
+
+
+class Scripts(ProgramTest):
+    def test_standard_output_has_the_answers_alone(self):
+        run = self.run_script("set display.brightness 1000", "nonsense", "restart", "list --json")
+        self.assertTrue(json.loads(run.out)["items"])
+        self.assertEqual(run.err.count("refused:"), 2)
+        self.assertIn("CommsService is up on ", run.err)
+
+    def test_quiet_leaves_refusals(self):
+        run = self.run_script("set ip.address 10.0.0.5", "restart", options=("--quiet", "--log-level", "6"))
+        self.assertEqual([line.split(":")[0] for line in run.remarks()],
+                         ["ip.address keeps its value, because its group was not accepted", "refused"])
+
+    def test_list_takes_any_part_of_an_id_and_what_was_changed(self):
+        run = self.run_script("set time.zone Europe/Rome", "list --changed", "list .pollMin")
+        self.assertEqual([line.split()[0] for line in run.lines()[1:] if "." in line.split()[0]],
+                         ["time.zone", "time.pollMinutes"])
+
+    def test_no_command_tells_what_steers_a_terminal(self):
+        self.run_script("set snmp.contact x")
+        with open(os.path.join(self.device, "security.log"), "ab") as file:
+            file.write(b"\x1b[31m\t\x9b31m\t\xc2\x9b31m\n")
+        run = self.run_script("securitylog", 'set snmp.location "\u009b31m"', "list --json snmp.", "show snmp.location")
+        for steering in ("\x1b", "\u009b"):
+            self.assertNotIn(steering, run.out + run.err)
+        self.assertIn("facility 4  severity 1  type 5  class 3", run.out)
+        self.assertIn("\\u009b", run.out)
+
+    def test_get_says_which_word_is_wrong_beside_a_secret(self):
+        run = self.run_script("get sip.password ip.address nosuch")
+        self.assertIn("refused: item 3 of 3 is none", run.err)
+        self.assertNotIn("nosuch", run.err + run.out)
 
 
 if __name__ == "__main__":

@@ -1,7 +1,11 @@
 """The program on a terminal: editing, completion, history, interrupts."""
+import fcntl
+import re
 import os
 import select
 import signal
+import struct
+import termios
 import time
 import unittest
 
@@ -19,13 +23,14 @@ class Terminal(ProgramTest):
         self.seen = ""
         self.open_terminal()
 
-    def open_terminal(self, **environment):
+    def open_terminal(self, options=(), **environment):
         self.unread = ""
         self.pid, self.terminal = terminals.fork()
         if self.pid == 0:
             os.environ.pop("NO_COLOR", None)
-            os.environ.update({"TERM": "xterm", "LC_ALL": "C.UTF-8", **environment})
-            os.execv(SDM, ["sdm", "run", "--device", self.device])
+            os.environ.update({"TERM": "xterm", "LC_ALL": "C.UTF-8", "HOME": self.folder, **environment})
+            os.environ.pop("XDG_STATE_HOME", None)
+            os.execv(SDM, ["sdm", "run", "--device", self.device, *options])
         self.addCleanup(self.close_terminal, self.pid, self.terminal)
         self.screen = self.read_until("sdm> ")
 
@@ -171,6 +176,77 @@ class Terminal(ProgramTest):
         again = self.type("\x1b[A", "get time.zone")
         self.assertNotIn("hidden77", again)
         self.type("\r", "time.zone = UTC")
+
+
+    def start_again(self, **environment):
+        self.type("exit\r", "\n")
+        self.exit_code()
+        self.open_terminal(**environment)
+
+    def test_keeps_lines_without_secrets_between_runs(self):
+        for line in ("get time.zone", "set sip.pasword hunter2", "set snmp.readCommunity hidden77"):
+            self.type(line + "\r", "sdm> ")
+        self.start_again()
+        self.type("\x1b[A\x1b[A", "get time.zone")
+        path = os.path.join(self.folder, ".local", "state", "sdm", "history")
+        with open(path) as file:
+            self.assertEqual(file.read(), "get time.zone\nexit\n")
+        self.assertEqual(os.stat(path).st_mode & 0o777, 0o600)
+
+    def test_a_history_that_is_a_pipe_holds_nothing_up(self):
+        path = os.path.join(self.folder, ".local", "state", "sdm", "history")
+        os.remove(path) if os.path.exists(path) else os.makedirs(os.path.dirname(path), exist_ok=True)
+        os.mkfifo(path)
+        self.type("get time.zone\r", "time.zone = UTC")
+        self.read_until("sdm> ")
+        self.start_again()
+
+    def test_knows_exit_and_a_question_mark(self):
+        self.type("?\r", "Show the commands")
+        self.read_until("sdm> ")
+        self.type("exit\r", "\n")
+        self.assertEqual(self.exit_code(), 0)
+
+    def resize(self, rows, columns):
+        fcntl.ioctl(self.terminal, termios.TIOCSWINSZ, struct.pack("HHHH", rows, columns, 0, 0))
+
+    def test_breaks_no_word_at_the_width_of_the_screen(self):
+        self.resize(0, 80)
+        for command in ("help", "stats", "list sip."):
+            shown = self.type(command + "\r", "sdm> ").replace("\r", "")
+            for line in re.sub(r"\x1b\[\d*m", "", shown).splitlines()[1:]:
+                self.assertLessEqual(len(line), 80, command)
+
+    def test_shows_what_is_longer_than_the_screen_a_screen_at_a_time(self):
+        self.start_again(PAGER="sed 's/^/paged: /'")
+        self.resize(24, 80)
+        self.assertIn("paged: time.zone", self.type("list\r", "sdm> "))
+        self.assertNotIn("paged: ", self.type("get time.zone\r", "time.zone = UTC"))
+
+    def test_shows_all_where_the_pager_is_missing_or_leaves_early(self):
+        self.start_again(PAGER="no-such-pager-here")
+        self.resize(24, 80)
+        self.type("list\r", "E encrypted")
+        self.read_until("sdm> ")
+        self.start_again(PAGER="true")
+        self.resize(24, 80)
+        self.type("list\r", "sdm> ")
+        self.type("get time.zone\r", "time.zone = UTC")
+
+    def test_keeps_the_log_in_its_file(self):
+        shown = self.type("set ip.address 10.0.0.5\r", "group IpAddressing")
+        self.assertNotIn("ServiceDataManager", shown)
+        self.assertIn(b"ServiceDataManager", self.files()[os.path.join(self.device, "log", "device.log")])
+
+    def test_offers_no_root_id_that_steers_the_terminal(self):
+        with open(os.path.join(self.folder, "map.csv"), "w") as file:
+            file.write("evil\x1b[31m\x9b,S,A,,,x,setA,,,,,\n")
+        self.type("quit\r", "\n")
+        self.exit_code()
+        self.open_terminal(options=("--map", os.path.join(self.folder, "map.csv")))
+        os.write(self.terminal, b"get evil\t\t")
+        time.sleep(0.3)
+        self.assertNotIn("\x1b[31m", self.type("\x03", "sdm> "))
 
 
 if __name__ == "__main__":

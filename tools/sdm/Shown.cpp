@@ -88,6 +88,21 @@ std::string shownAgain(const std::string& text)
   return escapedAll(text, "\\");
 }
 
+std::string shownJson(const std::string& json)
+{
+  std::string safe;
+  for (std::size_t i = 0; i < json.size();)
+  {
+    const Character next = characterAt(json, i);
+    std::array<char, 16> code{};
+    std::snprintf(code.data(), code.size(), "\\u%04x", static_cast<unsigned>(next.code));
+    // JSON has escaped what is below a blank already, but for its own line ends.
+    safe += next.code < 0x20 || mayShow(next.code) ? json.substr(i, next.bytes) : code.data();
+    i += next.bytes;
+  }
+  return safe;
+}
+
 bool isShowable(const std::string& text)
 {
   return shownAgain(text) == text;

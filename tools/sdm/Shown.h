@@ -18,6 +18,9 @@ std::string shownValue(const std::string& text);
 /// As `shown`, of a text that was escaped before, so that its backslashes mean something already.
 std::string shownAgain(const std::string& text);
 
+/// A text of JSON, line ends included, that says the same with the characters escaped which a terminal may not show.
+std::string shownJson(const std::string& json);
+
 /// Whether a terminal may show the text as it is.
 bool isShowable(const std::string& text);
 

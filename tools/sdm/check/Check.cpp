@@ -7,6 +7,7 @@
 #include <map>
 #include <memory>
 
+#include "OneOf.h"
 #include "Shown.h"
 #include "Suggestion.h"
 
@@ -52,6 +53,12 @@ std::string refusalOfRule(const std::string& id)
 
 ExitCode carryOut(const Wanted& wanted)
 {
+  if ((wanted.lists || wanted.explains) && !wanted.check.maps.empty())
+  {
+    std::cerr << "sdm: " << (wanted.lists ? "--rules lists" : "--explain tells of") << " rules and takes no map, but "
+              << shownValue(wanted.check.maps.front()) << "\nTry `sdm check --help`.\n";
+    return exitUsage;
+  }
   if (wanted.lists || (wanted.explains && wanted.explained.empty()))
     check::listRules(wanted.check.format);
   else if (wanted.explains)
@@ -83,7 +90,7 @@ Action addCheck(CLI::App& app)
   app.add_flag("--strict", settings.strict, "Warnings count as errors");
   app.add_option("--format", settings.format, "How findings are told: text, json, or sarif, which is SARIF 2.1.0")
       ->type_name("FORMAT")
-      ->transform(CLI::CheckedTransformer(formats).description(""))
+      ->transform(oneOf(formats))
       ->default_str("text");
   app.add_flag_callback(
       "--json", [wanted] { wanted->check.format = Format::json; }, "The same as --format json");

@@ -5,6 +5,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "Shown.h"
 #include "check/Result.h"
 
 namespace cli::check
@@ -17,7 +18,7 @@ using Json = nlohmann::ordered_json;
 /// What is no UTF-8 is replaced, so that the document stays one.
 void write(std::ostream& out, const Json& document)
 {
-  out << document.dump(2, ' ', false, Json::error_handler_t::replace) << "\n";
+  out << shownJson(document.dump(2, ' ', false, Json::error_handler_t::replace)) << "\n";
 }
 
 Json region(const Positions& positions, const Span& place)

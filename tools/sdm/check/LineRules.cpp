@@ -109,10 +109,20 @@ bool hasContent(std::string_view surplus)
   return surplus.find_first_not_of(", \t\r") != std::string_view::npos;
 }
 
+bool hasSurplus(const ItemText& item)
+{
+  const std::string_view surplus = item.map().text(item.line().surplus);
+  return !surplus.empty() && surplus.front() == ',' && hasContent(surplus);
+}
+
+bool isOpenQuote(std::string_view text)
+{
+  return !text.empty() && text.front() == '"' && (text.size() == 1 || text.back() != '"');
+}
+
 void lookForSurplus(const ItemText& item, Report& report)
 {
-  if (item.line().surplus.size() > 0 && item.map().text(item.line().surplus).front() == ',' &&
-      hasContent(item.map().text(item.line().surplus)))
+  if (hasSurplus(item))
     report.add(item.line().surplus,
                "text behind the twelfth comma is ignored: " + quoted(item.map().text(item.line().surplus).substr(1)));
 }
@@ -175,7 +185,7 @@ void lookForQuotes(const ItemText& item, Report& report)
     const std::string_view text = item.map().text(item.line().columns[i]);
     if (text.empty() || text.front() != '"')
       continue;
-    const bool closed = text.size() > 1 && text.back() == '"';
+    const bool closed = !isOpenQuote(text);
     report.add(item.line().columns[i], std::string("there is no quoting in an item map: the quotes belong to the ") +
                                            columnName(static_cast<Column>(i)) +
                                            (closed ? "" : ", and commas inside them separate columns"));
@@ -183,6 +193,13 @@ void lookForQuotes(const ItemText& item, Report& report)
 }
 
 } // namespace
+
+bool hasShiftedColumns(const ItemText& item)
+{
+  const auto& columns = item.line().columns;
+  return hasSurplus(item) || std::any_of(columns.begin(), columns.end(),
+                                         [&](const Span& column) { return isOpenQuote(item.map().text(column)); });
+}
 
 const std::vector<Rule>& lineRules()
 {

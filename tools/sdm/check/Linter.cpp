@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 #include <map>
+#include <set>
 #include <utility>
 
 #include "check/Rules.h"
@@ -65,6 +66,25 @@ bool readsItems(const Rule& rule)
   return std::none_of(files.begin(), files.end(), [&](const Rule& file) { return &file == &rule; });
 }
 
+/// Nobody can tell what a column was meant to be once it stands in another's place, so its line is for the author.
+void leaveShifted(const std::vector<ItemText>& items, const MapText& map, std::vector<Finding>& findings)
+{
+  std::set<std::uint32_t> shifted;
+  for (const ItemText& item : items)
+  {
+    if (hasShiftedColumns(item))
+      shifted.insert(map.wholeLine(item.line().place.begin).begin);
+  }
+  for (Finding& finding : findings)
+  {
+    if (finding.fix.empty() || !readsItems(*finding.rule) ||
+        shifted.count(map.wholeLine(finding.place.begin).begin) == 0)
+      continue;
+    finding.fix.clear();
+    finding.text += "; --fix leaves it, since the columns of this line are shifted";
+  }
+}
+
 /// One round: what the findings of this content allow.
 bool mendOnce(MendedMap& made, const std::string& path, const std::vector<const Rule*>& rules)
 {
@@ -104,6 +124,7 @@ std::vector<Finding> findingsOf(const MapText& map, const std::vector<const Rule
     if (progress)
       progress(++done / static_cast<double>(rules.size()));
   }
+  leaveShifted(items, map, findings);
   sortByPlace(findings);
   return findings;
 }

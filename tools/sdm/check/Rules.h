@@ -91,6 +91,10 @@ std::string quoted(std::string_view text);
 /// "line 12".
 std::string lineOf(const MapLine& line);
 
+/// Whether the line shows that its columns are not where they were meant: text behind the twelfth, or a quote that a
+/// comma cut open.
+bool hasShiftedColumns(const ItemText& item);
+
 /// In lower case, as far as ASCII goes.
 std::string lowered(std::string_view text);
 

@@ -106,7 +106,7 @@ void printExplanationAsJson(std::ostream& out, const std::string& rootId, const 
   document["events"] = Json::array();
   for (const HistoryEvent& event : history.events)
     document["events"].push_back(jsonOf(event));
-  out << document.dump(2, ' ', false, Json::error_handler_t::replace) << "\n";
+  out << shownJson(document.dump(2, ' ', false, Json::error_handler_t::replace)) << "\n";
 }
 
 } // namespace cli

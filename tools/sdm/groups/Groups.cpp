@@ -53,7 +53,7 @@ struct GroupsSettings
 
 void write(const Json& document)
 {
-  std::cout << document.dump(2, ' ', false, Json::error_handler_t::replace) << "\n";
+  std::cout << shownJson(document.dump(2, ' ', false, Json::error_handler_t::replace)) << "\n";
 }
 
 /// Wrong usage that shows only when the map was read.
@@ -153,7 +153,7 @@ ExitCode runGroups(const GroupsSettings& settings)
   }
   catch (const UsageError& error)
   {
-    std::cerr << "sdm: " << error.what() << "\n";
+    std::cerr << "sdm: " << error.what() << "\nTry `sdm groups --help`.\n";
     return exitUsage;
   }
 }
@@ -164,13 +164,15 @@ Action addGroups(CLI::App& app)
 {
   const auto settings = std::make_shared<GroupsSettings>();
   app.add_option("GROUP", settings->names, "Groups, without any all of them")->type_name("");
-  app.add_flag("--permute", settings->permute, "Request changes of each group in every order of its items");
+  CLI::Option* permuting =
+      app.add_flag("--permute", settings->permute, "Request changes of each group in every order of its items");
   app.add_option("--service", settings->service, "Shared object of the service; without it the sample service")
       ->type_name("FILE");
   app.add_option("--map", settings->map, "Item map file; without it that of the service")->type_name("FILE");
   app.add_option("--set", settings->values, "A value to try beside the defaults, may be given again and again")
       ->type_name("ID=VALUE")
-      ->allow_extra_args(false);
+      ->allow_extra_args(false)
+      ->needs(permuting);
   app.add_option_function<unsigned>(
          "--timeout", [settings](unsigned seconds) { settings->patience = std::chrono::seconds(seconds); },
          "Seconds after which a request that does not come back counts as one that ends the service")

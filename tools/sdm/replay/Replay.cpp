@@ -66,7 +66,7 @@ void tellJson(const Wanted& wanted, const Verdict& verdict)
                           {"actual", difference.actual}};
   }
   told["notes"] = verdict.notes;
-  std::cout << told.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << "\n";
+  std::cout << shownJson(told.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace)) << "\n";
 }
 
 } // namespace

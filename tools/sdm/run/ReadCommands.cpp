@@ -59,7 +59,7 @@ std::string kinds(Session& session, const MapItem& item)
 
 void writeJson(Session& session, const nlohmann::ordered_json& document)
 {
-  session.out << document.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << "\n";
+  session.out << shownJson(document.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace)) << "\n";
 }
 
 bool takeJsonWord(Arguments& arguments)

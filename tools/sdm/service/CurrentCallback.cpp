@@ -73,8 +73,8 @@ void tell(int number, siginfo_t* info, void* /*context*/)
     const CrashLine line(" with signal ", fatal[i].name);
     ::sigaction(number, &earlier[i], nullptr);
   }
-  // A fault happens again at the same place, and `abort` raises its signal again; what was sent does not come back.
-  if (info->si_code <= 0 && number != SIGABRT)
+  // A fault happens again at the same place; what somebody sent, `abort` included, does not come back by itself.
+  if (info->si_code <= 0)
     static_cast<void>(std::raise(number));
 }
 

@@ -1,6 +1,7 @@
 // Results as JSON.
 #include <ostream>
 
+#include "Shown.h"
 #include "test/Suite.h"
 
 namespace cli::test
@@ -34,7 +35,7 @@ void tellJson(std::ostream& out, const Told& told)
     document["tests"].push_back(resultOf(result));
   for (const CoverageOf& each : told.coverage)
     document["coverage"][each.kind] = {{"all", each.all}, {"neverRan", each.missing}};
-  out << document.dump(2, ' ', false, Json::error_handler_t::replace) << "\n";
+  out << shownJson(document.dump(2, ' ', false, Json::error_handler_t::replace)) << "\n";
 }
 
 } // namespace cli::test

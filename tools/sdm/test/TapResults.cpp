@@ -12,7 +12,7 @@ namespace
 /// Texts of JSON are texts of YAML.
 std::string quoted(const std::string& text)
 {
-  return nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+  return shownJson(nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
 }
 
 /// A # would begin a directive.

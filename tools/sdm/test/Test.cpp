@@ -7,6 +7,7 @@
 #include <map>
 #include <memory>
 
+#include "OneOf.h"
 #include "Progress.h"
 #include "Shown.h"
 #include "StartError.h"
@@ -101,7 +102,7 @@ Action addTest(CLI::App& app)
   replay::addReplayOptions(app, wanted->settings);
   app.add_option("--format", wanted->format, "How results are told: tap, junit, or json")
       ->type_name("RESULTS")
-      ->transform(CLI::CheckedTransformer(formats).description(""))
+      ->transform(oneOf(formats))
       ->default_str("tap");
   app.add_flag_callback(
       "--json", [wanted] { wanted->format = Format::json; }, "The same as --format json");
