@@ -116,6 +116,11 @@ void Interrupts::set(State itsState)
   state = itsState;
 }
 
+void Interrupts::awaitCommand()
+{
+  set(State::waiting);
+}
+
 bool Interrupts::takePending()
 {
   std::uint64_t count = 0;

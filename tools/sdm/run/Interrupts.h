@@ -33,6 +33,9 @@ public:
   /// Whether the work of now was interrupted.
   bool interrupted() const;
 
+  /// Says that the program waits for a command: an interrupt is about the line from now on.
+  void awaitCommand();
+
   /// Waits until standard input has something, or has ended. False when an interrupt came first.
   bool waitForInput();
 

@@ -134,6 +134,8 @@ public:
 
   bool next(std::string& line) override
   {
+    // Before the prompt is there to be answered.
+    currentInterrupts->awaitCommand();
     std::cout.flush();
     for (;;)
     {
