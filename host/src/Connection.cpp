@@ -90,7 +90,8 @@ struct Connection::Content
     catch (const soci::soci_error& error)
     {
       const bool lost = error.get_error_category() == soci::soci_error::connection_error;
-      throwOurs(name + ": " + dialect.reasonOf(error), lost ? Dialect::Trouble::lost : dialect.troubleOf(error));
+      throwOurs(name + ": " + dialect.reasonOf(error),
+                lost ? Dialect::Trouble::lost : dialect.troubleOf(error, session));
     }
   }
 

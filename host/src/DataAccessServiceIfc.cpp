@@ -23,9 +23,10 @@ constexpr int databaseKind = 0x64617301;
 
 struct DataAccessService::Content
 {
-  Content(const std::filesystem::path& itsFile, Storage storage)
+  Content(const std::filesystem::path& itsFile, Storage storage, const std::string& whyCopied)
       : file(itsFile),
-        database(std::make_unique<Database>(file, databaseKind, DasCatalog::layout(sqliteDialect()), storage))
+        database(
+            std::make_unique<Database>(file, databaseKind, DasCatalog::layout(sqliteDialect()), storage, whyCopied))
   {
     catalog.load(*database);
   }
@@ -52,7 +53,7 @@ struct DataAccessService::Content
   {
     trouble = why;
     copied = true;
-    database = std::make_unique<Database>(file, databaseKind, DasCatalog::layout(sqliteDialect()), Storage::copy);
+    database = std::make_unique<Database>(file, databaseKind, DasCatalog::layout(sqliteDialect()), Storage::copy, why);
     catalog = {};
     catalog.load(*database);
   }
@@ -76,8 +77,9 @@ struct DataAccessService::Content
   std::string trouble;
 };
 
-DataAccessService::DataAccessService(const std::filesystem::path& database, Storage storage)
-    : content(std::make_unique<Content>(database, storage))
+DataAccessService::DataAccessService(const std::filesystem::path& database, Storage storage,
+                                     const std::string& whyCopied)
+    : content(std::make_unique<Content>(database, storage, whyCopied))
 {
   content->copied = storage == Storage::copy;
 }

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 
+#include <cerrno>
 #include <cstdint>
 #include <sstream>
 
@@ -30,6 +31,20 @@ void makeFile(const std::filesystem::path& file)
   const FileDescriptor made(openPrivate(file, O_RDWR));
 }
 
+/// The database's library makes this file first of all, and does not say why it cannot: a full disk looks like a folder
+/// that may not be written. An empty one is none to it.
+void makeChangesFile(const std::filesystem::path& file)
+{
+  const std::filesystem::path changes = file.string() + "-wal";
+  std::error_code unknown;
+  if (file == ":memory:" || std::filesystem::exists(changes, unknown))
+    return;
+  const FileDescriptor made(openPrivate(changes, O_RDWR));
+  const int reason = errno;
+  if (!made.isOpen() && !remedyOf(reason).empty())
+    throwSystemError(file, "its changes cannot be written", reason);
+}
+
 // All of it is read for a check. Configuration is never that large, and what is has to be left to be found out.
 constexpr std::uintmax_t largestChecked = 64UL * 1024 * 1024;
 
@@ -55,9 +70,12 @@ std::string firstComplaint(const std::string& row)
 } // namespace
 
 Database::Database(const std::filesystem::path& itsFile, int applicationId, const std::vector<std::string>& layout,
-                   Storage itsStorage)
-    : Connection(itsFile.string(), sqliteDialect()), file(itsFile), storage(itsStorage)
+                   Storage itsStorage, const std::string& whyCopied)
+    : Connection(itsFile.string(), sqliteDialect()), file(itsFile), storage(itsStorage), refusal(whyCopied)
 {
+  // The database's own code opens each of them, and would wait for whoever writes into a pipe.
+  for (const char* part : {"", "-wal", "-shm", "-journal"})
+    requireRegular(file.string() + part);
   if (storage == Storage::copy)
   {
     openCopy();
@@ -74,15 +92,34 @@ void Database::beforeChange()
 {
   if (storage == Storage::file)
     requireRoom(file);
+  // Later answers give the reason that the start gave, and not that the copy may not be written.
+  else if (!copyTakesChanges && !refusal.empty())
+    throw DiskTrouble(refusal);
+}
+
+void Database::requireWritable()
+{
+  try
+  {
+    // To begin is not enough: of a file that can only be read that begins a transaction that reads.
+    const Transaction trial(*this);
+    executeOnce("PRAGMA user_version = 0");
+  }
+  catch (const BusyDatabase&)
+  {
+    // Somebody else writes, so it can be written.
+  }
 }
 
 void Database::openFile()
 {
   const std::string connection = SqliteDialect::connectionText(file);
   makeFile(file);
+  makeChangesFile(file);
   open(connection);
   prepareForDurability();
   requireSound();
+  requireWritable();
 }
 
 void Database::openCopy()
@@ -123,8 +160,11 @@ void Database::requireSound()
 
 void Database::allowChangesOfCopy(bool allowed)
 {
-  if (storage == Storage::copy)
-    executeOnce(allowed ? "PRAGMA query_only = OFF" : "PRAGMA query_only = ON");
+  if (storage != Storage::copy)
+    return;
+  copyTakesChanges = true;
+  executeOnce(allowed ? "PRAGMA query_only = OFF" : "PRAGMA query_only = ON");
+  copyTakesChanges = allowed;
 }
 
 void Database::prepareForDurability()

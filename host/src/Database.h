@@ -17,9 +17,9 @@ public:
   /// Opens the file or makes it. A new one gets `applicationId`, which tells what it is for, and the layout that the
   /// statements make; an existing one must bear that id and be sound. From then on a commit returns when it is on the
   /// disk. With `Storage::copy` the file stays as it is: a copy of it is opened, or when that cannot be an empty
-  /// database, and neither takes changes.
+  /// database, and neither takes changes: each is refused with `whyCopied`, in words for the operator.
   Database(const std::filesystem::path& file, int applicationId, const std::vector<std::string>& layout,
-           Storage storage = Storage::file);
+           Storage storage = Storage::file, const std::string& whyCopied = "");
 
   /// Lets a copy take changes, which go with it, or not; a file always does.
   void allowChangesOfCopy(bool allowed);
@@ -29,10 +29,13 @@ private:
   void openFile();
   void openCopy();
   void requireSound();
+  void requireWritable();
   void prepareForDurability();
   void layOut(int applicationId, const std::vector<std::string>& layout);
 
   const std::filesystem::path file;
   const Storage storage;
+  const std::string refusal;
+  bool copyTakesChanges = true;
 };
 } // namespace host

@@ -1,7 +1,6 @@
 #include "host/Device.h"
 
 #include <fcntl.h>
-#include <sys/file.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -9,6 +8,7 @@
 #include <system_error>
 
 #include "Files.h"
+#include "LockedFolder.h"
 #include "Trouble.h"
 #include "host/DasCrypt.h"
 #include "host/LockWatch.h"
@@ -47,34 +47,6 @@ std::filesystem::path existingFolder(const std::filesystem::path& folder)
     throw Error(folder.string() +
                 ": the device folder cannot be made: " + (failure ? failure.message() : "it is no folder"));
   return folder;
-}
-
-/// The file that is locked; on a disk that takes no changes it may be one that cannot be written, or the folder.
-FileDescriptor lockFile(const std::filesystem::path& file)
-{
-  FileDescriptor lock(openPrivate(file, O_RDWR));
-  const int reason = errno;
-  if (lock.isOpen())
-    return lock;
-  for (const std::filesystem::path& instead : {file, file.parent_path()})
-  {
-    FileDescriptor readable(::open(instead.c_str(), O_RDONLY | O_CLOEXEC));
-    if (readable.isOpen())
-      return readable;
-  }
-  throwSystemError(file, "cannot be opened", reason);
-}
-
-/// Keeps the folder for this process. The system takes the lock back when the process ends, in whatever way.
-FileDescriptor lockedFolder(const std::filesystem::path& folder)
-{
-  const std::filesystem::path file = folder / "lock";
-  FileDescriptor lock = lockFile(file);
-  if (::flock(lock.number(), LOCK_EX | LOCK_NB) == 0)
-    return lock;
-  if (errno == EWOULDBLOCK)
-    throw Error(folder.string() + ": the device folder is in use already; one process at a time can run the device");
-  throwSystemError(file, "cannot be locked", errno);
 }
 
 /// Log and key belong to the process, so a second device would write into the first one's log and with its key.
@@ -246,7 +218,7 @@ std::unique_ptr<Service> opened(const std::filesystem::path& file, Notices& noti
   catch (const DiskTrouble& trouble)
   {
     notices.add(std::string(trouble.what()) + "; until then changes are refused");
-    return std::make_unique<Service>(file, Storage::copy);
+    return std::make_unique<Service>(file, Storage::copy, trouble.what());
   }
 }
 
@@ -263,6 +235,11 @@ std::unique_ptr<SecurityLogService> openedLog(const std::filesystem::path& file,
     return std::make_unique<SecurityLogService>(file, trouble);
   }
 }
+/// What SQLite keeps beside a database while it is open.
+std::vector<std::string> changesOfDatabases()
+{
+  return {"das.db-wal", "ocms.db-wal"};
+}
 } // namespace
 
 /// The order of the members is the order of bringing up, and the reverse of taking down.
@@ -270,7 +247,7 @@ struct Device::Content
 {
   explicit Content(const DeviceSettings& settings)
       : folder(existingFolder(settings.folder)),
-        lock(lockedFolder(folder)),
+        lock(folder),
         notices(closedToOthers(folder)),
         log(settings, notices),
         key(folder / "das.key", notices),
@@ -280,6 +257,7 @@ struct Device::Content
         securityLog(openedLog(folder / "security.log", notices)),
         interfaces(settings.interfaceCount)
   {
+    noteChanges();
     setSlowWait(settings.slowWait);
     context.offer("DataAccessServiceIfc", &traffic);
     context.offer("LocalMgmtIfc", store.get());
@@ -287,8 +265,29 @@ struct Device::Content
     context.offer("PhysicalInterfaceServiceIfc", &interfaces);
   }
 
+  ~Content()
+  {
+    // The databases take their changes with them when they are closed.
+    lock.forgetFiles();
+  }
+  Content(const Content&) = delete;
+  Content& operator=(const Content&) = delete;
+
+  /// Changes that a process left beside a database when it was killed are a part of it, and nothing in the database
+  /// tells that they are gone.
+  void noteChanges()
+  {
+    for (const std::string& name : gone)
+      notices.add((folder / name).string() +
+                  ": is gone, and was there when the device ended without being taken down; what was changed last may "
+                  "be lost: put a backup in its place, or set the values again");
+    lock.noteFiles(changesOfDatabases());
+  }
+
   std::filesystem::path folder;
-  FileDescriptor lock;
+  LockedFolder lock;
+  /// Before the databases are opened, which makes these files anew.
+  std::vector<std::string> gone = lock.missingOf(changesOfDatabases());
   OnlyDevice only;
   Notices notices;
   OpenLog log;

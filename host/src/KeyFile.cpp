@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <optional>
 #include <string>
@@ -17,8 +18,6 @@ namespace
 {
 void requireSafeKeyFile(const struct stat& status, const std::filesystem::path& file)
 {
-  if (!S_ISREG(status.st_mode))
-    throw Error(file.string() + ": is no regular file and so no key");
   if ((status.st_mode & (S_IRWXG | S_IRWXO)) != 0)
     throw Error(file.string() + ": the key is open to others than its owner; its mode must be 0600: chmod 600 it");
   if (status.st_size != crypto_secretbox_KEYBYTES)
@@ -29,7 +28,7 @@ void requireSafeKeyFile(const struct stat& status, const std::filesystem::path& 
 /// Nothing when there is no such file.
 std::optional<Key> readKey(const std::filesystem::path& file)
 {
-  const FileDescriptor input(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  const FileDescriptor input = openRegular(file, O_RDONLY);
   if (!input.isOpen() && errno == ENOENT)
     return std::nullopt;
   struct stat status = {};
@@ -37,9 +36,13 @@ std::optional<Key> readKey(const std::filesystem::path& file)
     throwSystemError(file, "the key cannot be read", errno);
   requireSafeKeyFile(status, file);
   Key key;
-  errno = 0;
-  if (::read(input.number(), key.bytes.data(), key.bytes.size()) != static_cast<ssize_t>(key.bytes.size()))
-    throwSystemError(file, "the key cannot be read", errno);
+  std::string content = wholeContent(input, key.bytes.size(), file);
+  const bool whole = content.size() == key.bytes.size();
+  if (whole)
+    std::copy(content.begin(), content.end(), key.bytes.begin());
+  sodium_memzero(content.data(), content.size());
+  if (!whole)
+    throw DamagedFile(file.string() + ": the key changed while it was read");
   return key;
 }
 

@@ -42,7 +42,8 @@ std::vector<std::string> rootIdsOf(ManageableData& data)
 /// in the order of the changes.
 struct LocalMgmtStore::Content
 {
-  Content(const std::filesystem::path& file, Storage storage) : database(file, databaseKind, layout(), storage)
+  Content(const std::filesystem::path& file, Storage storage, const std::string& whyCopied)
+      : database(file, databaseKind, layout(), storage, whyCopied)
   {
   }
 
@@ -111,8 +112,8 @@ struct LocalMgmtStore::Content
   Deliveries deliveries;
 };
 
-LocalMgmtStore::LocalMgmtStore(const std::filesystem::path& database, Storage storage)
-    : content(std::make_unique<Content>(database, storage))
+LocalMgmtStore::LocalMgmtStore(const std::filesystem::path& database, Storage storage, const std::string& whyCopied)
+    : content(std::make_unique<Content>(database, storage, whyCopied))
 {
 }
 

@@ -70,6 +70,7 @@ Dropped droppedBefore(const std::filesystem::path& file)
 /// Adds the records of a log that goes.
 void addRecords(const std::filesystem::path& file, Dropped& dropped)
 {
+  requireRegular(file);
   std::ifstream log(file, std::ios::binary);
   for (std::string line; std::getline(log, line);)
   {

@@ -43,7 +43,7 @@ std::string field(const std::string& text)
 int opened(const std::filesystem::path& file)
 {
   finishRotation(file);
-  FileDescriptor log(openPrivate(file, O_RDWR | O_APPEND));
+  FileDescriptor log = openRegularOrDevice(file, O_RDWR | O_APPEND | O_CREAT);
   if (!log.isOpen())
     throwSystemError(file, "the security log cannot be opened", errno);
   syncFolderOf(file);
@@ -93,7 +93,7 @@ SecurityLogService::SecurityLogService(const std::filesystem::path& logFile) : f
 }
 
 SecurityLogService::SecurityLogService(const std::filesystem::path& logFile, const Error& why)
-    : file(logFile), unwritable(why.what()), descriptor(::open(file.c_str(), O_RDONLY | O_CLOEXEC))
+    : file(logFile), unwritable(why.what()), descriptor(openRegularOrDevice(file, O_RDONLY).release())
 {
 }
 

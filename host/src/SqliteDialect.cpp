@@ -3,6 +3,8 @@
 #include <soci/soci.h>
 #include <soci/sqlite3/soci-sqlite3.h>
 
+#include <cerrno>
+
 #include "Everlasting.h"
 #include "host/Error.h"
 
@@ -13,7 +15,35 @@ const soci::backend_factory& SqliteDialect::driver() const
   return soci::sqlite3;
 }
 
-Dialect::Trouble SqliteDialect::troubleOf(const soci::soci_error& error) const
+namespace
+{
+/// The number of the system's error behind the last one, 0 for none. The driver keeps the description of this type to
+/// itself, so nobody can check it at run time.
+__attribute__((no_sanitize("vptr"))) int systemError(soci::session& session)
+{
+  auto* backend = static_cast<soci::sqlite3_session_backend*>(session.get_backend());
+  return backend == nullptr ? 0 : sqlite_api::sqlite3_system_errno(backend->conn_);
+}
+
+/// A full disk is told as such only where it is met while writing.
+Dialect::Trouble troubleOfSystem(int reason)
+{
+  switch (reason)
+  {
+  case ENOSPC:
+  case EDQUOT:
+    return Dialect::Trouble::diskFull;
+  case EROFS:
+  case EACCES:
+  case EPERM:
+    return Dialect::Trouble::notWritable;
+  default:
+    return Dialect::Trouble::diskFailed;
+  }
+}
+} // namespace
+
+Dialect::Trouble SqliteDialect::troubleOf(const soci::soci_error& error, soci::session& session) const
 {
   const auto* own = dynamic_cast<const soci::sqlite3_soci_error*>(&error);
   switch (own == nullptr ? SQLITE_ERROR : own->result() & 0xFF)
@@ -26,7 +56,7 @@ Dialect::Trouble SqliteDialect::troubleOf(const soci::soci_error& error) const
     return Trouble::diskFull;
   case SQLITE_CANTOPEN:
   case SQLITE_IOERR:
-    return Trouble::diskFailed;
+    return troubleOfSystem(systemError(session));
   case SQLITE_READONLY:
   case SQLITE_PERM:
     return Trouble::notWritable;

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <spdlog/logger.h>
+#include <spdlog/pattern_formatter.h>
 #include <spdlog/sinks/ansicolor_sink.h>
 #include <spdlog/sinks/rotating_file_sink.h>
 #include <unistd.h>
@@ -22,8 +23,10 @@
 #include <vector>
 
 #include "Everlasting.h"
+#include "Files.h"
 #include "PlainLine.h"
 #include "host/Error.h"
+#include "host/IsoTime.h"
 #include "host/PrivateFiles.h"
 
 namespace host
@@ -67,6 +70,21 @@ spdlog::sink_ptr consoleSink(int level)
   return sink;
 }
 
+/// The logging library's own counts milliseconds before 1970 from the wrong side.
+class TimeOfLine : public spdlog::custom_flag_formatter
+{
+public:
+  void format(const spdlog::details::log_msg& line, const std::tm& /*parts*/, spdlog::memory_buf_t& text) override
+  {
+    const std::string time = localTime(line.time);
+    text.append(time.data(), time.data() + time.size());
+  }
+  std::unique_ptr<spdlog::custom_flag_formatter> clone() const override
+  {
+    return std::make_unique<TimeOfLine>();
+  }
+};
+
 std::shared_ptr<spdlog::logger> makeLogger(const LogSettings& settings)
 {
   std::vector<spdlog::sink_ptr> sinks = {consoleSink(settings.consoleLevel)};
@@ -78,7 +96,9 @@ std::shared_ptr<spdlog::logger> makeLogger(const LogSettings& settings)
   auto logger = std::make_shared<spdlog::logger>("device", sinks.begin(), sinks.end());
   logger->set_level(spdlog::level::trace);
   logger->flush_on(spdlog::level::trace);
-  logger->set_pattern("%^%Y-%m-%dT%H:%M:%S.%e%z %v%$");
+  auto formatter = std::make_unique<spdlog::pattern_formatter>();
+  formatter->add_flag<TimeOfLine>('*').set_pattern("%^%*%z %v%$");
+  logger->set_formatter(std::move(formatter));
   return logger;
 }
 
@@ -152,6 +172,7 @@ void openLog(const LogSettings& settings)
 {
   try
   {
+    requireRegular(settings.file);
     replaceLogger(makeLogger(settings));
   }
   catch (const spdlog::spdlog_ex& error)

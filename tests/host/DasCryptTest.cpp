@@ -114,7 +114,7 @@ TEST_F(DasCryptKey, ThatCannotBeReadIsTheReasonForWhatIsNotEncrypted)
   std::string out;
   EXPECT_FALSE(DasCrypt::toEncryptedText("secret", out));
   EXPECT_EQ(out,
-            "<NotEncrypted>there is no key: " + file.string() + ": is no regular file and so no key</NotEncrypted>");
+            "<NotEncrypted>there is no key: " + file.string() + ": is no regular file; move it away</NotEncrypted>");
 }
 
 TEST_F(DasCryptKey, WithAnotherOneTheUnopenedTextIsNotEncryptedAgain)
@@ -272,7 +272,7 @@ TEST_F(DasCryptKey, StandsUnderItsNameOnlyWhenItIsOnTheDisk)
 TEST_F(DasCryptKey, ThatIsAPipeIsRefusedAndLeftThere)
 {
   ASSERT_EQ(::mkfifo(file.c_str(), 0600), 0);
-  EXPECT_EQ(errorOf([&] { host::useKeyFile(file); }), file.string() + ": is no regular file and so no key");
+  EXPECT_EQ(errorOf([&] { host::useKeyFile(file); }), file.string() + ": is no regular file; move it away");
   EXPECT_TRUE(std::filesystem::is_fifo(file));
 }
 

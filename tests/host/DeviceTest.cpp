@@ -150,7 +150,7 @@ TEST_F(DeviceFolder, SecondDeviceInAProcessIsRefused)
 TEST_F(DeviceFolder, ErrorNamesTheFileThatIsWrong)
 {
   std::filesystem::create_directories(path / "das.key");
-  EXPECT_EQ(bringUpError(), (path / "das.key").string() + ": is no regular file and so no key");
+  EXPECT_EQ(bringUpError(), (path / "das.key").string() + ": is no regular file; move it away");
   std::filesystem::remove(path / "das.key");
   EXPECT_EQ(bringUpError(), "");
   std::filesystem::rename(path / "das.db", path / "ocms.db");

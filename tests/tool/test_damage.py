@@ -1,5 +1,6 @@
 """Stored values that cannot be used: what a start tells of them."""
 import os
+import shutil
 import sqlite3
 import unittest
 
@@ -114,16 +115,30 @@ class Damage(ProgramTest):
         self.assertEqual(run.row("sip.password")[3], "database")
         self.assertEqual(run.after("  undecryptable")[0], "1", "that one was overwritten on purpose")
 
-    def test_a_map_that_cannot_be_read_is_told_and_the_device_goes_on_with_its_own(self):
+    def test_a_map_of_the_service_that_cannot_be_read_is_told_and_the_device_goes_on_with_its_own(self):
+        service = shutil.copy(os.environ["SAMPLE"], self.folder)
+        name = shutil.copy(os.environ["SAMPLE_MAP"], self.folder)
+        self.run_script("set display.brightness 44", options=("--service", service))
+        open(name, "w").close()
+        run = self.run_script("get display.brightness", options=("--service", service))
+        self.assertEqual(run.code, 0)
+        self.assertIn("display.brightness = 44", run.lines())
+        for part in (name, "holds no item", "--map", "its own copy", os.path.join(self.device, "CommsSettings.csv")):
+            self.assertIn(part, run.after("  attention"))
+
+    def test_a_map_that_was_asked_for_and_cannot_be_used_ends_the_start(self):
         self.run_script("set display.brightness 44")
+        before = self.content("CommsSettings.csv")
         empty = os.path.join(self.folder, "empty.csv")
         open(empty, "w").close()
-        for name, why in ((os.path.join(self.folder, "gone.csv"), "No such file"), (empty, "holds no item")):
+        pipe = os.path.join(self.folder, "pipe")
+        os.mkfifo(pipe)
+        for name, why in ((os.path.join(self.folder, "gone.csv"), "No such file"), (empty, "it holds no item"),
+                          ("/dev/zero", "it is no regular file"), (pipe, "it is no regular file")):
             run = self.run_script("get display.brightness", options=("--map", name))
-            self.assertEqual(run.code, 0)
-            self.assertIn("display.brightness = 44", run.lines())
-            for part in (name, why, "--map", "its own copy", os.path.join(self.device, "CommsSettings.csv")):
-                self.assertIn(part, run.after("  attention"))
+            self.assertEqual((run.code, run.out), (3, ""))
+            self.assertIn("the item map %s cannot be read: %s" % (name, why), run.err)
+        self.assertEqual(self.content("CommsSettings.csv"), before)
 
     def test_a_damaged_copy_of_the_map_is_kept_aside(self):
         self.run_script("set display.brightness 44")

@@ -134,7 +134,7 @@ class Explain(ProgramTest):
         commands = ("set time.zone Europe/Rome", "set time.zone Mars", "set ip.address 10.1.1.5",
                     "changed phone.room 4", "reset")
         told = []
-        for options in ((), ("--record", os.path.join(self.folder, "transcript.jsonl"))):
+        for options in ((), ("--force", "--record", os.path.join(self.folder, "transcript.jsonl"))):
             told.append([])
             for root_id in ("time.zone", "ip.address", "phone.room"):
                 told[-1].append(self.explain(root_id, *commands, options=options)[1])

@@ -95,6 +95,20 @@ class Record(ProgramTest):
         self.assertIn({"result": "importItemFromDAS", "value": "secret#2"}, self.of("result"))
         self.assertTrue(any("<Password>secret#2</Password>" in event["text"] for event in self.of("log")))
 
+    def test_a_value_beside_an_id_that_nobody_knows_is_masked_and_replayed(self):
+        self.record("log 6", "set sip.pasword opensesame42", "set sip.pasword xyz", "set sip.pasword open sesame",
+                    "changed sip.passwort hunter22", "sett sip.pasword hunter22", "hunter33 sip.pasword", "hunter44",
+                    "set display.brightness 60 nosuch open", "set display.brightnes loud", "set display.brightness loud",
+                    "set sip.userName anna sip.password opensesame42")
+        self.assertEqual([event["command"] for event in self.of("command")[1:]],
+                         ["set sip.pasword secret#2", "set sip.pasword secret#3", "set sip.pasword secret#4 secret#5",
+                          "changed sip.passwort secret#6", "sett secret#7 secret#6", "secret#8 secret#7", "secret#9",
+                          "set display.brightness 60 nosuch secret#4", "set display.brightnes secret#10",
+                          "set display.brightness loud", "set sip.userName anna sip.password secret#2"])
+        for value in ("opensesame42", "xyz", "sesame", "hunter"):
+            self.assertNotIn(value, self.text)
+        self.assertEqual(self.sdm("replay", self.file).code, 0)
+
     def test_a_value_that_looks_like_the_name_of_a_secret_gets_one(self):
         self.record("set phone.label secret#1", "changed phone.label secret#1")
         self.assertEqual([event["command"] for event in self.of("command")],
@@ -137,6 +151,45 @@ class Record(ProgramTest):
         run = self.run_script("get time.zone", options=("--record", self.folder))
         self.assertEqual(run.code, 3)
         self.assertIn("the transcript %s cannot be written: " % self.folder, run.err)
+
+    def test_a_run_that_does_not_start_leaves_an_existing_transcript_alone(self):
+        self.record("get time.zone")
+        for options in (("--service", "nosuch.so"), ("--map", "nosuch.csv"), ()):
+            run = self.run_script("get time.zone", options=("--record", self.file, "--force", *options))
+            self.assertEqual(run.code, 3, run.err)
+            self.assertEqual(os.listdir(self.folder).count("transcript.jsonl.part"), 0)
+            with open(self.file) as file:
+                self.assertEqual(file.read(), self.text)
+
+    def test_a_transcript_is_overwritten_by_force_alone(self):
+        self.record("get time.zone")
+        self.device = os.path.join(self.folder, "other")
+        run = self.run_script("get ip.address", options=("--record", self.file))
+        self.assertEqual((run.code, run.out), (3, ""))
+        self.assertIn("transcript.jsonl cannot be written: it is there already; --force overwrites it", run.err)
+        self.assertFalse(os.path.exists(self.device), "nothing was brought up")
+        with open(self.file) as file:
+            self.assertEqual(file.read(), self.text)
+        self.record("get ip.address", options=("--force",))
+        self.assertEqual(self.of("command"), [{"command": "get ip.address"}])
+        self.assertEqual(self.sdm("run", "--device", self.device, "--force").code, 2)
+
+    def test_a_run_that_is_cut_off_leaves_its_part_and_the_transcript_before(self):
+        self.record("get time.zone")
+        self.device = os.path.join(self.folder, "other")
+        with subprocess.Popen([SDM, "run", "--device", self.device, "--record", self.file, "--force"],
+                              stdin=subprocess.PIPE, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE) as process:
+            process.stderr.readline()
+            process.kill()
+        with open(self.file) as file:
+            self.assertEqual(file.read(), self.text)
+        self.assertGreater(os.path.getsize(self.file + ".part"), 0)
+        self.device = os.path.join(self.folder, "third")
+        run = self.run_script(options=("--record", self.file + ".new"))
+        self.assertEqual(run.code, 0)
+        os.rename(self.file + ".part", self.file + ".new.part")
+        run = self.run_script(options=("--record", self.file + ".new"))
+        self.assertEqual(run.code, 3)
 
     def test_a_full_disk_is_told_and_the_run_goes_on(self):
         run = self.run_script("get time.zone", options=("--record", "/dev/full"))

@@ -1,10 +1,11 @@
 #include "ItemTable.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
-#include <system_error>
 
 #include "ItemMapFile.h"
+#include "WholeFile.h"
 
 namespace cli
 {
@@ -12,9 +13,6 @@ namespace
 {
 
 using Column = sdm::ItemMapColumn;
-
-// Beyond that a file is no map that anybody wrote, and table and copy would take the memory of a device.
-constexpr std::uintmax_t largestMapMiB = 64;
 
 MapItem itemOf(const sdm::ItemMapFile& file)
 {
@@ -41,15 +39,24 @@ MapItem itemOf(const sdm::ItemMapFile& file)
 
 } // namespace
 
+std::string mapContent(const std::filesystem::path& path)
+{
+  try
+  {
+    return wholeFile(path);
+  }
+  catch (const Unusable& error)
+  {
+    unreadable(path, error.what());
+  }
+}
+
 ItemTable::ItemTable(const std::filesystem::path& path)
 {
-  sdm::ItemMapFile file(path.c_str());
+  std::string content = mapContent(path);
+  sdm::ItemMapFile file(::fmemopen(content.data(), content.size(), "r"));
   if (!file.isOpen())
     unreadable(path, std::strerror(errno));
-  std::error_code unknown;
-  if (const std::uintmax_t size = std::filesystem::file_size(path, unknown);
-      !unknown && size > largestMapMiB * 1024 * 1024)
-    unreadable(path, "it has more than " + std::to_string(largestMapMiB) + " MiB");
   auto line = file.next();
   for (; line != sdm::ItemMapFile::Line::end; line = file.next())
   {

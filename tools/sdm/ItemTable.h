@@ -44,6 +44,10 @@ struct UnclearEncryption
   bool carriageReturn = false;
 };
 
+/// The bytes of a map file. Throws `StartError` for one that cannot be read, is no regular file or has more than 64
+/// MiB.
+std::string mapContent(const std::filesystem::path& path);
+
 class ItemTable
 {
 public:

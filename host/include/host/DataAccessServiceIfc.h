@@ -36,9 +36,10 @@ public:
   /// Opens the database or makes it; what was provisioned earlier is there again. Throws `Error` naming the file and
   /// the reason, such as a file that is no database or a database of another kind.
   ///
-  /// On a disk that takes no changes a copy can do: it answers reads, refuses updates, and keeps what is provisioned to
-  /// itself.
-  explicit DataAccessService(const std::filesystem::path& database, Storage storage = Storage::file);
+  /// On a disk that takes no changes a copy can do: it answers reads, refuses updates with `whyCopied`, and keeps what
+  /// is provisioned to itself.
+  explicit DataAccessService(const std::filesystem::path& database, Storage storage = Storage::file,
+                             const std::string& whyCopied = "");
   ~DataAccessService() override;
   DataAccessService(const DataAccessService&) = delete;
   DataAccessService& operator=(const DataAccessService&) = delete;

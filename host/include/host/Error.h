@@ -15,4 +15,8 @@ class SDM_HOST_EXPORT Error : public std::runtime_error
 public:
   using std::runtime_error::runtime_error;
 };
+
+/// What the operator can do about the system's error with this number, such as "; make room on its disk"; empty where
+/// there is nothing to be said.
+SDM_HOST_EXPORT std::string remedyOf(int errorNumber);
 } // namespace host

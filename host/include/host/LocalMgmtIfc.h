@@ -27,8 +27,9 @@ class SDM_HOST_EXPORT LocalMgmtStore : public ::LocalMgmtIfc
 {
 public:
   /// Opens the database or makes it. Throws `Error` naming the file and the reason. On a disk that takes no changes a
-  /// copy can do: it is read, and refuses changes as a failing database does.
-  explicit LocalMgmtStore(const std::filesystem::path& database, Storage storage = Storage::file);
+  /// copy can do: it is read, and refuses changes as a failing database does; `whyCopied` is logged then.
+  explicit LocalMgmtStore(const std::filesystem::path& database, Storage storage = Storage::file,
+                          const std::string& whyCopied = "");
   ~LocalMgmtStore() override;
   LocalMgmtStore(const LocalMgmtStore&) = delete;
   LocalMgmtStore& operator=(const LocalMgmtStore&) = delete;

@@ -7,45 +7,18 @@
 #include <filesystem>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <vector>
 
-#include "Descriptor.h"
+#include "ReplacedFile.h"
+#include "WholeFile.h"
 
 namespace cli::check
 {
 namespace
 {
 
-// Beyond that a file is no map that anybody wrote.
-constexpr std::size_t largestMap = 64UL * 1024 * 1024;
-
-[[noreturn]] void unreadable(const std::string& path, const std::string& why)
-{
-  throw FileError("the item map " + path + " cannot be read: " + why);
-}
-
 [[noreturn]] void unwritable(const std::string& path, const std::string& why)
 {
   throw FileError("the item map " + path + " cannot be mended: " + why + "; it is as it was");
-}
-
-std::string readAll(int descriptor, const std::string& path)
-{
-  std::string content;
-  std::vector<char> piece(1U << 16U);
-  for (;;)
-  {
-    const ssize_t taken = ::read(descriptor, piece.data(), piece.size());
-    if (taken == 0)
-      return content;
-    if (taken < 0 && errno == EINTR)
-      continue;
-    if (taken < 0)
-      unreadable(path, std::strerror(errno));
-    content.append(piece.data(), static_cast<std::size_t>(taken));
-    if (content.size() > largestMap)
-      unreadable(path, "it has more than 64 MiB");
-  }
 }
 
 /// A file beside another one that is gone in the end unless it took the other one's place.
@@ -93,12 +66,14 @@ private:
 
 std::string readMap(const std::string& path)
 {
-  if (path == "-")
-    return readAll(STDIN_FILENO, path);
-  const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
-  if (file.number < 0)
-    unreadable(path, std::strerror(errno));
-  return readAll(file.number, path);
+  try
+  {
+    return path == "-" ? wholeContent(STDIN_FILENO) : wholeFile(path);
+  }
+  catch (const Unusable& error)
+  {
+    throw FileError("the item map " + path + " cannot be read: " + error.what());
+  }
 }
 
 void replaceMap(const std::string& path, const std::string& old, const std::string& content)
@@ -119,9 +94,7 @@ void replaceMap(const std::string& path, const std::string& old, const std::stri
     unwritable(path, "somebody else has changed it");
   if (!replacement.takePlace())
     unwritable(path, std::strerror(errno));
-  const Descriptor folder(::open(place.parent_path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (folder.number >= 0)
-    ::fsync(folder.number);
+  syncFolderOf(place);
 }
 
 } // namespace cli::check

@@ -14,7 +14,8 @@ public:
   using std::runtime_error::runtime_error;
 };
 
-/// The content of a file, a pipe included; "-" is standard input. Throws `FileError`, also for more than 64 MiB.
+/// The content of a regular file; "-" is standard input, a pipe included. Throws `FileError`, also for more than 64
+/// MiB.
 std::string readMap(const std::string& path);
 
 /// Puts another content in the place of a file: what opens it finds the old content or the new one, and a failure

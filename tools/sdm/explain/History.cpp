@@ -1,11 +1,8 @@
 #include "explain/History.h"
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <cstdio>
-#include <cstring>
-#include <ctime>
 #include <set>
 #include <utility>
 
@@ -13,6 +10,7 @@
 #include "explain/HistoryCompaction.h"
 #include "explain/HistoryReader.h"
 #include "explain/StartNews.h"
+#include "host/IsoTime.h"
 
 namespace cli
 {
@@ -44,7 +42,7 @@ HistoryEvent cutShort(HistoryEvent event)
 
 [[noreturn]] void throwUnreadable(const HistoryFile& file, int reason)
 {
-  throw StartError(file.path().string() + " cannot be read: " + std::strerror(reason) +
+  throw StartError(file.path().string() + " cannot be read: " + HistoryFile::wordsOf(reason) +
                    "; `sdm run` writes it, name the folder of its device with --device");
 }
 
@@ -52,15 +50,7 @@ HistoryEvent cutShort(HistoryEvent event)
 
 std::string historyTime()
 {
-  const auto now = std::chrono::system_clock::now();
-  const std::time_t seconds = std::chrono::system_clock::to_time_t(now);
-  const auto rest = std::chrono::duration_cast<std::chrono::milliseconds>(now.time_since_epoch()).count() % 1000;
-  std::tm parts = {};
-  ::gmtime_r(&seconds, &parts);
-  std::array<char, 64> text{};
-  const std::size_t length = std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%S", &parts);
-  std::snprintf(text.data() + length, text.size() - length, ".%03dZ", static_cast<int>(rest));
-  return text.data();
+  return host::isoTime(std::chrono::system_clock::now());
 }
 
 History::History(const std::filesystem::path& deviceFolder) : file(deviceFolder)
@@ -170,7 +160,7 @@ void History::write(const std::string& text)
   const int reason = file.append(unwritten + text, size);
   if (reason != 0)
   {
-    trouble = file.path().string() + " cannot be written: " + std::strerror(reason);
+    trouble = file.path().string() + " cannot be written: " + HistoryFile::wordsOf(reason);
     keepHere(text);
     return;
   }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -22,6 +23,9 @@ constexpr std::size_t firstSpan = 4096;
 int sizeOf(int descriptor, std::size_t& size)
 {
   struct stat status = {};
+  // So a pipe without a reader answers.
+  if (descriptor < 0 && errno == ENXIO)
+    return EINVAL;
   if (descriptor < 0 || ::fstat(descriptor, &status) != 0)
     return errno;
   if (!S_ISREG(status.st_mode))
@@ -70,6 +74,11 @@ void eachLine(std::string_view text, const std::function<void(std::string_view)>
 
 HistoryFile::HistoryFile(const std::filesystem::path& deviceFolder) : file(deviceFolder / "history.log")
 {
+}
+
+std::string HistoryFile::wordsOf(int reason)
+{
+  return reason == EINVAL ? "it is no regular file" : std::strerror(reason);
 }
 
 int HistoryFile::append(const std::string& text, std::size_t& size) const

@@ -28,6 +28,9 @@ public:
   /// there stays one of its own.
   int append(const std::string& text, std::size_t& size) const;
 
+  /// A reason that these operations gave, in words.
+  static std::string wordsOf(int reason);
+
   /// Hands out each line, oldest first; of a file that somebody else let grow those at its end. 0, or the reason why
   /// it cannot be read: what is no regular file cannot.
   int read(const std::function<void(std::string_view)>& line) const;

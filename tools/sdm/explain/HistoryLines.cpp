@@ -1,6 +1,6 @@
 #include "explain/HistoryLines.h"
 
-#include <nlohmann/json.hpp>
+#include "JsonText.h"
 
 namespace cli
 {
@@ -11,7 +11,6 @@ using Json = nlohmann::ordered_json;
 
 // A longer line is nobody's who writes a history, and costs more than it tells.
 constexpr std::size_t longestLine = 1024UL * 1024;
-constexpr int deepest = 2;
 
 std::string written(const Json& line)
 {
@@ -58,8 +57,15 @@ HistoryLine parsedHistoryLine(std::string_view content)
 {
   if (content.size() > longestLine)
     return {};
-  const auto notTooDeep = [](int depth, Json::parse_event_t /*event*/, Json& /*parsed*/) { return depth <= deepest; };
-  const Json line = Json::parse(content, notTooDeep, false);
+  Json line;
+  try
+  {
+    line = jsonOf(content);
+  }
+  catch (const JsonError&)
+  {
+    return {};
+  }
   if (!line.is_object())
     return {};
   if (line.contains("item"))

@@ -1,11 +1,7 @@
 #include "MapFitness.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
-#include <fstream>
-
-#include "StartError.h"
+#include <sstream>
 
 namespace cli
 {
@@ -32,14 +28,12 @@ std::string problemOf(const std::string& line)
 
 } // namespace
 
-std::vector<std::string> unfitLines(const std::filesystem::path& map)
+std::vector<std::string> unfitLines(const std::string& map)
 {
-  std::ifstream file(map, std::ios::binary);
-  if (!file)
-    throw StartError("the item map " + map.string() + " cannot be read: " + std::strerror(errno));
+  std::istringstream lines(map);
   std::vector<std::string> problems;
   std::size_t number = 0;
-  for (std::string line; std::getline(file, line);)
+  for (std::string line; std::getline(lines, line);)
   {
     ++number;
     const std::string problem = problemOf(line);

@@ -55,12 +55,6 @@ void write(const std::filesystem::path& path, const std::string& text)
     notWritten(path, failed ? failed.message() : std::strerror(errno));
 }
 
-std::string contentOf(const std::filesystem::path& path)
-{
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
 /// The project takes its place at the end, as a whole, so that a failure leaves nothing behind.
 class Draft
 {
@@ -126,7 +120,8 @@ ExitCode refuseMap(const std::filesystem::path& map, const std::vector<std::stri
 
 ExitCode makeNew(const NewSettings& settings)
 {
-  const auto problems = unfitLines(settings.map);
+  const std::string map = mapContent(settings.map);
+  const auto problems = unfitLines(map);
   if (!problems.empty())
     return refuseMap(settings.map, problems);
   const ItemTable table(settings.map);
@@ -141,7 +136,7 @@ ExitCode makeNew(const NewSettings& settings)
   const auto files = skeleton(settings.name, table);
   for (const auto& [path, text] : files)
     draft.add(path, text);
-  draft.add(settings.name + ".csv", contentOf(settings.map));
+  draft.add(settings.name + ".csv", map);
   draft.finish();
   std::cout << "made " << shown(folder.string()) << ": " << counted(files.size() + 1, "file") << " for "
             << counted(table.rootIds().size(), "item") << "\n"

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Suggestion.h"
 #include "run/CommandFunctions.h"
 #include "run/Commands.h"
 #include "run/Words.h"
@@ -13,6 +14,14 @@ namespace
 
 constexpr const char* unreadable = "\"";
 
+/// What a word may be.
+enum class Kind
+{
+  harmless,
+  secret,
+  unknown ///< beside what nobody knows, so that it may be a secret
+};
+
 class CommandMask
 {
 public:
@@ -21,15 +30,18 @@ public:
   {
   }
 
-  bool isSecret(std::size_t number) const
+  Kind kindOf(std::size_t number) const
   {
-    if (number == 0)
-      return besideSecret && findCommand(words[0]) == nullptr && items.find(words[0]) == nullptr;
-    const bool pairs = words[0] == "set" || words[0] == "changed";
-    if (pairs && number % 2 == 0)
-      return isSecretValueOf(words[number - 1]);
-    const bool isJsonWord = number == 1 && words[number] == jsonWord;
-    return besideSecret && !isJsonWord && items.find(words[number]) == nullptr;
+    const std::string& word = words[number];
+    if (isItem(word) || (number == 0 && isCommand()) || (number == 1 && word == jsonWord))
+      return isValue(number) ? kindOfValue(number) : Kind::harmless;
+    if (besideSecret)
+      return isValue(number) ? kindOfValue(number) : Kind::secret;
+    if (!isCommand())
+      return isTypingError(number) ? Kind::harmless : Kind::unknown;
+    if (isValue(number))
+      return kindOfValue(number);
+    return takesPairs() && followsUnknownItem(number) ? Kind::unknown : Kind::harmless;
   }
 
 private:
@@ -38,10 +50,48 @@ private:
     return std::any_of(words.begin(), words.end(), [&](const std::string& word) { return masking.isSecret(word); });
   }
 
-  /// Who forgot quotes may have the secret's parts in any place.
-  bool isSecretValueOf(const std::string& rootId) const
+  bool isItem(const std::string& word) const
   {
-    return masking.isSecret(rootId) || (besideSecret && items.find(rootId) == nullptr);
+    return items.find(word) != nullptr;
+  }
+
+  bool isCommand() const
+  {
+    return findCommand(words[0]) != nullptr;
+  }
+
+  bool takesPairs() const
+  {
+    return words[0] == "set" || words[0] == "changed";
+  }
+
+  bool isValue(std::size_t number) const
+  {
+    return takesPairs() && number > 0 && number % 2 == 0;
+  }
+
+  /// The id of a secret that was mistyped is one that nobody knows. Who forgot quotes may have the secret's parts in
+  /// any place.
+  Kind kindOfValue(std::size_t number) const
+  {
+    const std::string& rootId = words[number - 1];
+    if (masking.isSecret(rootId) || (besideSecret && !isItem(rootId)))
+      return Kind::secret;
+    return isItem(rootId) ? Kind::harmless : Kind::unknown;
+  }
+
+  bool followsUnknownItem(std::size_t number) const
+  {
+    for (std::size_t i = 1; i < number; i += 2)
+      if (!isItem(words[i]))
+        return true;
+    return false;
+  }
+
+  /// A word at the place of a command that is nearly one; any other may be what somebody pasted there.
+  bool isTypingError(std::size_t number) const
+  {
+    return number == 0 && !didYouMean(words[0], commandNames()).empty();
   }
 
   const std::vector<std::string>& words;
@@ -81,8 +131,11 @@ std::string maskedCommand(const std::string& line, const ItemTable& items, const
   for (std::size_t i = 0; i < words.list.size(); ++i)
   {
     const std::string& word = words.list[i];
-    const bool isSecret = secretWords.count(i) != 0 || mask.isSecret(i) || isSecretName(word);
-    masked.push_back(isSecret || secrets.without(word) != word ? secrets.named(word) : word);
+    const Kind kind = mask.kindOf(i);
+    if (secretWords.count(i) != 0 || kind == Kind::secret || isSecretName(word) || secrets.without(word) != word)
+      masked.push_back(secrets.named(word));
+    else
+      masked.push_back(kind == Kind::unknown ? secrets.namedApart(word) : word);
   }
   return joinedWords(masked);
 }

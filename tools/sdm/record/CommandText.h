@@ -16,8 +16,9 @@ namespace cli::record
 std::string joinedWords(const std::vector<std::string>& words);
 
 /// The line with the names of secrets in place of them. Beside the root id of a secret every word that is neither a
-/// root id nor the value of one without secrets counts as one; so do the words with these numbers. Of a line that
-/// cannot be taken apart only that is kept.
+/// root id nor the value of one without secrets counts as one; so do the words with these numbers. What may be one gets
+/// a name as well: the value of an item that nobody knows, whose id may be that of a secret with a typing error, and
+/// the words of a command that nobody knows. Of a line that cannot be taken apart only that is kept.
 std::string maskedCommand(const std::string& line, const ItemTable& items, const Masking& masking, Secrets& secrets,
                           const std::set<std::size_t>& secretWords);
 

@@ -3,14 +3,9 @@
 #include <ManageableData.h>
 
 #include <array>
-#include <cerrno>
-#include <cstring>
-#include <fstream>
-#include <iterator>
 #include <nlohmann/json.hpp>
 #include <sodium.h>
 
-#include "StartError.h"
 #include "host/ManageableData.h"
 #include "record/CommandText.h"
 
@@ -67,10 +62,7 @@ struct Recorder::Scene
 
 std::string digestOf(const std::filesystem::path& path)
 {
-  std::ifstream file(path, std::ios::binary);
-  const std::string content{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  if (!file.is_open() || file.bad())
-    throw StartError("the item map " + path.string() + " cannot be read: " + std::strerror(errno));
+  const std::string content = mapContent(path);
   std::array<unsigned char, crypto_hash_sha256_BYTES> digest{};
   crypto_hash_sha256(digest.data(), reinterpret_cast<const unsigned char*>(content.data()), content.size());
   std::array<char, 2 * crypto_hash_sha256_BYTES + 1> text{};
@@ -78,7 +70,7 @@ std::string digestOf(const std::filesystem::path& path)
   return std::string("sha256:") + text.data();
 }
 
-Recorder::Recorder(const std::filesystem::path& itsFile) : file(itsFile)
+Recorder::Recorder(const std::filesystem::path& itsFile, bool overwrites) : file(itsFile, overwrites)
 {
 }
 
@@ -120,6 +112,14 @@ Recorder::Json Recorder::valuesOf(const Values& values)
   Json object = Json::object();
   for (const auto& [rootId, value] : values)
     object[safe(rootId)] = scene ? scene->secrets.value(rootId, value) : "";
+  return object;
+}
+
+Recorder::Json Recorder::askedValuesOf(const Values& values)
+{
+  Json object = Json::object();
+  for (const auto& [rootId, value] : values)
+    object[safe(rootId)] = scene ? scene->secrets.askedValue(rootId, value) : "";
   return object;
 }
 
@@ -185,8 +185,11 @@ void Recorder::log(const host::LogLine& line)
 void Recorder::end()
 {
   const Lock lock(mutex);
+  if (!scene)
+    return;
   write({{"result", "run"}, {"commands", commands}});
   scene.reset();
+  file.finish();
 }
 
 std::optional<std::string> Recorder::secret(const std::string& name)
@@ -218,7 +221,7 @@ void Recorder::operationBegins(const OperationCall& call)
   if (call.data != nullptr && call.name == "getData")
     event["items"] = rootIdsOf(*call.data);
   else if (call.data != nullptr)
-    event["values"] = valuesOf(valuesIn(*call.data));
+    event["values"] = askedValuesOf(valuesIn(*call.data));
   write(event);
 }
 

@@ -44,8 +44,9 @@ public:
   using Json = nlohmann::ordered_json;
   using Values = std::vector<std::pair<std::string, std::string>>;
 
-  /// Throws `StartError` when the file cannot be made.
-  explicit Recorder(const std::filesystem::path& file);
+  /// Throws `StartError` when the file cannot be made, and when there is one already unless it may be overwritten. The
+  /// file takes its place at `end`; without that nothing stays of it.
+  explicit Recorder(const std::filesystem::path& file, bool overwrites = false);
   ~Recorder() override;
 
   /// The first line. Borrows table and masking, which stay until `end`. `folder` is the device's, whose place no line
@@ -59,7 +60,7 @@ public:
 
   void log(const host::LogLine& line);
 
-  /// The last line. Nothing is written after it.
+  /// The last line, and the file takes its place. Nothing is written after it.
   void end();
 
   /// The secret that has this name so far.
@@ -86,6 +87,7 @@ private:
   std::string safe(const std::string& text);
   void addThrown(Json& event, const std::optional<std::string>& thrown);
   Json valuesOf(const Values& values);
+  Json askedValuesOf(const Values& values);
 
   std::recursive_mutex mutex;
   TranscriptFile file;

@@ -103,19 +103,23 @@ Secrets::Secrets(const ItemTable& itemTable, const Masking& itsMasking)
   callbacks.erase("");
 }
 
-std::string Secrets::named(const std::string& plain)
+std::string Secrets::namedApart(const std::string& plain)
 {
   const auto [known, isNew] = names.emplace(plain, prefix + std::to_string(names.size() + 1));
   if (isNew)
-  {
     plains[known->second] = plain;
-    if (defaults.count(plain) == 0)
-    {
-      for (const std::string& form : formsOf(plain))
-        found.add(form, known->second);
-    }
-  }
   return known->second;
+}
+
+std::string Secrets::named(const std::string& plain)
+{
+  std::string name = namedApart(plain);
+  if (defaults.count(plain) == 0 && sought.insert(plain).second)
+  {
+    for (const std::string& form : formsOf(plain))
+      found.add(form, name);
+  }
+  return name;
 }
 
 std::string Secrets::namedStored(const std::string& cell)
@@ -149,6 +153,11 @@ std::string Secrets::without(const std::string& text)
     done = end;
   }
   return safe + found.without(text.substr(done));
+}
+
+std::string Secrets::askedValue(const std::string& rootId, const std::string& text)
+{
+  return items.find(rootId) == nullptr && !masking.isSecret(rootId) ? namedApart(text) : value(rootId, text);
 }
 
 std::string Secrets::value(const std::string& rootId, const std::string& text)

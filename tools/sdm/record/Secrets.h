@@ -27,6 +27,9 @@ public:
   /// The name of a secret; from now on the secret is found in all texts.
   std::string named(const std::string& plain);
 
+  /// As `named`, but the text is not looked for elsewhere: it need not be a secret, and may stand anywhere.
+  std::string namedApart(const std::string& plain);
+
   /// As `named`, of a text as the database holds it: encrypted, or not.
   std::string namedStored(const std::string& cell);
 
@@ -36,6 +39,9 @@ public:
   /// The text without the secrets in it: in elements of XML that hold secrets, and those that are known. Short ones are
   /// looked for as words of their own or not at all, since they stand in harmless words as well.
   std::string without(const std::string& text);
+
+  /// The value that somebody asks for of the item with this root id, which may be one that nobody knows.
+  std::string askedValue(const std::string& rootId, const std::string& text);
 
   /// A value of the item with this root id.
   std::string value(const std::string& rootId, const std::string& text);
@@ -52,6 +58,8 @@ private:
   std::set<std::string> defaults;
   std::map<std::string, std::string> names;
   std::map<std::string, std::string> plains;
+  /// Those that are looked for.
+  std::set<std::string> sought;
   /// What is looked for in texts, with its name.
   SecretTexts found;
 };

@@ -2,13 +2,12 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
-#include <cstring>
-#include <fstream>
 #include <string_view>
 
+#include "JsonText.h"
 #include "Shown.h"
 #include "StartError.h"
+#include "WholeFile.h"
 
 namespace cli::record
 {
@@ -46,11 +45,17 @@ constexpr std::array<Shape, 12> shapes = {{{"command", "", none},
 class Reader
 {
 public:
-  explicit Reader(const std::filesystem::path& file) : stream(file, std::ios::binary)
+  explicit Reader(const std::filesystem::path& file)
   {
     made.file = file;
-    if (!stream)
-      fail(std::strerror(errno));
+    try
+    {
+      bytes = wholeFile(file);
+    }
+    catch (const Unusable& error)
+    {
+      fail(error.what());
+    }
   }
 
   Transcript read(bool complete)
@@ -63,8 +68,6 @@ public:
       checkEvent(event);
       made.events.push_back(event);
     }
-    if (stream.bad())
-      fail(std::strerror(errno));
     if (complete && !made.complete)
       failAt("the end is missing, so the recording was cut off");
     return std::move(made);
@@ -83,21 +86,22 @@ private:
 
   bool next(Event& event)
   {
-    std::string content;
-    if (!std::getline(stream, content))
+    if (done == bytes.size())
       return false;
     ++line;
+    const std::size_t end = bytes.find('\n', done);
     // A line without its end is what a full disk leaves.
-    if (stream.eof())
+    if (end == std::string::npos)
       failAt("the line is cut off");
     try
     {
-      event.content = Json::parse(content);
+      event.content = jsonOf(bytes.substr(done, end - done));
     }
-    catch (const Json::parse_error& error)
+    catch (const JsonError& error)
     {
-      failAt("this is no JSON, from byte " + std::to_string(error.byte) + " on");
+      failAt(error.what());
     }
+    done = end + 1;
     event.line = line;
     if (!event.content.is_object() || event.content.empty())
       failAt("this is no event, that is an object of JSON");
@@ -164,7 +168,8 @@ private:
     made.complete = true;
   }
 
-  std::ifstream stream;
+  std::string bytes;
+  std::size_t done = 0;
   Transcript made;
   std::size_t line = 0;
   std::size_t commands = 0;

@@ -33,9 +33,9 @@ struct Transcript
   bool complete = false;
 };
 
-/// Throws `StartError` naming file, line and reason: a file that cannot be read or holds no transcript, a line that is
-/// no event, one of a later form. A transcript that was cut off is one of them when it has to be complete; otherwise
-/// what is there is read.
+/// Throws `StartError` naming file, line and reason: a file that cannot be read, has more than 64 MiB or holds no
+/// transcript, a line that is no event or nested too deep, one of a later form. A transcript that was cut off is one of
+/// them when it has to be complete; otherwise what is there is read.
 Transcript readTranscript(const std::filesystem::path& file, bool complete = true);
 
 } // namespace cli::record

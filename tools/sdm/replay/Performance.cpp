@@ -1,13 +1,12 @@
 #include "replay/Performance.h"
 
 #include <fstream>
-#include <iterator>
 #include <set>
 #include <sstream>
 
 #include "OwnProcess.h"
 #include "ScratchFolder.h"
-#include "StartError.h"
+#include "WholeFile.h"
 #include "record/CommandText.h"
 #include "run/Commands.h"
 #include "run/RunningDevice.h"
@@ -17,12 +16,6 @@ namespace cli::replay
 {
 namespace
 {
-
-std::string contentOf(const std::filesystem::path& path)
-{
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
 
 void writeFile(const std::filesystem::path& path, const std::string& content)
 {
@@ -48,7 +41,8 @@ public:
     settings.slowWait = std::chrono::milliseconds(0);
   }
 
-  void run()
+  /// Answers why the recording lacks something; nothing when it does not.
+  std::string run()
   {
     record::Recorder recorder(folder / transcriptName);
     {
@@ -56,8 +50,7 @@ public:
       writeFile(folder / mapName, running.mapFile().string());
       carryOutAll(running, recorder);
     }
-    if (!recorder.trouble().empty())
-      throw StartError(recorder.trouble());
+    return recorder.trouble();
   }
 
 private:
@@ -100,6 +93,26 @@ private:
   const std::filesystem::path folder;
 };
 
+/// What the stage left in its folder. Of a transcript that cannot be read nothing was recorded, which is a difference
+/// of this one transcript and no reason to end the others.
+void collect(const std::filesystem::path& folder, Performance& done)
+{
+  try
+  {
+    if (std::filesystem::exists(folder / mapName))
+      done.map = wholeFile(folder / mapName);
+    // A service that ended the process has left the recording unfinished.
+    const std::filesystem::path whole = folder / transcriptName;
+    done.transcript =
+        record::readTranscript(std::filesystem::exists(whole) ? whole : record::TranscriptFile::partOf(whole), false);
+  }
+  catch (const std::exception& error)
+  {
+    if (done.trouble.empty())
+      done.trouble = error.what();
+  }
+}
+
 } // namespace
 
 Performance perform(const record::Transcript& transcript, const StandIns& standIns, const ReplaySettings& settings,
@@ -112,17 +125,10 @@ Performance perform(const record::Transcript& transcript, const StandIns& standI
   if (settings.map)
     run.map = std::filesystem::absolute(*settings.map);
   Stage stage(transcript, standIns, run, scratch.path());
-  const auto work = [&]
-  {
-    stage.run();
-    return std::string();
-  };
+  const WorkDone work = inOwnProcess([&] { return stage.run(); }, settings.patience, progress);
   Performance done;
-  done.trouble = inOwnProcess(work, settings.patience, progress).trouble;
-  done.map = contentOf(scratch.path() / mapName);
-  if (std::filesystem::exists(scratch.path() / transcriptName) &&
-      !std::filesystem::is_empty(scratch.path() / transcriptName))
-    done.transcript = record::readTranscript(scratch.path() / transcriptName, false);
+  done.trouble = work.trouble.empty() ? work.text : work.trouble;
+  collect(scratch.path(), done);
   return done;
 }
 

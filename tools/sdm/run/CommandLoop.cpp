@@ -197,7 +197,7 @@ ExitCode runDevice(const RunSettings& settings)
   nameCallbackAtCrash();
   if (!settings.record)
     return runRecorded(settings, nullptr);
-  record::Recorder recorder(std::filesystem::absolute(*settings.record));
+  record::Recorder recorder(std::filesystem::absolute(*settings.record), settings.force);
   const ExitCode code = runRecorded(settings, &recorder);
   const std::string trouble = recorder.trouble();
   if (trouble.empty())

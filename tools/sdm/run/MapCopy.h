@@ -6,8 +6,7 @@
 namespace cli
 {
 
-/// Makes `target` hold what `source` holds, at once or not at all; leaves it alone when it does already. Throws
-/// `StartError`.
+/// Makes `target` hold what `source` holds, at once or not at all. Throws `StartError`.
 void copyMap(const std::filesystem::path& source, const std::filesystem::path& target);
 
 } // namespace cli

@@ -48,6 +48,8 @@ Action addRun(CLI::App& run)
       ->type_name("DIR")
       ->check([](const std::string& folder) { return folder.empty() ? "the name of a folder is empty" : ""; })
       ->capture_default_str();
+  run.add_flag("--take-over", settings->takeOver,
+               "Let a device folder that belongs to another service be this one's from now on");
   run.add_option("--interfaces", settings->interfaces,
                  "Physical interfaces of the unit; with 2, 3 or 4 the alternative defaults apply")
       ->type_name("N")
@@ -66,9 +68,11 @@ Action addRun(CLI::App& run)
       ->type_name("MS")
       ->check(CLI::Range(0, 3600000))
       ->default_str(std::to_string(settings->slowWait.count()));
-  run.add_option("--record", settings->record,
-                 "File for a transcript of the run, without its secrets; the device has to be a new one")
-      ->type_name("FILE");
+  CLI::Option* record =
+      run.add_option("--record", settings->record,
+                     "File for a transcript of the run, without its secrets; the device has to be a new one")
+          ->type_name("FILE");
+  run.add_flag("--force", settings->force, "Let --record overwrite a file that is there already")->needs(record);
   run.footer(footer());
   return [settings] { return runDevice(*settings); };
 }

@@ -26,6 +26,10 @@ struct RunSettings
   bool quiet = false;
   /// Shows the log where it would only go to its file.
   bool showLog = false;
+  /// Whether a transcript that is there already may be overwritten.
+  bool force = false;
+  /// Whether a folder that belongs to another service becomes this one's.
+  bool takeOver = false;
   /// What of the log reaches standard error, as far as the gate is open.
   int consoleLevel = 6;
 };

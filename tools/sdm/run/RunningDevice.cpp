@@ -1,18 +1,15 @@
 #include "RunningDevice.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <set>
 #include <utility>
 
-#include "MapCopy.h"
 #include "Schemas.h"
 #include "Shown.h"
 #include "host/DasCrypt.h"
 #include "host/Error.h"
 #include "host/Faults.h"
 #include "host/PrivateFiles.h"
-#include "host/keepAside.h"
 
 namespace cli
 {
@@ -30,20 +27,6 @@ std::unique_ptr<host::Device> bringUp(const std::filesystem::path& folder, const
   device.consoleLevel = settings.consoleLevel;
   device.slowWait = settings.slowWait;
   return std::make_unique<host::Device>(device);
-}
-
-constexpr const char* mapName = "CommsSettings.csv";
-
-bool isUsable(const std::filesystem::path& map)
-{
-  try
-  {
-    return !ItemTable(map).items().empty();
-  }
-  catch (const StartError&)
-  {
-    return false;
-  }
 }
 
 /// The device's folder; for a recording one without a device.
@@ -68,18 +51,20 @@ bool isKeyLost(const std::filesystem::path& folder)
 
 RunningDevice::RunningDevice(const RunSettings& settings, record::Recorder* itsRecorder)
 try : loaded(settings.service.value_or(sampleService())), path(folderFor(settings, itsRecorder != nullptr)),
-    map(usableMap(settings)), interfaces(settings.interfaces), table(map), masks(table), lostKey(isKeyLost(path)),
-    platform(bringUp(path, settings)), events(path), historian(events, table, masks, interfaces), recorder(itsRecorder),
-    outcomes(table), watched(*platform, listeners)
+    owner(path, loaded, settings.takeOver), map(path, settings.map, loaded), interfaces(settings.interfaces),
+    table(map.file()), masks(table), lostKey(isKeyLost(path)), platform(bringUp(path, settings)), events(path),
+    historian(events, table, masks, interfaces), recorder(itsRecorder), outcomes(table), watched(*platform, listeners)
 {
   closeOwnFiles();
   beginRecord(settings);
   listeners.add(outcomes);
   listeners.add(historian);
-  goWhereTheMapIs();
+  map.enter();
   provision();
   platform->das().provision(loaded.provisioning());
   start(lostKey);
+  map.keep();
+  rememberOwner();
 }
 catch (const host::Error& error)
 {
@@ -95,16 +80,22 @@ RunningDevice::~RunningDevice()
   if (recorder != nullptr)
     recorder->end();
   takeDown();
-  std::error_code ignored;
-  if (!scratch.empty())
-    std::filesystem::remove_all(scratch, ignored);
+}
+
+// An owner that cannot be remembered is told, and no reason to go without a service.
+void RunningDevice::rememberOwner()
+{
+  for (const std::string& notice : {owner.trouble(), owner.remember(loaded, map.file())})
+    if (!notice.empty())
+      ownNotices.push_back(notice);
 }
 
 void RunningDevice::beginRecord(const RunSettings& settings)
 {
   if (recorder == nullptr)
     return;
-  const record::Header header = {SDM_VERSION, loaded.name(), record::digestOf(map), interfaces, settings.logLevel};
+  const record::Header header = {SDM_VERSION, loaded.name(), record::digestOf(map.file()), interfaces,
+                                 settings.logLevel};
   recorder->begin(header, table, masks, path);
   recorded = std::make_unique<record::RecordedLog>(*recorder);
   listeners.add(*recorder);
@@ -137,59 +128,19 @@ void RunningDevice::takeDown()
   running.reset();
 }
 
-std::filesystem::path RunningDevice::usableMap(const RunSettings& settings)
-{
-  std::filesystem::path wanted = std::filesystem::absolute(settings.map ? *settings.map : loaded.itemMap());
-  std::filesystem::path own = path / mapName;
-  try
-  {
-    const ItemTable readable(wanted);
-    return wanted;
-  }
-  catch (const StartError& error)
-  {
-    if (!isUsable(own))
-      throw;
-    mapNotices.push_back(std::string(error.what()) +
-                         "; until then the device goes on with its own copy of an earlier one, " + own.string());
-    return own;
-  }
-}
-
 /// A map has defaults of passwords in it, a history the values of what is not known as a secret.
 void RunningDevice::closeOwnFiles()
 {
-  for (std::string& notice : host::closeToOthers(path, {mapName, "history.log"}))
-    mapNotices.push_back(std::move(notice));
-}
-
-void RunningDevice::goWhereTheMapIs()
-{
-  const std::filesystem::path own = path / mapName;
-  std::filesystem::path folder = path;
-  try
-  {
-    if (std::filesystem::exists(own) && !isUsable(own))
-      mapNotices.push_back("the device's item map " + own.string() + " is damaged and kept as " +
-                           host::keepAside(own).string() + "; it was made anew from " + map.string() +
-                           ", so nothing is to be done");
-    copyMap(map, own);
-  }
-  catch (const std::exception& error)
-  {
-    std::string name = (std::filesystem::temp_directory_path() / "sdm-XXXXXX").string();
-    if (::mkdtemp(name.data()) == nullptr)
-      throw;
-    folder = scratch = name;
-    copyMap(map, folder / mapName);
-    mapNotices.emplace_back(error.what());
-  }
-  std::filesystem::current_path(folder);
+  for (std::string& notice : host::closeToOthers(path, {mapName, "history.log", "service.json"}))
+    ownNotices.push_back(std::move(notice));
 }
 
 std::vector<std::string> RunningDevice::notices() const
 {
-  std::vector<std::string> all = mapNotices;
+  std::vector<std::string> all = map.notices();
+  all.insert(all.end(), ownNotices.begin(), ownNotices.end());
+  if (const std::string problem = events.problem(); !problem.empty())
+    all.push_back(problem + "; what gives items their values is not kept until that is mended");
   for (const std::string& notice : platform->notices())
     all.push_back(notice);
   return all;
@@ -203,8 +154,9 @@ void RunningDevice::provision()
   }
   catch (const host::Error& error)
   {
-    throw StartError("the item map " + map.string() + " does not fit the database " + (path / "das.db").string() +
-                     ": " + error.what() + "; mend the map, or choose another folder with --device");
+    throw StartError("the item map " + map.file().string() + " does not fit the database " +
+                     (path / "das.db").string() + ": " + error.what() +
+                     "; mend the map, or choose another folder with --device");
   }
 }
 
@@ -260,7 +212,12 @@ const StartSummary& RunningDevice::summary() const
 
 const std::filesystem::path& RunningDevice::mapFile() const
 {
-  return map;
+  return map.file();
+}
+
+const std::string& RunningDevice::mapChange() const
+{
+  return map.change();
 }
 
 const ItemTable& RunningDevice::items() const

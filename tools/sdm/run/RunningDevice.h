@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "DeviceMap.h"
+#include "DeviceOwner.h"
 #include "ItemTable.h"
 #include "Masking.h"
 #include "RunSettings.h"
@@ -39,7 +41,7 @@ struct StartSummary
 };
 
 /// Brings everything up in its constructor and down in its destructor. The working folder becomes the device's,
-/// since that is where the library looks for the map.
+/// since that is where the library looks for the map; during a start with another map it is one for that start.
 class RunningDevice
 {
 public:
@@ -62,6 +64,8 @@ public:
 
   /// The file that the operator named, not the device's copy.
   const std::filesystem::path& mapFile() const;
+  /// What became of the device's copy of an earlier map, in words; empty when it is the same.
+  const std::string& mapChange() const;
   const ItemTable& items() const;
   const Masking& masking() const;
   host::Device& device();
@@ -95,10 +99,8 @@ public:
   bool hasGetter(const MapItem& item) const;
 
 private:
-  /// The map that was asked for, or the device's own copy of an earlier one.
-  std::filesystem::path usableMap(const RunSettings& settings);
   void closeOwnFiles();
-  void goWhereTheMapIs();
+  void rememberOwner();
   void provision();
   void beginRecord(const RunSettings& settings);
   bool startService();
@@ -107,15 +109,14 @@ private:
   StartSummary summarise(std::chrono::steady_clock::time_point began);
 
   LoadedService loaded;
-  std::vector<std::string> mapNotices;
   std::filesystem::path path;
-  std::filesystem::path map;
+  DeviceOwner owner;
+  std::vector<std::string> ownNotices;
+  DeviceMap map;
   std::uint32_t interfaces;
   ItemTable table;
   Masking masks;
   bool lostKey;
-  /// Where the library finds the map when the device folder cannot have it; empty otherwise.
-  std::filesystem::path scratch;
   std::unique_ptr<host::Device> platform;
   History events;
   HistoryRecorder historian;

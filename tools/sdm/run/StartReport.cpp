@@ -106,6 +106,8 @@ void printStart(Session& session, const StartSummary& summary, const std::string
   {
     session.remarks << session.remarkStyle.strong(headline) << "\n";
     printCounts(session, summary);
+    if (const std::string& change = session.running.mapChange(); !change.empty())
+      session.remarks << "  map       " << shown(change) << "\n";
   }
   for (const std::string& notice : session.running.notices())
     session.remarks << "  " << session.remarkStyle.bad("attention") << " " << shown(notice) << "\n";

@@ -1,17 +1,17 @@
 #include "LoadedService.h"
 
 #include <array>
-#include <cerrno>
 #include <cstring>
 #include <dlfcn.h>
 #include <elf.h>
-#include <fstream>
 #include <link.h>
 #include <string>
 #include <system_error>
+#include <unistd.h>
 #include <vector>
 
 #include "StartError.h"
+#include "WholeFile.h"
 #include "service/ServiceCall.h"
 
 namespace cli
@@ -29,6 +29,24 @@ using EntryPoint = const host::ServiceEntry* (*)();
   throw StartError("the service " + path.string() + " cannot be loaded: " + why);
 }
 
+Descriptor openedForReading(const std::filesystem::path& path)
+{
+  try
+  {
+    return openedRegular(path);
+  }
+  catch (const Unusable& error)
+  {
+    notLoaded(path, error.what());
+  }
+}
+
+/// False when so much does not stand there.
+bool readAt(const Descriptor& file, std::uint64_t place, void* to, std::size_t size)
+{
+  return ::pread(file.number, to, size, static_cast<off_t>(place)) == static_cast<ssize_t>(size);
+}
+
 /// The parts of an ELF header that tell the machine; they lie at the same places for 32 and 64 bits.
 struct Machine
 {
@@ -39,12 +57,9 @@ struct Machine
 
 Machine machineOf(const std::filesystem::path& path)
 {
+  const Descriptor file = openedForReading(path);
   Machine header{};
-  std::ifstream file(path, std::ios::binary);
-  if (!file)
-    notLoaded(path, std::strerror(errno));
-  if (!file.read(reinterpret_cast<char*>(&header), sizeof header) ||
-      std::memcmp(header.identification.data(), ELFMAG, SELFMAG) != 0)
+  if (!readAt(file, 0, &header, sizeof header) || std::memcmp(header.identification.data(), ELFMAG, SELFMAG) != 0)
     notLoaded(path, "it is not a shared object");
   return header;
 }
@@ -69,16 +84,15 @@ std::string machineName(const Machine& of)
 /// Whether everything that gets loaded is in the file. Reading what is not would end the process.
 bool isWhole(const std::filesystem::path& path)
 {
-  std::ifstream file(path, std::ios::binary);
+  const Descriptor file = openedForReading(path);
   ElfW(Ehdr) header{};
-  if (!file.read(reinterpret_cast<char*>(&header), sizeof header))
+  if (!readAt(file, 0, &header, sizeof header))
     return false;
   const std::uintmax_t size = std::filesystem::file_size(path);
-  file.seekg(static_cast<std::streamoff>(header.e_phoff));
   for (unsigned i = 0; i < header.e_phnum; ++i)
   {
     ElfW(Phdr) part{};
-    if (!file.read(reinterpret_cast<char*>(&part), sizeof part) || part.p_offset > size ||
+    if (!readAt(file, header.e_phoff + i * sizeof part, &part, sizeof part) || part.p_offset > size ||
         part.p_filesz > size - part.p_offset)
       return false;
   }

@@ -37,7 +37,7 @@ Result runTranscript(const std::filesystem::path& file, const replay::ReplaySett
   {
     transcript = record::readTranscript(file);
   }
-  catch (const StartError& error)
+  catch (const std::exception& error)
   {
     result.failure = error.what();
     return result;
