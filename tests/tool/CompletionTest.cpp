@@ -19,7 +19,8 @@ protected:
   static ItemTable items()
   {
     const auto path = std::filesystem::temp_directory_path() / ("completion" + std::to_string(::getpid()) + ".csv");
-    std::ofstream(path) << "ip.address,S,A,,,,,,,,,\nip.gateway,S,B,,,,,,,,,\nphone.room,,,,,,,,,,,\n";
+    std::ofstream(path) << "ip.address,S,A,,,,,,,,,\nip.gateway,S,B,,,,,,,,,\nphone.room,,,,,,,,,,,\n"
+                           "evil.\x1b[31mid,S,C,,,,,,,,,\nevil.\xc2\x9b,S,D,,,,,,,,,\n";
     ItemTable table(path);
     std::filesystem::remove(path);
     return table;
@@ -39,6 +40,17 @@ TEST_F(CompletionTest, OffersCommandsFirst)
   EXPECT_EQ(offered("re"), (List{"reset", "reload", "restart"}));
   EXPECT_EQ(offered("get"), (List{"get"}));
   EXPECT_GT(offered("").size(), 10U);
+}
+
+TEST_F(CompletionTest, OffersNothingThatCouldSteerTheTerminal)
+{
+  EXPECT_EQ(offered("show evil."), List());
+}
+
+TEST_F(CompletionTest, OffersTheOptionsThatACommandHasLeft)
+{
+  EXPECT_EQ(offered("list --"), (List{"--json", "--changed"}));
+  EXPECT_EQ(offered("list --json --"), (List{"--changed"}));
 }
 
 TEST_F(CompletionTest, OffersRootIdsAfterACommandThatTakesThem)

@@ -1,7 +1,7 @@
 """The program on a terminal: editing, completion, history, interrupts."""
 import fcntl
-import re
 import os
+import re
 import select
 import signal
 import struct
@@ -237,16 +237,6 @@ class Terminal(ProgramTest):
         shown = self.type("set ip.address 10.0.0.5\r", "group IpAddressing")
         self.assertNotIn("ServiceDataManager", shown)
         self.assertIn(b"ServiceDataManager", self.files()[os.path.join(self.device, "log", "device.log")])
-
-    def test_offers_no_root_id_that_steers_the_terminal(self):
-        with open(os.path.join(self.folder, "map.csv"), "w") as file:
-            file.write("evil\x1b[31m\x9b,S,A,,,x,setA,,,,,\n")
-        self.type("quit\r", "\n")
-        self.exit_code()
-        self.open_terminal(options=("--map", os.path.join(self.folder, "map.csv")))
-        os.write(self.terminal, b"get evil\t\t")
-        time.sleep(0.3)
-        self.assertNotIn("\x1b[31m", self.type("\x03", "sdm> "))
 
 
 if __name__ == "__main__":
