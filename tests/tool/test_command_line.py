@@ -105,6 +105,14 @@ class CommandLine(ProgramTest):
         self.assertIn(b"time.zone = Europe/Berlin", out)
         self.assertEqual(first.returncode, 0)
 
+    def test_a_missing_folder_for_temporary_files_is_told_in_words(self):
+        for arguments in (("groups", "--permute"), ("check", "--service", os.environ["SAMPLE"], os.environ["SAMPLE_MAP"])):
+            done = subprocess.run([SDM, *arguments], env={**os.environ, "TMPDIR": os.path.join(self.folder, "none")},
+                                  capture_output=True, cwd=self.folder, timeout=60)
+            self.assertEqual((done.returncode, done.stderr.decode()),
+                             (3, "sdm: there is no folder for temporary files: No such file or directory; "
+                                 "name one in TMPDIR\n"))
+
     def test_the_default_device_folder_is_in_the_current_one(self):
         self.assertEqual(self.sdm("run").code, 0)
         self.assertTrue(os.path.exists(os.path.join(self.folder, "device", "das.db")))

@@ -15,6 +15,7 @@
 #include <unistd.h>
 
 #include "Descriptor.h"
+#include "ExceptionText.h"
 #include "StartError.h"
 
 namespace cli
@@ -68,7 +69,7 @@ void leadStreams(Output output)
   }
   catch (const std::exception& error)
   {
-    send(pipe, Kind::threw, error.what());
+    send(pipe, Kind::threw, exceptionText(error));
   }
   catch (...)
   {

@@ -11,7 +11,11 @@ namespace cli
 
 ScratchFolder::ScratchFolder(const std::string& purpose)
 {
-  std::string pattern = (std::filesystem::temp_directory_path() / ("sdm-" + purpose + "-XXXXXX")).string();
+  std::error_code failure;
+  const std::filesystem::path place = std::filesystem::temp_directory_path(failure);
+  if (failure)
+    throw StartError("there is no folder for temporary files: " + failure.message() + "; name one in TMPDIR");
+  std::string pattern = (place / ("sdm-" + purpose + "-XXXXXX")).string();
   if (::mkdtemp(pattern.data()) == nullptr)
     throw StartError("no folder can be made to work in, " + pattern + ": " + std::strerror(errno) +
                      "; name another place in TMPDIR");

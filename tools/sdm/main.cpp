@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "Arguments.h"
+#include "ExceptionText.h"
 #include "Shown.h"
 #include "StandardStreams.h"
 
@@ -22,7 +23,7 @@ ExitCode program(int argc, char** argv)
   }
   catch (const std::exception& error)
   {
-    std::cerr << "sdm: " << shown(error.what()) << "\n";
+    std::cerr << "sdm: " << shown(exceptionText(error)) << "\n";
     return exitCannot;
   }
   catch (...)

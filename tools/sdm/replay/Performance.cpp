@@ -4,6 +4,7 @@
 #include <set>
 #include <sstream>
 
+#include "ExceptionText.h"
 #include "OwnProcess.h"
 #include "ScratchFolder.h"
 #include "WholeFile.h"
@@ -109,7 +110,7 @@ void collect(const std::filesystem::path& folder, Performance& done)
   catch (const std::exception& error)
   {
     if (done.trouble.empty())
-      done.trouble = error.what();
+      done.trouble = exceptionText(error);
   }
 }
 

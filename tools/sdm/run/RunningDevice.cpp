@@ -4,6 +4,7 @@
 #include <set>
 #include <utility>
 
+#include "ExceptionText.h"
 #include "Schemas.h"
 #include "Shown.h"
 #include "host/DasCrypt.h"
@@ -72,7 +73,7 @@ catch (const host::Error& error)
 }
 catch (const std::filesystem::filesystem_error& error)
 {
-  throw StartError(std::string(error.what()) + "; mend that, or choose another folder with --device");
+  throw StartError(exceptionText(error) + "; mend that, or choose another folder with --device");
 }
 
 RunningDevice::~RunningDevice()

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <system_error>
 
+#include "ExceptionText.h"
 #include "StartError.h"
 
 namespace cli::test
@@ -39,7 +40,7 @@ Result runTranscript(const std::filesystem::path& file, const replay::ReplaySett
   }
   catch (const std::exception& error)
   {
-    result.failure = error.what();
+    result.failure = exceptionText(error);
     return result;
   }
   replay::Verdict verdict = replay::rehearse(transcript, settings, progress);
