@@ -160,8 +160,9 @@ private:
     std::memcpy(&size, received.data() + 1, sizeof size);
     if (received.size() - headSize < size)
       return std::nullopt;
-    Message message = {static_cast<Kind>(received.front()), received.substr(headSize, size)};
-    received.erase(0, headSize + size);
+    const auto length = static_cast<std::size_t>(size);
+    Message message = {static_cast<Kind>(received.front()), received.substr(headSize, length)};
+    received.erase(0, headSize + length);
     return message;
   }
 
