@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <ctime>
@@ -85,15 +86,15 @@ std::string firstLine(const std::filesystem::path& file, const Dropped& dropped)
 {
   const std::time_t now = std::time(nullptr);
   std::tm parts = {};
-  char text[32] = "-";
+  std::array<char, 32> text = {'-'};
   if (::gmtime_r(&now, &parts) != nullptr)
-    std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &parts);
+    std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ", &parts);
   std::string record = "continued from " + oneLine(olderLog(file, 1).filename().string(), true) + ", " +
                        std::string(beforeCount) + std::to_string(dropped.records) +
                        (dropped.records == 1 ? " record" : " records");
   if (dropped.records != 0)
     record += ", the last of " + dropped.until;
-  return std::string(text) + "\t0\t0\t0\t0\tok\t" + record + "\t-\t-" + std::string(endOfFirstLine) + "\n";
+  return std::string(text.data()) + "\t0\t0\t0\t0\tok\t" + record + "\t-\t-" + std::string(endOfFirstLine) + "\n";
 }
 
 /// The number that is free, or the last.
