@@ -101,7 +101,7 @@ void printLock(Session& session, const host::LockReport& lock)
   printUsers(session, "waiting: ", lock.waiters);
   const std::string behind = lock.longestWaitBehind.empty() ? "" : ", behind " + shown(lock.longestWaitBehind);
   const std::string text = "longest wait for it: " + std::to_string(lock.longestWait.count()) + " ms" + behind + "; " +
-                           counted(lock.slowWaits, "wait") + " of more than " +
+                           counted(static_cast<std::size_t>(lock.slowWaits), "wait") + " of more than " +
                            std::to_string(host::slowWait().count()) + " ms";
   session.out << wrapped(text, session.columns, 2) << "\n";
 }
