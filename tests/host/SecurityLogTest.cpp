@@ -265,7 +265,7 @@ std::string continued(const std::string& dropped)
 TEST_F(SecurityLog, GoesOnInANewFileWhenItIsFull)
 {
   fill(file);
-  const auto size = std::filesystem::file_size(file);
+  const auto size = static_cast<std::size_t>(std::filesystem::file_size(file));
   host::SecurityLogService service(file);
   log(service, std::string(5UL * 1024 * 1024 - size - lineOf("").size() - 1, 'y'));
   EXPECT_EQ(namesIn(folder.path()), Texts{"security.log"}) << "just full";

@@ -42,8 +42,8 @@ struct DroppedEvents
 /// Nothing for a line that a power cut left unfinished, or somebody else wrote.
 using HistoryLine = std::variant<std::monostate, HistoryEvent, StartMark, DroppedEvents>;
 
-/// Without its line end.
-HistoryLine parsedHistoryLine(std::string_view line);
+/// `content` is a line without its end.
+HistoryLine parsedHistoryLine(std::string_view content);
 
 /// With its line end. What is no UTF-8 is replaced.
 std::string lineOf(const HistoryEvent& event);
