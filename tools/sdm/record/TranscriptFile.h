@@ -18,7 +18,7 @@ class TranscriptFile
 public:
   /// Makes the file beside the place; it is its owner's alone, since values stand in it. Throws `StartError`, also when
   /// one of the two is there already, unless it may be overwritten.
-  TranscriptFile(const std::filesystem::path& itsPath, bool overwrites);
+  TranscriptFile(const std::filesystem::path& itsPath, bool mayOverwrite);
 
   /// Removes what was written, unless it took its place or lacks its end because of trouble.
   ~TranscriptFile();
