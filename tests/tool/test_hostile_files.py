@@ -15,8 +15,8 @@ class HostileFiles(ProgramTest):
     def sdm(self, *arguments, script="", together=False):
         """In so little memory and time that a file without end ends it."""
         def limit():
-            # The sanitizers take far more address space than that before anything is read.
-            if os.environ.get("SANITIZED") != "1":
+            # Sanitizers and emulator take far more address space than that before anything is read.
+            if os.environ.get("LARGE_ADDRESS_SPACE") != "1":
                 resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
             resource.setrlimit(resource.RLIMIT_STACK, (1 << 20, 1 << 20))
         done = subprocess.run([SDM, *arguments], input=script.encode(), stdout=subprocess.PIPE,
