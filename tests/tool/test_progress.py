@@ -66,9 +66,9 @@ class Progress(ProgramTest):
         self.assertIn("starting the service … 1 s",
                       self.on_terminal("groups", "--permute", "--service", SLOW, "--map", self.map, until="… 1 s"))
         self.write_map("1")
-        self.assertIn("Lamp: 3 of 4 requests … 1 s",
-                      self.on_terminal("groups", "--permute", "--service", SLOW, "--map", self.map, "--set",
-                                       "lamp.level=42", until="… 1 s"))
+        # How many are done by then depends on the machine.
+        self.assertRegex(self.on_terminal("groups", "--permute", "--service", SLOW, "--map", self.map, "--set",
+                                          "lamp.level=42", until="… 1 s"), "Lamp: [1-4] of 4 requests … 1 s")
 
     def test_replay_and_test(self):
         folder = self.recorded()
