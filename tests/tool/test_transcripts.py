@@ -112,12 +112,29 @@ class Transcripts(ProgramTest):
         self.assertEqual(run.code, 3)
         self.assertIn("nowhere cannot be read: No such file or directory", run.err)
 
-    def test_a_service_that_cannot_be_loaded_ends_it_all(self):
+    def test_a_device_that_cannot_be_brought_up_is_one_failed_test(self):
         self.record_two()
+        with open(os.path.join(self.folder, "no-lamp-once"), "w"):
+            pass
+        run = self.run_tests("OnceLamp")
+        self.assertEqual((run.code, run.err), (1, ""))
+        self.assertIn("not ok 1 - a-read.jsonl", run.lines())
+        self.assertIn("no lamp is wired", run.after("  message: "))
+        self.assertIn("ok 2 - b-bright.jsonl", run.lines())
+        self.assertNotIn("Bail out!", run.out)
+
+    def test_a_service_that_cannot_be_loaded_fails_each_and_is_no_result(self):
+        self.record_two()
+        with open(os.path.join(self.tests, "odd.jsonl"), "w") as file:
+            file.write("odd\n")
         run = self.run_tests("NoLamp")
-        self.assertEqual((run.code, len(run.lines())), (3, 3))
-        self.assertTrue(run.lines()[2].startswith("Bail out! the service "), run.out)
+        self.assertEqual([line for line in run.lines() if line.startswith("not ok")],
+                         ["not ok 1 - a-read.jsonl", "not ok 2 - b-bright.jsonl", "not ok 3 - odd.jsonl"])
+        self.assertTrue(run.after("Bail out! the service "), run.out)
         self.assertIn("cannot be loaded: No such file or directory", run.err)
+        self.assertEqual(run.code, 3)
+        told = self.run_tests("NoLamp", "--json")
+        self.assertEqual((told.code, [test["passed"] for test in json.loads(told.out)["tests"]]), (3, [False] * 3))
 
 
 if __name__ == "__main__":

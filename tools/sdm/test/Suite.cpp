@@ -27,28 +27,52 @@ std::vector<std::filesystem::path> transcriptsIn(const std::filesystem::path& fo
   return files;
 }
 
+namespace
+{
+
+void rehearseInto(Result& result, const record::Transcript& transcript, const replay::ReplaySettings& settings,
+                  Coverage& coverage, Progress& progress)
+{
+  const auto began = std::chrono::steady_clock::now();
+  replay::Verdict verdict = replay::rehearse(transcript, settings, progress);
+  result.duration = std::chrono::steady_clock::now() - began;
+  result.ran = true;
+  coverage.note(verdict.actual, verdict.map);
+  result.difference = std::move(verdict.difference);
+  result.notes = std::move(verdict.notes);
+}
+
+} // namespace
+
 Result runTranscript(const std::filesystem::path& file, const replay::ReplaySettings& settings, Coverage& coverage,
                      Progress& progress)
 {
   Result result;
   result.name = file.filename().string();
-  const auto began = std::chrono::steady_clock::now();
-  record::Transcript transcript;
   try
   {
-    transcript = record::readTranscript(file);
+    const record::Transcript transcript = record::readTranscript(file);
+    result.readable = true;
+    rehearseInto(result, transcript, settings, coverage, progress);
   }
   catch (const std::exception& error)
   {
     result.failure = exceptionText(error);
-    return result;
   }
-  replay::Verdict verdict = replay::rehearse(transcript, settings, progress);
-  result.duration = std::chrono::steady_clock::now() - began;
-  coverage.note(verdict.actual, verdict.map);
-  result.difference = std::move(verdict.difference);
-  result.notes = std::move(verdict.notes);
+  catch (...)
+  {
+    result.failure = "something that is no std::exception was thrown";
+  }
   return result;
+}
+
+std::string whyNothingRan(const std::vector<Result>& results)
+{
+  if (std::any_of(results.begin(), results.end(), [](const Result& result) { return result.ran; }))
+    return "";
+  const auto stopped =
+      std::find_if(results.begin(), results.end(), [](const Result& result) { return result.readable; });
+  return stopped == results.end() ? "" : stopped->failure;
 }
 
 std::string messageOf(const Result& result)

@@ -18,8 +18,11 @@ struct Result
 {
   /// Of the file, without its folder.
   std::string name;
-  /// Why the transcript could not be read; empty when it was.
+  /// Why the transcript could not be read or run to its end; empty when it was.
   std::string failure;
+  bool readable = false;
+  /// Whether a device was brought up for it.
+  bool ran = false;
   std::optional<replay::Difference> difference;
   std::vector<std::string> notes;
   std::chrono::duration<double> duration{0};
@@ -34,9 +37,12 @@ struct Result
 /// read, or has none.
 std::vector<std::filesystem::path> transcriptsIn(const std::filesystem::path& folder);
 
-/// Runs one, and notes in `coverage` what it reached. Throws `StartError` when the device cannot be brought up.
+/// Runs one, and notes in `coverage` what it reached. Whatever is thrown meanwhile is the failure of this one alone.
 Result runTranscript(const std::filesystem::path& file, const replay::ReplaySettings& settings, Coverage& coverage,
                      Progress& progress);
+
+/// Why a device was brought up for none of those that could be read; empty when it was for one, or none could be read.
+std::string whyNothingRan(const std::vector<Result>& results);
 
 /// What is wrong, in a sentence; empty for what passed.
 std::string messageOf(const Result& result);

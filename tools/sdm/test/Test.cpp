@@ -26,9 +26,9 @@ constexpr const char* footer =
     "stands how much of the service ran; what a start does does not count.\n\n"
     "Exit codes:\n"
     "  0  all transcripts went as recorded\n"
-    "  1  one did not or cannot be read, or output was lost\n"
+    "  1  one did not or cannot be read or run, or output was lost\n"
     "  2  wrong usage of the command line\n"
-    "  3  the folder cannot be read or has no transcript, or the device cannot be brought up\n";
+    "  3  the folder cannot be read or has no transcript, or the device can be brought up for none\n";
 
 enum class Format
 {
@@ -68,24 +68,19 @@ ExitCode runTests(const Wanted& wanted)
   {
     progress.tell(std::to_string(told.results.size() + 1) + " of " + std::to_string(files.size()) + ": " +
                   shown(file.filename().string()));
-    try
-    {
-      told.results.push_back(test::runTranscript(file, wanted.settings, coverage, progress));
-    }
-    catch (const StartError& error)
-    {
-      progress.clear();
-      if (tap)
-        std::cout << "Bail out! " << shown(error.what()) << "\n";
-      throw;
-    }
+    told.results.push_back(test::runTranscript(file, wanted.settings, coverage, progress));
     progress.clear();
     if (tap)
       test::tellTap(std::cout, told.results.size(), told.results.back());
     std::cout.flush();
   }
+  const std::string nothingRan = test::whyNothingRan(told.results);
+  if (tap && !nothingRan.empty())
+    std::cout << "Bail out! " << shown(nothingRan) << "\n";
   told.coverage = coverage.report();
   tellAll(wanted, told);
+  if (!nothingRan.empty())
+    throw StartError(nothingRan);
   const bool passed =
       std::all_of(told.results.begin(), told.results.end(), [](const Result& result) { return result.passed(); });
   return passed ? exitDone : exitRefused;
