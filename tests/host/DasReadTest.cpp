@@ -87,6 +87,24 @@ TEST_F(DasRead, RowsComeInTheOrderTheyWereMade)
                               "<Entry><Idx>0</Idx><A>y</A></Entry>"));
 }
 
+TEST_F(DasRead, RowsComeInThatOrderHoweverTheDatabaseLooksThemUp)
+{
+  update("Rows", "<Entry><Idx>1</Idx><A>z</A></Entry><Entry><Idx>10</Idx><A>y</A></Entry>"
+                 "<Entry><Idx>0</Idx><A>x</A></Entry>");
+  for (const char* columns : {"A, Idx, B", "Idx, A, B"})
+  {
+    hosttest::runSql(file, "DROP INDEX IF EXISTS other; CREATE INDEX other ON Rows (" + std::string(columns) + ")");
+    EXPECT_EQ(read("Rows", "<ResultCols>A</ResultCols>"),
+              readReply("Rows", "<Entry><Idx>1</Idx><A>z</A></Entry><Entry><Idx>10</Idx><A>y</A></Entry>"
+                                "<Entry><Idx>0</Idx><A>x</A></Entry>"))
+        << columns;
+    EXPECT_EQ(read("Rows"),
+              readReply("Rows", "<Entry><Idx>1</Idx><A>z</A></Entry><Entry><Idx>2</Idx></Entry>"
+                                "<Entry><Idx>10</Idx><A>y</A></Entry><Entry><Idx>0</Idx><A>x</A></Entry>"))
+        << columns;
+  }
+}
+
 TEST_F(DasRead, BlanksAndLineEndsBetweenElementsOfARequestDoNotMatter)
 {
   update("Rows", "<Entry><Idx>1</Idx><A>x</A></Entry>");
