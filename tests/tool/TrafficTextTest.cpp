@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <unistd.h>
@@ -52,6 +53,28 @@ TEST_F(TrafficTextTest, DoesNotShowWhatIsNoXml)
 TEST_F(TrafficTextTest, EscapesControlCharacters)
 {
   EXPECT_EQ(indented("<Open>a&#10;\x7f</Open>", masking, ""), "<Open>a\\n\\x7f</Open>\n");
+}
+
+TEST_F(TrafficTextTest, EscapesWhatCouldSteerATerminalInNamesAsWell)
+{
+  EXPECT_EQ(indented("<O\xc2\x9b"
+                     "m a\xe2\x80\xae=\"b\xc2\x9b\">c</O\xc2\x9b"
+                     "m>",
+                     masking, ""),
+            "<O\\xc2\\x9bm a\\xe2\\x80\\xae=\"b\\xc2\\x9b\">c</O\\xc2\\x9bm>\n");
+}
+
+TEST_F(TrafficTextTest, LeavesOutWhatIsNestedTooDeepAndSaysSo)
+{
+  constexpr std::size_t levels = 200000;
+  std::string xml;
+  for (std::size_t i = 0; i < levels; ++i)
+    xml += "<a>";
+  for (std::size_t i = 0; i < levels; ++i)
+    xml += "</a>";
+  const std::string text = indented(xml, masking, "");
+  EXPECT_NE(text.find("(what is nested deeper than 32 levels is left out)\n"), std::string::npos);
+  EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 65);
 }
 
 TEST_F(TrafficTextTest, ReadsTheKindAndTheReasonOfAReply)

@@ -48,6 +48,29 @@ class HostileFiles(ProgramTest):
                 self.assertEqual(run.code, 3, (arguments, run.out, run.err))
                 self.assertIn("no regular file", run.err, arguments)
 
+    def test_a_line_without_end_is_refused_by_its_number_and_the_next_one_is_taken(self):
+        longest = 1 << 20
+        fits = "get time.zone".ljust(longest)
+        lines = [fits, fits + " ", "get " + "x" * (200 << 20), "get time.zone", fits + "\r"]
+        run = self.run_script(*lines)
+        self.assertEqual(run.code, 1)
+        self.assertEqual(run.lines(), ["time.zone = UTC"] * 3)
+        self.assertEqual([line for line in run.remarks() if line.startswith("refused")],
+                         ["refused: line %d has more than 1048576 bytes and is passed over" % i for i in (2, 3)])
+
+    def test_a_service_that_writes_into_the_pipe_of_its_process_is_one_failed_test(self):
+        os.mkdir(os.path.join(self.folder, "tests"))
+        service = os.path.join(os.environ["SERVICES"], "FloodingLamp.so")
+        map_file = self.write("Lamp.csv", "lamp.level,Lamp,Level,,,7,setLevel,getLevel,,,,\n")
+        for name in ("calm", "flood"):
+            self.sdm("run", "--device", self.path(name), "--service", service, "--map", map_file, "--record",
+                     os.path.join(self.folder, "tests", name + ".jsonl"), script="set lamp.level 42\n" * (name == "flood"))
+        run = self.sdm("test", os.path.join(self.folder, "tests"), "--service", service, "--map", map_file)
+        self.assertEqual((run.code, run.err), (1, ""))
+        self.assertIn("ok 1 - calm.jsonl", run.lines())
+        self.assertIn("not ok 2 - flood.jsonl", run.lines())
+        self.assertIn("told more than 64 MiB", run.after("  message: "))
+
     def recorded(self):
         path = os.path.join(self.folder, "recorded.jsonl")
         if not os.path.exists(path):

@@ -38,6 +38,9 @@ struct Message
   std::string text;
 };
 
+/// The pipe is open in a service that may write anything into it.
+constexpr std::uint64_t longestText = 64UL << 20U;
+
 constexpr std::size_t headSize = 1 + sizeof(std::uint64_t);
 
 void send(int pipe, Kind kind, const std::string& text = "")
@@ -158,6 +161,8 @@ private:
     if (received.size() < headSize)
       return std::nullopt;
     std::memcpy(&size, received.data() + 1, sizeof size);
+    if (size > longestText)
+      throw StartError("the process of the service told more than " + std::to_string(longestText >> 20U) + " MiB");
     if (received.size() - headSize < size)
       return std::nullopt;
     const auto length = static_cast<std::size_t>(size);

@@ -90,15 +90,27 @@ void showTyped(const std::string& text, Interrupts& interrupts)
   std::cout.flush();
 }
 
+/// A line that is too long for any command is passed over.
+bool isTooLong(const std::string& line, std::size_t number, Session& session)
+{
+  if (line.size() <= longestLine)
+    return false;
+  session.refuse("line " + std::to_string(number) + " has more than " + std::to_string(longestLine) +
+                 " bytes and is passed over");
+  return true;
+}
+
 ExitCode takeScript(Session& session, Interrupts& interrupts, record::Recorder* recorder)
 {
   bool interrupted = false;
   const auto reader = makePlainReader(interrupts, interrupted);
   ExitCode code = exitDone;
+  std::size_t number = 0;
   for (std::string line; !session.quit && reader->next(line);)
   {
-    interrupts.doing(nameOf(line));
-    if (carryOutRecorded(session, line, recorder) == Outcome::refused)
+    const bool tooLong = isTooLong(line, ++number, session);
+    interrupts.doing(tooLong ? "a line" : nameOf(line));
+    if (tooLong || carryOutRecorded(session, line, recorder) == Outcome::refused)
       code = exitRefused;
     session.out.flush();
     if (interrupts.interrupted())
@@ -124,8 +136,11 @@ ExitCode takeTyped(Session& session, Interrupts& interrupts, record::Recorder* r
   const PromptHistory history;
   for (const std::string& line : history.lines())
     reader->keep(line);
+  std::size_t number = 0;
   for (std::string line; !session.quit && reader->next(line);)
   {
+    if (isTooLong(line, ++number, session))
+      continue;
     remember(line, session, *reader, history);
     if (!askForSecret(*reader, session, line))
       continue;

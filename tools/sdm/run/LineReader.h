@@ -1,6 +1,7 @@
 // Where command lines come from: a terminal with line editing, or a pipe.
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <string>
@@ -15,12 +16,16 @@ class Interrupts;
 /// behind a blank.
 using Completer = std::function<std::vector<std::string>(const std::string& line)>;
 
+/// In bytes. No command needs more, and a script without line ends must not fill the memory.
+constexpr std::size_t longestLine = std::size_t{1} << 20;
+
 class LineReader
 {
 public:
   virtual ~LineReader() = default;
 
-  /// The next line without its end; false when there are no more.
+  /// The next line without its end; false when there are no more. Of a line that is longer than `longestLine` it is
+  /// the beginning, with one byte too many.
   virtual bool next(std::string& line) = 0;
 
   /// Keeps the last line for the arrow keys, where there are any. Lines with secrets are not for keeping.

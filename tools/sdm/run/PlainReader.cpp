@@ -1,6 +1,7 @@
 // Lines from a pipe or file.
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 
@@ -34,11 +35,13 @@ public:
   }
 
 private:
-  /// Adds what is there to the line. Whether its end was among that.
+  /// Adds what is there to the line, as far as it is not too long by then. Whether its end was among that.
   bool takeLine(std::string& line)
   {
     const std::size_t end = unread.find('\n', place);
-    line.append(unread, place, end - place);
+    const std::size_t there = std::min(end, unread.size()) - place;
+    // One byte more, which tells that the line is too long, and one for the first of two characters at its end.
+    line.append(unread, place, std::min(there, longestLine + 2 - line.size()));
     place = end == std::string::npos ? unread.size() : end + 1;
     return end != std::string::npos;
   }

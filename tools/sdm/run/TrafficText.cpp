@@ -9,6 +9,9 @@ namespace cli
 namespace
 {
 
+/// What the manager and the database write has a few levels; a reply may come from anybody.
+constexpr std::size_t deepestLevel = 32;
+
 bool holdsElements(const pugi::xml_node& node)
 {
   return node.first_child().type() == pugi::node_element;
@@ -16,9 +19,9 @@ bool holdsElements(const pugi::xml_node& node)
 
 std::string opening(const pugi::xml_node& node)
 {
-  std::string text = node.name();
+  std::string text = shown(node.name());
   for (const pugi::xml_attribute& attribute : node.attributes())
-    text += std::string(" ") + attribute.name() + "=\"" + shown(attribute.value()) + "\"";
+    text += " " + shown(attribute.name()) + "=\"" + shown(attribute.value()) + "\"";
   return text;
 }
 
@@ -27,9 +30,10 @@ std::string content(const pugi::xml_node& node, const Masking& masking)
   return masking.isSecretElement(node.name()) ? Masking::mask : shown(node.child_value());
 }
 
-void layOut(const pugi::xml_node& node, const Masking& masking, const std::string& margin, std::string& text)
+void layOut(const pugi::xml_node& node, const Masking& masking, const std::string& margin, std::size_t level,
+            std::string& text)
 {
-  const std::string name = node.name();
+  const std::string name = shown(node.name());
   if (node.type() != pugi::node_element)
     return;
   if (!holdsElements(node))
@@ -38,8 +42,13 @@ void layOut(const pugi::xml_node& node, const Masking& masking, const std::strin
     return;
   }
   text += margin + "<" + opening(node) + ">\n";
+  if (level == deepestLevel)
+    text += margin + "  (what is nested deeper than " + std::to_string(deepestLevel) + " levels is left out)\n";
   for (const pugi::xml_node& child : node.children())
-    layOut(child, masking, margin + "  ", text);
+  {
+    if (level < deepestLevel)
+      layOut(child, masking, margin + "  ", level + 1, text);
+  }
   text += margin + "</" + name + ">\n";
 }
 
@@ -52,7 +61,7 @@ std::string indented(const std::string& xml, const Masking& masking, const std::
     return margin + "(" + std::to_string(xml.size()) + " bytes that are no XML)\n";
   std::string text;
   for (const pugi::xml_node& node : document.children())
-    layOut(node, masking, margin, text);
+    layOut(node, masking, margin, 1, text);
   return text;
 }
 

@@ -9,7 +9,7 @@ namespace cli
 {
 
 /// The XML text with an element a line and secrets masked, each line after `margin`. A text that is no XML is
-/// not shown, only described: nobody knows what is in it.
+/// not shown, only described: nobody knows what is in it. Elements below the 32nd level are left out, which is said.
 std::string indented(const std::string& xml, const Masking& masking, const std::string& margin);
 
 /// The kind of a request or a reply, such as "update_response"; empty when it has none, and when it is no XML.
