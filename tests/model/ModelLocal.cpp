@@ -81,9 +81,10 @@ void Model::manageableDataChanged(ManageableData& data)
   const Run run(*this);
   std::vector<std::string> rootIds;
   data.getRootIds(rootIds);
+  // One text for all of them: the record writes each value over the one before.
+  std::string value;
   for (const std::string& rootId : rootIds)
   {
-    std::string value;
     data.interogate(rootId, rootId, value);
     const auto found = local.find(rootId);
     if (found == local.end())

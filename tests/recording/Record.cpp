@@ -87,7 +87,7 @@ void ManageableData::getRootIds(std::vector<std::string>& rootIds)
 
 bool ManageableData::interogate(const std::string& rootId, const std::string& name, std::string& value)
 {
-  noteCall("interogate(" + rootId + ", " + name + ")");
+  noteCall("interogate(" + rootId + ", " + name + ")" + (value.empty() ? "" : " over " + recording::quoted(value)));
   const auto found = content->values.find({rootId, name});
   value = found == content->values.end() ? "" : found->second;
   if (!recording::behaviour().quietRecords)

@@ -114,6 +114,21 @@ TEST_F(CallingBack, RecordsThatAnInnerOperationLeavesBehindComeAfterTheOuterOnes
   EXPECT_THAT(access.pendingRecords, ElementsAre("Snmp set A(1)", "Snmp set In(inner)"));
 }
 
+TEST_F(CallingBack, ARecordIsGatheredBeforeItsCellIsTraced)
+{
+  withdraw("SecurityLogServiceIfc");
+  load({ItemLine("a").das("Snmp", "A").set("a"), ItemLine("in").das("Snmp", "In").set("in")});
+  recording::behaviour().openLevel = 6;
+  const auto setInside = once([&] { manager.setData(*request({{"in", "inner"}})); });
+  recording::behaviour().logHook = [&](int, const std::string& text)
+  {
+    if (text == "addDASItemEntry:'<A>1</A>'\n")
+      setInside();
+  };
+  manager.setData(*request({{"a", "1"}}));
+  EXPECT_THAT(access.pendingRecords, ElementsAre("Snmp set A(1)", "Snmp set In(inner)"));
+}
+
 TEST_F(CallingBack, AfterAnOperationEverythingIsFreedAtOnceAgain)
 {
   load({ItemLine("a").das("S", "A").set("a")});

@@ -32,6 +32,16 @@ public:
   }
 };
 
+/// A store whose answer says the contrary of what it leaves in the record.
+class ContradictingStore : public recording::Store
+{
+public:
+  bool checkData(ManageableData& data, void* checkContext) override
+  {
+    return !Store::checkData(data, checkContext);
+  }
+};
+
 class DefaultUserDataTest : public ManagerTest
 {
 protected:
@@ -145,6 +155,18 @@ TEST_F(DefaultUserDataTest, ResetsNothingWhenTheStoreObjects)
   store.objection = "b";
   EXPECT_THAT(resetting(false),
               ElementsAre("get a(\"\")", "get b(\"\")", "findService(\"LocalMgmtIfc\")", "checkData(a,b, null)"));
+}
+
+TEST_F(DefaultUserDataTest, GoesByTheRootIdThatTheCheckLeavesAndNotByItsAnswer)
+{
+  ContradictingStore contradicting;
+  context.services["LocalMgmtIfc"] = &contradicting;
+  load({changed("a")});
+  resetting(true);
+  EXPECT_EQ(recording::traceOf("publishData").size(), 1U);
+  contradicting.objection = "a";
+  resetting(false);
+  EXPECT_THAT(recording::traceOf("sendRequest"), IsEmpty());
 }
 
 TEST_F(DefaultUserDataTest, AnswersFalseWhenTheStoreDoesNotTakeTheDefaults)

@@ -46,9 +46,10 @@ TEST_F(ImportFromOCMSTest, LogsNothingWhileTheGateIsClosed)
 TEST_F(ImportFromOCMSTest, AsksForAllItemsAtOnceAndReadsThemByRootIdTwice)
 {
   load({ItemLine("b").set("b"), ItemLine("a").set("a")});
+  store.values["a"] = "1";
   recording::behaviour().traceRecords = true;
   EXPECT_THAT(importing(), ElementsAre("findService(\"LocalMgmtIfc\")", "addRootId(a, null)", "addRootId(b, null)",
-                                       "lookupData(a,b)", "interogate(a, a)", "set a(\"\", \"\")", "interogate(b, b)",
+                                       "lookupData(a,b)", "interogate(a, a)", "set a(\"1\", \"\")", "interogate(b, b)",
                                        "set b(\"\", \"\")"));
 }
 

@@ -1,4 +1,6 @@
 // Answering set requests.
+#include <stdexcept>
+
 #include "ManagerTest.h"
 
 namespace
@@ -298,6 +300,20 @@ TEST_F(SetPath, DropsLeftOverSecurityRecordsFirst)
   EXPECT_EQ(recording::traceOf("logSecurityEvent").size(), 1U);
 }
 
+TEST_F(SetPath, DropsLeftOverSecurityRecordsEvenWhenTheRequestCannotBeRead)
+{
+  access.pendingRecords = {"left over"};
+  data = request({});
+  recording::behaviour().everyCall = [](const std::string& name)
+  {
+    if (name == "getRootIds")
+      throw std::runtime_error("request");
+  };
+  EXPECT_THROW(run(), std::runtime_error);
+  recording::behaviour().everyCall = nullptr;
+  EXPECT_THAT(traced([&] { manager.reloadUserData(); }), IsEmpty()) << "it would hand over what is left";
+}
+
 TEST_F(SetPath, HoldsTheLockDuringEveryCall)
 {
   load({ItemLine("a").das("Snmp", "A").set("a"), ItemLine("b").das("Snmp", "B").set("b").group("g")});
@@ -326,6 +342,40 @@ TEST_F(SetPath, MakesOneRecordARootId)
   EXPECT_EQ(blobs[1].rootId, "empty");
   EXPECT_EQ(blobs[1].value, "");
   EXPECT_EQ(blobs[1].item, nullptr);
+}
+
+TEST_F(SetPath, ReadsEachValueIntoAnEmptyText)
+{
+  data = request({{"a", "1"}, {"b", "2"}});
+  recording::behaviour().traceRecords = true;
+  EXPECT_THAT(traced([&] { access.convertManageableDataToLocal(*data); }),
+              ElementsAre("interogate(a, a)", "interogate(b, b)"));
+}
+
+TEST_F(SetPath, AsksForTheReasonsOfRejectsOnlyWhenThereAreAny)
+{
+  std::vector<std::string> calls;
+  recording::behaviour().everyCall = [&](const std::string& name) { calls.push_back(name); };
+  ManageableData rejects;
+  access.isSetOperationSuccessful(true, rejects);
+  EXPECT_THAT(calls, ElementsAre("isRejectListEmpty"));
+  rejects.addRejectReason("a", "a", "UNCHANGED_DATA");
+  calls.clear();
+  access.isSetOperationSuccessful(true, rejects);
+  EXPECT_THAT(calls, ElementsAre("isRejectListEmpty", "areAllRejectReasons"));
+  calls.clear();
+  access.isSetOperationSuccessful(false, rejects);
+  EXPECT_THAT(calls, IsEmpty());
+  recording::behaviour().everyCall = nullptr;
+}
+
+TEST_F(SetPath, FailsWithoutADatabaseEvenWhenNothingIsToBeWritten)
+{
+  withdraw("DataAccessServiceIfc");
+  load({ItemLine("a").das("S", "").set("a")});
+  EXPECT_THAT(set({{"a", "1"}}), ElementsAre(R"(set a("1", ""))", R"(findService("DataAccessServiceIfc"))"));
+  EXPECT_FALSE(done);
+  EXPECT_THAT(rejects(), IsEmpty());
 }
 
 TEST_F(SetPath, DecidesTheResultFromDatabaseAndRejects)

@@ -118,6 +118,19 @@ TEST_F(PopulateDasRequestMap, KeepsAGroupFlaggedOnlyForReasonsThatBeginWithNotCh
   EXPECT_EQ(access.groups.count("g"), 0U);
 }
 
+TEST_F(PopulateDasRequestMap, TracesTheGroupOfARefusedItemToo)
+{
+  load({ItemLine("a").das("S", "A").group("g")});
+  recording::behaviour().openLevel = 6;
+  const std::string line = "log 5 Add group \"g\" and flag it for validation";
+  EXPECT_THAT(traced(
+                  [&] {
+                    access.populateDasRequestMapWith({blob("a", "1", false, "no"), blob("a", "2", false, "no")});
+                  }),
+              ElementsAre(line, line));
+  EXPECT_THAT(access.groups, IsEmpty());
+}
+
 class AddDASItemEntry : public UpdateRequests
 {
 protected:
@@ -163,6 +176,13 @@ TEST_F(AddDASItemEntry, LeavesARecordForSensitiveSchemasOnly)
   access.addDASItemEntry(requests, &item("j"), "open");
   access.addDASItemEntry(requests, &item("k"), "free");
   EXPECT_THAT(access.pendingRecords, ElementsAre("Snmp set C(***)", "Transport set D(open)"));
+}
+
+TEST_F(AddDASItemEntry, RecordsTheValueAndNotItsCell)
+{
+  load({ItemLine("i").das("Snmp", "C")});
+  access.addDASItemEntry(requests, &item("i"), "a<b");
+  EXPECT_THAT(access.pendingRecords, ElementsAre("Snmp set C(a&lt;b)")) << "escaped once, by the record itself";
 }
 
 class SingleValidGroup : public UpdateRequests
@@ -284,6 +304,14 @@ TEST_F(SendDASRequests, SendsNothingAndKeepsTheRecordsWithoutADatabase)
   access.pendingRecords = {"one"};
   recording::behaviour().openLevel = 5;
   EXPECT_THAT(send({{"A", "<a>"}}, nullptr), ElementsAre("log 5 sendDASRequests"));
+  EXPECT_FALSE(sent);
+  EXPECT_THAT(access.pendingRecords, ElementsAre("one"));
+}
+
+TEST_F(SendDASRequests, FailsWithoutADatabaseEvenWhenThereIsNothingToSend)
+{
+  access.pendingRecords = {"one"};
+  EXPECT_THAT(send({}, nullptr), IsEmpty());
   EXPECT_FALSE(sent);
   EXPECT_THAT(access.pendingRecords, ElementsAre("one"));
 }
