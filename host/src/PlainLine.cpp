@@ -16,10 +16,12 @@ std::string formatted(const char* prefix, int digits, unsigned value)
   return text.data();
 }
 
-bool breaksLines(char32_t codePoint)
+bool misleads(char32_t codePoint)
 {
   const bool control = codePoint < 0x20 || (codePoint >= 0x7F && codePoint <= 0x9F);
-  return control || codePoint == 0x2028 || codePoint == 0x2029;
+  const bool direction = codePoint == 0x200E || codePoint == 0x200F || codePoint == 0x061C ||
+                         (codePoint >= 0x202A && codePoint <= 0x202E) || (codePoint >= 0x2066 && codePoint <= 0x2069);
+  return control || direction || codePoint == 0x2028 || codePoint == 0x2029;
 }
 
 std::string escaped(char32_t codePoint)
@@ -48,7 +50,7 @@ std::string oneLine(std::string_view text, bool reversible)
     const std::size_t length = character.length == 0 ? 1 : character.length;
     if (character.length == 0)
       line += formatted("x", 2, static_cast<unsigned char>(text.front()));
-    else if (breaksLines(character.codePoint))
+    else if (misleads(character.codePoint))
       line += escaped(character.codePoint);
     else if (reversible && character.codePoint == '\\')
       line += "\\\\";

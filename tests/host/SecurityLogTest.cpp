@@ -78,6 +78,7 @@ TEST_F(SecurityLog, RecordIsAlwaysOneLine)
       {"\x1B[31m\x7F", "\\x1b[31m\\x7f"},
       {"\xC2\x85\xC2\x9B", "\\u0085\\u009b"},
       {"\xE2\x80\xA8\xE2\x80\xA9", "\\u2028\\u2029"},
+      {"\xE2\x80\x8F\xD8\x9C\xE2\x80\xAE\xE2\x81\xA6", "\\u200f\\u061c\\u202e\\u2066"},
       {"\xFF\xC3(", "\\xff\\xc3("},
       {"C:\\n", "C:\\\\n"},
       {"\xC3\xA4 \xF0\x9F\x98\x80", "\xC3\xA4 \xF0\x9F\x98\x80"},
