@@ -1,7 +1,7 @@
 // Lines, columns and places, as the library's reader makes them.
 #include <gtest/gtest.h>
 
-#include "check/MapText.h"
+#include "map/MapText.h"
 
 namespace
 {

@@ -6,16 +6,16 @@
 #include <memory>
 #include <sstream>
 
-#include "Arguments.h"
 #include "Fuzz.h"
 #include "Tokens.h"
 #include "WorkingFolder.h"
+#include "base/Arguments.h"
+#include "base/Words.h"
 #include "host/DasCrypt.h"
 #include "host/logAppUni.h"
-#include "run/Commands.h"
-#include "run/Completion.h"
-#include "run/Session.h"
-#include "run/Words.h"
+#include "prompt/Commands.h"
+#include "prompt/Completion.h"
+#include "prompt/Session.h"
 
 namespace
 {

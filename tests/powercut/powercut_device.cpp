@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-#include "run/RunningDevice.h"
+#include "device/RunningDevice.h"
 
 namespace
 {

@@ -1,11 +1,11 @@
 // What becomes of typed bytes.
-#include "run/CharacterDecoder.h"
+#include "prompt/CharacterDecoder.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 
-#include "Shown.h"
+#include "base/Shown.h"
 
 using namespace cli;
 

@@ -6,7 +6,7 @@
 #include <sstream>
 #include <string>
 
-#include "Shown.h"
+#include "base/Shown.h"
 
 namespace
 {

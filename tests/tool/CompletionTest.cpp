@@ -1,5 +1,5 @@
 // What Tab offers in which place.
-#include "run/Completion.h"
+#include "prompt/Completion.h"
 
 #include <gtest/gtest.h>
 

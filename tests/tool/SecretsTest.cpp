@@ -6,7 +6,7 @@
 #include <fstream>
 #include <memory>
 
-#include "record/Secrets.h"
+#include "transcript/Secrets.h"
 
 namespace
 {

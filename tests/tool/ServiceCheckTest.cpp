@@ -8,7 +8,7 @@
 #include <fstream>
 #include <string>
 
-#include "StartError.h"
+#include "base/StartError.h"
 #include "check/Finding.h"
 
 using namespace cli;

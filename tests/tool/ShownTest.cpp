@@ -1,5 +1,5 @@
 // What may reach a terminal.
-#include "Shown.h"
+#include "base/Shown.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // What is near enough to be meant.
-#include "Suggestion.h"
+#include "base/Suggestion.h"
 
 #include <gtest/gtest.h>
 

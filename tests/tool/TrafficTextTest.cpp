@@ -1,5 +1,5 @@
 // Requests and replies as the operator reads them.
-#include "run/TrafficText.h"
+#include "map/TrafficText.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // How a command line falls into words.
-#include "run/Words.h"
+#include "base/Words.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "Subcommand.h"
+#include "base/Subcommand.h"
 #include "check/Check.h"
 #include "explain/Explain.h"
 #include "groups/Groups.h"

@@ -2,10 +2,10 @@
 #include <exception>
 #include <iostream>
 
-#include "Arguments.h"
-#include "ExceptionText.h"
-#include "Shown.h"
-#include "StandardStreams.h"
+#include "base/Arguments.h"
+#include "base/ExceptionText.h"
+#include "base/Shown.h"
+#include "base/StandardStreams.h"
 
 namespace cli
 {

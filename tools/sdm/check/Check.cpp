@@ -1,4 +1,4 @@
-#include "check/Check.h"
+#include "Check.h"
 
 #include <CLI/CLI.hpp>
 
@@ -7,9 +7,9 @@
 #include <map>
 #include <memory>
 
-#include "OneOf.h"
-#include "Shown.h"
-#include "Suggestion.h"
+#include "base/OneOf.h"
+#include "base/Shown.h"
+#include "base/Suggestion.h"
 
 namespace cli
 {

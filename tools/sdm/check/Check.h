@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "Subcommand.h"
-#include "check/Finding.h"
+#include "Finding.h"
+#include "base/Subcommand.h"
 
 namespace cli
 {

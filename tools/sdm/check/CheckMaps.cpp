@@ -1,20 +1,20 @@
 // Runs the checks over the maps, and tells what they found.
-#include "check/Check.h"
+#include "Check.h"
 
 #include <algorithm>
 #include <iostream>
 #include <unistd.h>
 #include <utility>
 
-#include "Progress.h"
-#include "Shown.h"
-#include "StartError.h"
-#include "Style.h"
-#include "check/Linter.h"
-#include "check/MapFile.h"
-#include "check/Result.h"
-#include "check/Rules.h"
-#include "check/ServiceFindings.h"
+#include "Linter.h"
+#include "Result.h"
+#include "Rules.h"
+#include "ServiceFindings.h"
+#include "base/Progress.h"
+#include "base/Shown.h"
+#include "base/StartError.h"
+#include "base/Style.h"
+#include "map/MapFile.h"
 
 namespace cli::check
 {

@@ -1,12 +1,12 @@
 // Columns that have no effect: items that nothing reaches, groups that nobody judges, encryption of nothing.
-#include "check/Rules.h"
+#include "Rules.h"
 
 #include <cctype>
 #include <unordered_map>
 
 #include <ClientUtils.h>
 
-#include "Suggestion.h"
+#include "base/Suggestion.h"
 
 namespace cli::check
 {

@@ -1,9 +1,9 @@
 // The file as a whole: how it is encoded, how its lines end, and whether it holds anything.
-#include "check/Rules.h"
+#include "Rules.h"
 
 #include <algorithm>
 
-#include "Shown.h"
+#include "base/Shown.h"
 
 namespace cli::check
 {

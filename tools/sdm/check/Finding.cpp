@@ -1,9 +1,9 @@
-#include "check/Finding.h"
+#include "Finding.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "check/Rules.h"
+#include "Rules.h"
 
 namespace cli::check
 {

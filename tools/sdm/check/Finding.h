@@ -5,7 +5,7 @@
 #include <variant>
 #include <vector>
 
-#include "check/MapText.h"
+#include "map/MapText.h"
 
 namespace cli::check
 {

@@ -1,5 +1,5 @@
 // Items that get into each other's way: of several with the same key the last one counts, without a word.
-#include "check/Rules.h"
+#include "Rules.h"
 
 #include <map>
 #include <tuple>

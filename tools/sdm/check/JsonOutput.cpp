@@ -5,8 +5,8 @@
 
 #include <nlohmann/json.hpp>
 
-#include "Shown.h"
-#include "check/Result.h"
+#include "Result.h"
+#include "base/Shown.h"
 
 namespace cli::check
 {

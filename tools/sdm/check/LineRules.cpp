@@ -1,9 +1,9 @@
 // Lines that the library cuts, skips, or splits otherwise than their author meant.
-#include "check/Rules.h"
+#include "Rules.h"
 
 #include <algorithm>
 
-#include "Shown.h"
+#include "base/Shown.h"
 
 namespace cli::check
 {

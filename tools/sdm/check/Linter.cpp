@@ -1,4 +1,4 @@
-#include "check/Linter.h"
+#include "Linter.h"
 
 #include <algorithm>
 #include <iterator>
@@ -6,7 +6,7 @@
 #include <set>
 #include <utility>
 
-#include "check/Rules.h"
+#include "Rules.h"
 
 namespace cli::check
 {

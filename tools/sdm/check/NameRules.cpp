@@ -1,5 +1,5 @@
 // Names and index values stand in messages as they are: what breaks a message, or means something else in it.
-#include "check/Rules.h"
+#include "Rules.h"
 
 #include <algorithm>
 #include <array>

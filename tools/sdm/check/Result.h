@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "Style.h"
-#include "check/Finding.h"
-#include "check/Linter.h"
+#include "Finding.h"
+#include "Linter.h"
+#include "base/Style.h"
 
 namespace cli::check
 {

@@ -1,4 +1,4 @@
-#include "check/Rules.h"
+#include "Rules.h"
 
 #include <algorithm>
 #include <cctype>
@@ -7,7 +7,7 @@
 
 #include <expat.h>
 
-#include "Shown.h"
+#include "base/Shown.h"
 
 namespace cli::check
 {

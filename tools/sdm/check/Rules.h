@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "check/Finding.h"
+#include "Finding.h"
 
 namespace cli::check
 {

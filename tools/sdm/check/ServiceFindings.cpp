@@ -1,11 +1,11 @@
-#include "check/ServiceFindings.h"
+#include "ServiceFindings.h"
 
 #include <algorithm>
 #include <fstream>
 #include <string>
 
-#include "ScratchFolder.h"
-#include "StartError.h"
+#include "base/ScratchFolder.h"
+#include "base/StartError.h"
 #include "service/ServiceCheck.h"
 
 namespace cli::check

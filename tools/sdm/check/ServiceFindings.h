@@ -4,8 +4,8 @@
 #include <filesystem>
 #include <vector>
 
-#include "Progress.h"
-#include "check/Finding.h"
+#include "Finding.h"
+#include "base/Progress.h"
 
 namespace cli::check
 {

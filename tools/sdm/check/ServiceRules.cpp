@@ -1,5 +1,5 @@
 // What the trial of a service finds, as rules like those of the map.
-#include "check/Rules.h"
+#include "Rules.h"
 
 namespace cli::check
 {

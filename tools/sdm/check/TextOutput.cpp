@@ -1,8 +1,8 @@
 // Findings for people: a line each, and on a terminal the line of the map with a mark below the place.
 #include <algorithm>
 
-#include "Shown.h"
-#include "check/Result.h"
+#include "Result.h"
+#include "base/Shown.h"
 
 namespace cli::check
 {

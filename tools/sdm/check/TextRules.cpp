@@ -1,5 +1,5 @@
 // Bytes and blanks in the columns, and the flags: what looks right and is not.
-#include "check/Rules.h"
+#include "Rules.h"
 
 #include <algorithm>
 #include <array>

@@ -1,5 +1,5 @@
 // User data: what keeps it from being put back to defaults, or from being read again.
-#include "check/Rules.h"
+#include "Rules.h"
 
 namespace cli::check
 {

@@ -1,5 +1,5 @@
 // Defaults and alternative defaults: those that a message cannot carry, and those that nobody ever sees.
-#include "check/Rules.h"
+#include "Rules.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "explain/Explain.h"
+#include "Explain.h"
 
 #include <CLI/CLI.hpp>
 
@@ -8,10 +8,10 @@
 #include <string>
 #include <unistd.h>
 
-#include "Shown.h"
-#include "Suggestion.h"
-#include "explain/Explanation.h"
-#include "explain/History.h"
+#include "base/Shown.h"
+#include "base/Suggestion.h"
+#include "history/Explanation.h"
+#include "history/History.h"
 
 namespace cli
 {

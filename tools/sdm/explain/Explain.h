@@ -1,7 +1,7 @@
 // `sdm explain`: where the value of an item came from, out of the history in a device's folder.
 #pragma once
 
-#include "Subcommand.h"
+#include "base/Subcommand.h"
 
 namespace cli
 {

@@ -3,7 +3,7 @@
 #include <numeric>
 #include <random>
 
-#include "groups/Permutation.h"
+#include "Permutation.h"
 
 namespace cli
 {

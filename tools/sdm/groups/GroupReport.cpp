@@ -1,5 +1,5 @@
 // What became of the changes of a group, in the words of all its orders.
-#include "groups/GroupReport.h"
+#include "GroupReport.h"
 
 #include <algorithm>
 #include <functional>
@@ -9,7 +9,7 @@
 #include <string>
 #include <utility>
 
-#include "Shown.h"
+#include "base/Shown.h"
 
 namespace cli
 {

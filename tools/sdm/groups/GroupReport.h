@@ -5,10 +5,10 @@
 #include <nlohmann/json.hpp>
 #include <vector>
 
-#include "Masking.h"
-#include "Progress.h"
-#include "Style.h"
-#include "groups/Permutation.h"
+#include "Permutation.h"
+#include "base/Progress.h"
+#include "base/Style.h"
+#include "map/Masking.h"
 
 namespace cli
 {

@@ -1,4 +1,4 @@
-#include "groups/Groups.h"
+#include "Groups.h"
 
 #include <CLI/CLI.hpp>
 
@@ -12,13 +12,13 @@
 #include <unistd.h>
 #include <vector>
 
-#include "Masking.h"
-#include "ScratchFolder.h"
-#include "Shown.h"
-#include "StartError.h"
-#include "Style.h"
-#include "Suggestion.h"
-#include "groups/GroupReport.h"
+#include "GroupReport.h"
+#include "base/ScratchFolder.h"
+#include "base/Shown.h"
+#include "base/StartError.h"
+#include "base/Style.h"
+#include "base/Suggestion.h"
+#include "map/Masking.h"
 #include "service/LoadedService.h"
 
 namespace cli

@@ -1,7 +1,7 @@
 // `sdm groups`: the validation groups of a map, and whether the order of a request's items matters to them.
 #pragma once
 
-#include "Subcommand.h"
+#include "base/Subcommand.h"
 
 namespace cli
 {

@@ -1,4 +1,4 @@
-#include "groups/Permutation.h"
+#include "Permutation.h"
 
 #include <DasCrypt.h>
 #include <ManageableData.h>
@@ -7,10 +7,10 @@
 #include <nlohmann/json.hpp>
 #include <optional>
 
-#include "OwnProcess.h"
-#include "StartError.h"
+#include "base/OwnProcess.h"
+#include "base/StartError.h"
+#include "device/RunningDevice.h"
 #include "host/ManageableData.h"
-#include "run/RunningDevice.h"
 
 namespace cli
 {

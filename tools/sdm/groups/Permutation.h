@@ -10,8 +10,8 @@
 #include <utility>
 #include <vector>
 
-#include "ItemTable.h"
-#include "Progress.h"
+#include "base/Progress.h"
+#include "map/ItemTable.h"
 
 namespace cli
 {

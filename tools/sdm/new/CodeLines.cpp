@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <sstream>
 
-#include "Shown.h"
+#include "base/Shown.h"
 
 namespace cli
 {

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "Shown.h"
+#include "base/Shown.h"
 
 namespace cli
 {

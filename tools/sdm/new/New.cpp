@@ -11,11 +11,11 @@
 #include <string>
 #include <system_error>
 
-#include "ItemTable.h"
-#include "MapFitness.h"
-#include "Shown.h"
 #include "Skeleton.h"
-#include "StartError.h"
+#include "base/Shown.h"
+#include "base/StartError.h"
+#include "map/ItemTable.h"
+#include "map/MapFitness.h"
 
 namespace cli
 {

@@ -1,7 +1,7 @@
 // `sdm new`: writes the project of a service from its item map.
 #pragma once
 
-#include "Subcommand.h"
+#include "base/Subcommand.h"
 
 namespace cli
 {

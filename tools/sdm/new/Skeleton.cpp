@@ -9,10 +9,10 @@
 
 #include "CodeLines.h"
 #include "Identifiers.h"
-#include "Shown.h"
 #include "SkeletonFields.h"
 #include "SkeletonTests.h"
 #include "Templates.h"
+#include "base/Shown.h"
 
 namespace cli
 {

@@ -4,7 +4,7 @@
 #include <map>
 #include <string>
 
-#include "ItemTable.h"
+#include "map/ItemTable.h"
 
 namespace cli
 {

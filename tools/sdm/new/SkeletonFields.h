@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "ItemTable.h"
+#include "map/ItemTable.h"
 
 namespace cli
 {

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "ItemTable.h"
 #include "SkeletonFields.h"
+#include "map/ItemTable.h"
 
 namespace cli
 {

@@ -1,4 +1,4 @@
-#include "replay/Comparison.h"
+#include "Comparison.h"
 
 namespace cli::replay
 {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "record/Transcript.h"
+#include "transcript/Transcript.h"
 
 namespace cli::replay
 {

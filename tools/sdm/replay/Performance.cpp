@@ -1,17 +1,17 @@
-#include "replay/Performance.h"
+#include "Performance.h"
 
 #include <fstream>
 #include <set>
 #include <sstream>
 
-#include "ExceptionText.h"
-#include "OwnProcess.h"
-#include "ScratchFolder.h"
-#include "WholeFile.h"
-#include "record/CommandText.h"
-#include "run/Commands.h"
-#include "run/RunningDevice.h"
-#include "run/Words.h"
+#include "base/ExceptionText.h"
+#include "base/OwnProcess.h"
+#include "base/ScratchFolder.h"
+#include "base/WholeFile.h"
+#include "base/Words.h"
+#include "device/RunningDevice.h"
+#include "prompt/CommandText.h"
+#include "prompt/Commands.h"
 
 namespace cli::replay
 {
@@ -45,7 +45,7 @@ public:
   /// Answers why the recording lacks something; nothing when it does not.
   std::string run()
   {
-    record::Recorder recorder(folder / transcriptName);
+    record::Recorder recorder(folder / transcriptName, maskedCommand);
     {
       RunningDevice running(settings, &recorder);
       writeFile(folder / mapName, running.mapFile().string());
@@ -85,7 +85,7 @@ private:
       secretWords.insert(i);
       words.list[i] = recorder.secret(words.list[i]).value_or(standIns.of(words.list[i]));
     }
-    return record::joinedWords(words.list);
+    return joinedWords(words.list);
   }
 
   const record::Transcript& transcript;

@@ -6,8 +6,8 @@
 #include <optional>
 #include <string>
 
-#include "Progress.h"
-#include "replay/StandIns.h"
+#include "StandIns.h"
+#include "base/Progress.h"
 
 namespace cli::replay
 {

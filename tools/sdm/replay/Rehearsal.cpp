@@ -1,9 +1,9 @@
-#include "replay/Rehearsal.h"
+#include "Rehearsal.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "Shown.h"
+#include "base/Shown.h"
 
 namespace cli::replay
 {

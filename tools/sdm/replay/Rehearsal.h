@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "replay/Comparison.h"
-#include "replay/Performance.h"
+#include "Comparison.h"
+#include "Performance.h"
 
 namespace cli::replay
 {

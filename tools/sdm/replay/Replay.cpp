@@ -1,4 +1,4 @@
-#include "replay/Replay.h"
+#include "Replay.h"
 
 #include <CLI/CLI.hpp>
 
@@ -6,8 +6,8 @@
 #include <memory>
 #include <unistd.h>
 
-#include "Shown.h"
-#include "replay/Rehearsal.h"
+#include "Rehearsal.h"
+#include "base/Shown.h"
 
 namespace cli
 {

@@ -3,9 +3,9 @@
 
 #include <ostream>
 
-#include "Style.h"
-#include "Subcommand.h"
-#include "replay/Performance.h"
+#include "Performance.h"
+#include "base/Style.h"
+#include "base/Subcommand.h"
 
 namespace cli
 {

@@ -1,11 +1,11 @@
-#include "replay/StandIns.h"
+#include "StandIns.h"
 
 #include <algorithm>
 #include <array>
 #include <cctype>
 
-#include "record/Secrets.h"
-#include "run/Words.h"
+#include "base/Words.h"
+#include "transcript/Secrets.h"
 
 namespace cli::replay
 {

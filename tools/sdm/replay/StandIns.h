@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "record/Transcript.h"
+#include "transcript/Transcript.h"
 
 namespace cli::replay
 {

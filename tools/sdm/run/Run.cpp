@@ -6,7 +6,8 @@
 #include <memory>
 #include <string>
 
-#include "Commands.h"
+#include "prompt/CommandLoop.h"
+#include "prompt/Commands.h"
 
 namespace cli
 {

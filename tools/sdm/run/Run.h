@@ -1,16 +1,12 @@
-// `sdm run`: brings a device up, then does what it is told, line by line.
+// `sdm run`: the command line of a device that is brought up and told what to do.
 #pragma once
 
-#include "RunSettings.h"
-#include "Subcommand.h"
+#include "base/Subcommand.h"
 
 namespace cli
 {
 
 /// Its options and help texts.
 Action addRun(CLI::App& run);
-
-/// Takes commands from standard input until it ends. Throws what keeps the device from coming up.
-ExitCode runDevice(const RunSettings& settings);
 
 } // namespace cli

@@ -7,7 +7,7 @@
 #include <memory>
 #include <typeinfo>
 
-#include "service/ServiceCall.h"
+#include "ServiceCall.h"
 
 namespace cli
 {

@@ -3,9 +3,9 @@
 #include <ManageableData.h>
 #include <RejectReasonsStrings.h>
 
-#include "Masking.h"
-#include "SecretTexts.h"
 #include "host/ClientUtils.h"
+#include "map/Masking.h"
+#include "map/SecretTexts.h"
 
 namespace cli
 {

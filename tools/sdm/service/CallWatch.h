@@ -11,7 +11,7 @@
 
 #include "CallListener.h"
 #include "CallReport.h"
-#include "ItemTable.h"
+#include "map/ItemTable.h"
 
 namespace cli
 {

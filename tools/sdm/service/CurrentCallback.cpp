@@ -1,4 +1,4 @@
-#include "service/CurrentCallback.h"
+#include "CurrentCallback.h"
 
 #include <unistd.h>
 
@@ -8,7 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "Shown.h"
+#include "base/Shown.h"
 
 namespace cli
 {

@@ -10,9 +10,9 @@
 #include <unistd.h>
 #include <vector>
 
-#include "StartError.h"
-#include "WholeFile.h"
-#include "service/ServiceCall.h"
+#include "ServiceCall.h"
+#include "base/StartError.h"
+#include "base/WholeFile.h"
 
 namespace cli
 {

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
-#include "Shown.h"
-#include "run/TrafficText.h"
+#include "base/Shown.h"
+#include "map/TrafficText.h"
 
 namespace cli
 {

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "CallListener.h"
-#include "ItemTable.h"
+#include "map/ItemTable.h"
 
 namespace cli
 {

@@ -7,8 +7,8 @@
 
 #include <cxxabi.h>
 
-#include "service/CallListener.h"
-#include "service/CurrentCallback.h"
+#include "CallListener.h"
+#include "CurrentCallback.h"
 
 namespace cli
 {

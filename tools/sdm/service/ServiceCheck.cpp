@@ -4,9 +4,9 @@
 
 #include <nlohmann/json.hpp>
 
-#include "OwnProcess.h"
-#include "ScratchFolder.h"
 #include "ServiceTrial.h"
+#include "base/OwnProcess.h"
+#include "base/ScratchFolder.h"
 
 namespace cli
 {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "Progress.h"
+#include "base/Progress.h"
 
 namespace cli
 {

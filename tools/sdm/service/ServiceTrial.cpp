@@ -7,10 +7,10 @@
 #include <set>
 #include <utility>
 
-#include "Schemas.h"
-#include "Shown.h"
+#include "base/Shown.h"
 #include "host/Error.h"
-#include "run/MapCopy.h"
+#include "map/MapCopy.h"
+#include "map/Schemas.h"
 
 namespace cli
 {

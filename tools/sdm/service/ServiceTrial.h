@@ -7,12 +7,12 @@
 #include <string>
 #include <vector>
 
-#include "ItemTable.h"
 #include "LoadedService.h"
-#include "Masking.h"
 #include "RunningService.h"
 #include "ServiceCheck.h"
 #include "host/Device.h"
+#include "map/ItemTable.h"
+#include "map/Masking.h"
 
 namespace cli
 {

@@ -1,4 +1,4 @@
-#include "service/WatchedPlatform.h"
+#include "WatchedPlatform.h"
 
 #include <ManageableData.h>
 

@@ -8,8 +8,8 @@
 #include <memory>
 #include <string>
 
+#include "CallListener.h"
 #include "host/Device.h"
-#include "service/CallListener.h"
 
 namespace cli
 {

@@ -1,9 +1,9 @@
-#include "test/Coverage.h"
+#include "Coverage.h"
 
 #include <algorithm>
 
-#include "ItemTable.h"
-#include "StartError.h"
+#include "base/StartError.h"
+#include "map/ItemTable.h"
 
 namespace cli::test
 {

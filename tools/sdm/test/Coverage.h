@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "record/Transcript.h"
+#include "transcript/Transcript.h"
 
 namespace cli::test
 {

@@ -4,8 +4,8 @@
 #include <pugixml.hpp>
 #include <sstream>
 
-#include "Shown.h"
-#include "test/Suite.h"
+#include "Suite.h"
+#include "base/Shown.h"
 
 namespace cli::test
 {

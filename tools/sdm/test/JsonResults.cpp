@@ -1,8 +1,8 @@
 // Results as JSON.
 #include <ostream>
 
-#include "Shown.h"
-#include "test/Suite.h"
+#include "Suite.h"
+#include "base/Shown.h"
 
 namespace cli::test
 {

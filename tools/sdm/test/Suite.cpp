@@ -1,10 +1,10 @@
-#include "test/Suite.h"
+#include "Suite.h"
 
 #include <algorithm>
 #include <system_error>
 
-#include "ExceptionText.h"
-#include "StartError.h"
+#include "base/ExceptionText.h"
+#include "base/StartError.h"
 
 namespace cli::test
 {

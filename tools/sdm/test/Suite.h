@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "Coverage.h"
 #include "replay/Rehearsal.h"
-#include "test/Coverage.h"
 
 namespace cli::test
 {

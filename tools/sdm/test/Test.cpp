@@ -1,4 +1,4 @@
-#include "test/Test.h"
+#include "Test.h"
 
 #include <CLI/CLI.hpp>
 
@@ -7,12 +7,12 @@
 #include <map>
 #include <memory>
 
-#include "OneOf.h"
-#include "Progress.h"
-#include "Shown.h"
-#include "StartError.h"
+#include "Suite.h"
+#include "base/OneOf.h"
+#include "base/Progress.h"
+#include "base/Shown.h"
+#include "base/StartError.h"
 #include "replay/Replay.h"
-#include "test/Suite.h"
 
 namespace cli
 {

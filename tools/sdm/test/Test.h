@@ -1,7 +1,7 @@
 // `sdm test`: runs all transcripts of a folder as tests.
 #pragma once
 
-#include "Subcommand.h"
+#include "base/Subcommand.h"
 
 namespace cli
 {
