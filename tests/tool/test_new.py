@@ -74,26 +74,38 @@ class New(ProgramTest):
         os.symlink(target, path)
         return path
 
-    def test_lines_that_would_not_count_are_refused(self):
-        for line, why in (("bell.a,Bell,A,,,1,set,get,,,\n", "fewer than twelve columns"),
-                          ("bell.a,Bell,A,,,1,,,,,,true\r\n", "ends in CR LF"),
-                          ("bell.a,Bell,A,,,%s,,,,,,\n" % ("x" * 500), "more than 500 characters"),
-                          ("bell.a,Bell,A,,,\0,,,,,,\n", "NUL")):
+    def test_what_the_check_calls_an_error_is_refused(self):
+        for line, rule in (("bell.a,Bell,A,,,1,set,get,,,\n", "too-few-columns"),
+                           ("bell.a;Bell;A;;;1;set;get;;;;\n", "too-few-columns"),
+                           ("bell.a,Bell,A,,,1,,,,,,true\r\n", "carriage-return"),
+                           ("bell.a,Bell,A,,,%s,,,,,,\n" % ("x" * 500), "line-too-long"),
+                           ("bell.a,Bell,A,,,\0,,,,,,\n", "nul-byte")):
             path = self.write("unfit.csv", MAP + line)
-            self.assert_refused(self.new("bell", map_file=path), path + ", line 3: it ", why)
+            self.assertEqual(self.sdm("check", path).code, 1)
+            self.assert_refused(self.new("bell", map_file=path), path + ":3:", ": error: ", "[%s]" % rule)
 
-    def test_of_many_such_lines_ten_are_told(self):
-        path = self.write("unfit.csv", "too few columns\n" * 25)
+    def test_of_many_errors_ten_are_told(self):
+        path = self.write("unfit.csv", MAP + "too few columns\n" * 25)
         run = self.new("bell", map_file=path)
-        self.assert_refused(run, "line 10:", "and 15 more lines like these")
-        self.assertNotIn("line 11:", run.err)
+        self.assert_refused(run, "unfit.csv:12:", "and 15 more errors")
+        self.assertNotIn("unfit.csv:13:", run.err)
 
-    def test_short_lines_are_passed_over(self):
-        self.assertEqual(self.new("bell", map_file=self.write("short.csv", "# a bell\n\n" + MAP)).code, 0)
+    def test_what_the_check_lets_pass_is_taken(self):
+        for number, text in enumerate((MAP, "# a bell\n\n" + MAP, "# a bell that can be heard\n" + MAP,
+                                       MAP.split("\n")[0] + "\r\n")):
+            path = self.write("fit.csv", text)
+            self.assertEqual(self.sdm("check", path).code, 0, text)
+            self.assertEqual(self.new("bell", "--into", "bell%d" % number, map_file=path).code, 0, text)
+
+    def test_warnings_are_counted(self):
+        run = self.new("bell", map_file=self.write("fit.csv", "# a bell that can be heard\n" + MAP))
+        self.assertRegex(run.err, "^sdm: `sdm check` has 1 warning for .*/fit.csv\n$")
 
     def test_a_map_that_cannot_be_read_is_named(self):
         self.assert_refused(self.new("bell", map_file="nowhere.csv"), "nowhere.csv", "No such file", code=3)
-        self.assert_refused(self.new("bell", map_file=self.write("empty.csv", "")), "empty.csv", "holds no item", code=3)
+
+    def test_a_map_without_items_is_refused(self):
+        self.assert_refused(self.new("bell", map_file=self.write("empty.csv", "")), "empty.csv", "holds no item")
 
     def test_a_folder_that_cannot_be_made_is_named(self):
         run = self.new("bell", "--into", os.path.join(self.map, "bell"))

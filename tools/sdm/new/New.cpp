@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -10,12 +11,14 @@
 #include <memory>
 #include <string>
 #include <system_error>
+#include <unistd.h>
 
 #include "Skeleton.h"
 #include "base/Shown.h"
 #include "base/StartError.h"
+#include "base/Style.h"
+#include "check/Result.h"
 #include "map/ItemTable.h"
-#include "map/MapFitness.h"
 
 namespace cli
 {
@@ -36,7 +39,7 @@ constexpr const char* footer =
     "It builds and passes its tests as it is. A folder that holds anything is left alone.\n\n"
     "Exit codes:\n"
     "  0  done\n"
-    "  1  refused: the folder is not empty, or lines of the map would be cut, skipped or not encrypted\n"
+    "  1  refused: the folder is not empty, or the check of maps finds errors\n"
     "  2  wrong usage of the command line\n"
     "  3  the map cannot be read, or the folder not be written\n";
 
@@ -108,22 +111,39 @@ bool isFree(const std::filesystem::path& folder)
           std::filesystem::is_empty(folder));
 }
 
-ExitCode refuseMap(const std::filesystem::path& map, const std::vector<std::string>& problems)
+/// Tells what the rules for maps find. False when an error is among it.
+bool passesTheCheck(const std::filesystem::path& path, const std::string& content)
 {
+  check::Result result;
+  result.path = path.string();
+  result.map = std::make_unique<check::MapText>(result.path, content);
+  result.findings = check::findingsOf(*result.map, check::allRules());
+  const std::size_t errors = result.count(check::Severity::error);
+  if (errors == 0)
+  {
+    const std::size_t warnings = result.count(check::Severity::warning);
+    if (warnings > 0)
+      std::cerr << "sdm: `sdm check` has " << counted(warnings, "warning") << " for " << shown(result.path) << "\n";
+    return true;
+  }
   constexpr std::size_t most = 10;
-  for (std::size_t i = 0; i < problems.size() && i < most; ++i)
-    std::cerr << "sdm: the item map " << shown(map.string()) << ", " << problems[i] << "\n";
-  if (problems.size() > most)
-    std::cerr << "sdm: and " << problems.size() - most << " more lines like these\n";
-  return exitRefused;
+  auto& findings = result.findings;
+  findings.erase(std::remove_if(findings.begin(), findings.end(),
+                                [](const check::Finding& finding)
+                                { return finding.rule->severity != check::Severity::error; }),
+                 findings.end());
+  findings.resize(std::min(errors, most));
+  check::tellText(std::cerr, result, Style(wantsColours(STDERR_FILENO)), false);
+  if (errors > most)
+    std::cerr << "sdm: and " << counted(errors - most, "more error") << "\n";
+  return false;
 }
 
 ExitCode makeNew(const NewSettings& settings)
 {
   const std::string map = mapContent(settings.map);
-  const auto problems = unfitLines(map);
-  if (!problems.empty())
-    return refuseMap(settings.map, problems);
+  if (!passesTheCheck(settings.map, map))
+    return exitRefused;
   const ItemTable table(settings.map);
   std::filesystem::path folder = settings.into.empty() ? std::filesystem::path(settings.name) : settings.into;
   folder = std::filesystem::absolute(folder / "").lexically_normal().parent_path();
