@@ -17,7 +17,7 @@ protected:
   {
     std::string name = (std::filesystem::temp_directory_path() / "sdm-test-XXXXXX").string();
     folder = ::mkdtemp(name.data());
-    std::ofstream(folder / "map.csv") << "lamp.key,Lamp,Key,,,dflt1234,setKey,getKey,,,,true\n"
+    std::ofstream(folder / "map.csv") << "lamp.key,Lamp,Blade,,,dflt1234,setKey,getKey,,,,true\n"
                                          "lamp.level,Lamp,Level,,,7,setLevel,getLevel,,,,\n";
     items = std::make_unique<cli::ItemTable>(folder / "map.csv");
     masking = std::make_unique<cli::Masking>(*items);
@@ -62,8 +62,8 @@ TEST_F(TranscriptSecrets, TheLongestIsTakenWhereOneIsPartOfAnother)
 
 TEST_F(TranscriptSecrets, AreNamedInElementsHoweverShortAndHoweverEscaped)
 {
-  EXPECT_EQ(secrets->without("<Key>a</Key><Level>7</Level>"), "<Key>secret#1</Key><Level>7</Level>");
-  EXPECT_EQ(secrets->without("<Key>x&lt;yyy&gt;z</Key>"), "<Key>secret#2</Key>");
+  EXPECT_EQ(secrets->without("<Blade>a</Blade><Level>7</Level>"), "<Blade>secret#1</Blade><Level>7</Level>");
+  EXPECT_EQ(secrets->without("<Blade>x&lt;yyy&gt;z</Blade>"), "<Blade>secret#2</Blade>");
   EXPECT_EQ(secrets->plainOf("secret#2"), "x<yyy>z");
   EXPECT_EQ(secrets->without("reason: x<yyy>z"), "reason: secret#2");
 }
