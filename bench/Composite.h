@@ -14,6 +14,7 @@
 #include <expat.h>
 
 #include "Callbacks.h"
+#include "ItemMapColumn.h"
 #include "Platform.h"
 #include "Workload.h"
 
@@ -31,7 +32,7 @@ struct PlainItem
   ManagedItemGetter* getter = nullptr;
 };
 
-using Columns = std::array<const char*, 12>;
+using Columns = std::array<const char*, sdm::itemMapColumnCount>;
 
 /// Reads the item map line by line and splits each.
 template <typename Take>

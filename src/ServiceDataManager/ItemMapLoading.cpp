@@ -56,7 +56,7 @@ public:
   }
 
 private:
-  std::array<std::string, static_cast<std::size_t>(sdm::ItemMapColumn::count)> texts;
+  std::array<std::string, sdm::itemMapColumnCount> texts;
 };
 
 /// Tells why the current line is skipped: of a line that is read in pieces once, by its length. `toldTooLong` is the
@@ -64,7 +64,8 @@ private:
 void tellOfSkippedLine(const sdm::ItemMapFile& file, unsigned long& toldTooLong)
 {
   if (!file.lineIsTooLong())
-    SDM_LOG(2, "setAllManagedData line %lu of \"%s\" has fewer than 12 columns", file.lineNumber(), itemMapFileName);
+    SDM_LOG(2, "setAllManagedData line %lu of \"%s\" has fewer than %zu columns", file.lineNumber(), itemMapFileName,
+            sdm::itemMapColumnCount);
   else if (std::exchange(toldTooLong, file.lineNumber()) != file.lineNumber())
     SDM_LOG(2, "setAllManagedData line %lu of \"%s\" is longer than %zu characters", file.lineNumber(), itemMapFileName,
             sdm::ItemMapFile::longestLine);
@@ -76,14 +77,14 @@ struct DictionaryItem
   ManageableData& record;
   const std::string& name;
   const std::string prefix;
-  /// Kept for its room: an item has eleven.
+  /// Kept for its room: an item has nearly as many as a line has columns.
   std::string& key;
 
-  std::string read(const char* entry)
+  std::string read(sdm::ItemMapColumn column)
   {
     std::string value;
     key = prefix;
-    key += entry;
+    key += sdm::namesOf(column).key;
     record.interogate(name, key, value);
     return value;
   }
@@ -173,23 +174,24 @@ void ServiceDataManager::loadItemMapDictionary(const std::string& mapName)
     SDM_LOG(2, "setAllManagedData OCMS lookup failed for \"%s\"", mapName.c_str());
     return;
   }
+  using Column = sdm::ItemMapColumn;
   std::string key;
   for (int number = 1;; ++number)
   {
-    DictionaryItem item{dictionary, mapName, "/item[" + std::to_string(number), key};
-    const std::string rootId = item.read("]/rootId");
+    DictionaryItem item{dictionary, mapName, "/item[" + std::to_string(number) + "]/", key};
+    const std::string rootId = item.read(Column::rootId);
     if (rootId.empty())
       return;
-    const std::string dasSchema = item.read("]/dasSchema");
-    const std::string dasItem = item.read("]/dasItem");
-    const std::string dasIndexName = item.read("]/dasIndexName");
-    const std::string dasIndexValue = item.read("]/dasIndexValue");
-    const std::string setter = item.read("]/setter");
-    const std::string getter = item.read("]/getter");
-    const std::string defaultValue = item.read("]/default");
-    const std::string userData = item.read("]/userData");
-    const std::string isGroupItem = item.read("]/isGroupItem");
-    const std::string dasEncrypted = item.read("]/dasEncrypted");
+    const std::string dasSchema = item.read(Column::dasSchema);
+    const std::string dasItem = item.read(Column::dasItem);
+    const std::string dasIndexName = item.read(Column::dasIndexName);
+    const std::string dasIndexValue = item.read(Column::dasIndexValue);
+    const std::string setter = item.read(Column::setter);
+    const std::string getter = item.read(Column::getter);
+    const std::string defaultValue = item.read(Column::defaultValue);
+    const std::string userData = item.read(Column::userData);
+    const std::string isGroupItem = item.read(Column::isGroupItem);
+    const std::string dasEncrypted = item.read(Column::dasEncrypted);
     SDM_TRACE(5, "setAllManagedData id=\"%s\"\tget=\"%s\"\tset=\"%s\"\tgrp=\"%s\"\tenc=\"%s\"\tusr=\"%s\"",
               rootId.c_str(), getter.c_str(), setter.c_str(), isGroupItem.c_str(), dasEncrypted.c_str(),
               userData.c_str());

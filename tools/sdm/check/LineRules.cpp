@@ -85,7 +85,7 @@ std::string separatorHint(std::string_view text)
 {
   for (const char separator : {';', '\t', '|'})
   {
-    if (std::count(text.begin(), text.end(), separator) >= 11)
+    if (static_cast<std::size_t>(std::count(text.begin(), text.end(), separator)) + 1 >= columnCount)
       return "; columns are separated by commas alone";
   }
   return "; columns at the end have to be there, too, even when they are empty";
@@ -99,8 +99,8 @@ void lookForMissingCommas(const MapText& map, Report& report)
     if (line.kind != Kind::tooFewColumns || !isOrdinary(map, line) || beginsComment(text))
       continue;
     const auto commas = static_cast<std::size_t>(std::count(text.begin(), text.end(), ','));
-    report.add(line.place,
-               "the line has " + counted(commas + 1, "column") + " instead of 12 and is skipped" + separatorHint(text));
+    report.add(line.place, "the line has " + counted(commas + 1, "column") + " instead of " +
+                               std::to_string(columnCount) + " and is skipped" + separatorHint(text));
   }
 }
 

@@ -58,10 +58,7 @@ std::size_t characterLength(std::string_view text)
 
 const char* columnName(Column which)
 {
-  static constexpr std::array<const char*, columnCount> names = {
-      "root id", "schema", "column",         "index column", "index value",         "default",
-      "setter",  "getter", "user-data mark", "group",        "alternative default", "encryption flag"};
-  return names[static_cast<std::size_t>(which)];
+  return sdm::namesOf(which).words;
 }
 
 MapText::MapText(std::string path, std::string text) : name(std::move(path)), content(std::move(text))

@@ -14,7 +14,7 @@ namespace cli::check
 {
 
 using Column = sdm::ItemMapColumn;
-constexpr std::size_t columnCount = static_cast<std::size_t>(Column::count);
+constexpr std::size_t columnCount = sdm::itemMapColumnCount;
 
 /// A piece of the file: its first byte, and the one behind its last.
 struct Span

@@ -1,4 +1,4 @@
-// Reads an item map file: one item a line, twelve columns separated by commas, no quoting.
+// Reads an item map file: one item a line, its columns separated by commas, no quoting.
 #pragma once
 
 #include <array>
@@ -7,26 +7,10 @@
 #include <memory>
 #include <string_view>
 
+#include "ItemMapColumn.h"
+
 namespace sdm
 {
-
-/// The columns of a line, in file order.
-enum class ItemMapColumn : std::size_t
-{
-  rootId,
-  dasSchema,
-  dasItem,
-  dasIndexName,
-  dasIndexValue,
-  defaultValue,
-  setter,
-  getter,
-  userData,
-  isGroupItem,
-  alternativeDefault,
-  dasEncrypted,
-  count
-};
 
 /// A forward reader over the lines of one file.
 ///
@@ -40,7 +24,7 @@ public:
 
   enum class Line
   {
-    item,          ///< `column` tells the twelve columns
+    item,          ///< `column` tells each of its columns
     tooFewColumns, ///< no item: the line lacks a comma
     readError,     ///< nothing more can be read; errno tells why
     end
@@ -62,8 +46,8 @@ public:
   /// Goes to the next line that is not passed over. The file has to be open.
   Line next();
 
-  /// The text of one column of the current item; valid until `next`. A line's text behind its twelfth comma
-  /// belongs to no column.
+  /// The text of one column of the current item; valid until `next`. What stands in a line behind the comma
+  /// that ends the last column belongs to none.
   const char* column(ItemMapColumn which) const
   {
     return columns[static_cast<std::size_t>(which)];
@@ -104,7 +88,7 @@ private:
   std::unique_ptr<std::FILE, Close> file;
   std::array<char, longestLine + 1> buffer{};
   /// Where each column begins, and where one behind the last would.
-  std::array<const char*, static_cast<std::size_t>(ItemMapColumn::count) + 1> columns{};
+  std::array<const char*, itemMapColumnCount + 1> columns{};
   unsigned long number = 0;
   bool lineContinues = false;
   bool tooLong = false;
