@@ -78,23 +78,6 @@ struct Connection::Content
     return statements.add(sql, sizeOf(sql, columns, values), session, sql, columns, values);
   }
 
-  /// Runs `action`, turning the driver's errors into ours. Its full text shows bound values, the message alone does
-  /// not.
-  template <typename Action>
-  void guarded(Action action)
-  {
-    try
-    {
-      action();
-    }
-    catch (const soci::soci_error& error)
-    {
-      const bool lost = error.get_error_category() == soci::soci_error::connection_error;
-      throwOurs(name + ": " + dialect.reasonOf(error),
-                lost ? Dialect::Trouble::lost : dialect.troubleOf(error, session));
-    }
-  }
-
   std::string name;
   const Dialect& dialect;
   soci::session session;
@@ -113,9 +96,25 @@ const Dialect& Connection::dialect() const
   return content->dialect;
 }
 
+/// Runs `action`, turning the driver's errors into ours. Its full text shows bound values, the message alone does not.
+template <typename Action>
+void Connection::guarded(Action action)
+{
+  try
+  {
+    action();
+  }
+  catch (const soci::soci_error& error)
+  {
+    const bool lost = error.get_error_category() == soci::soci_error::connection_error;
+    throwOurs(content->name + ": " + dialect().reasonOf(error),
+              lost ? Dialect::Trouble::lost : dialect().troubleOf(error, systemError()));
+  }
+}
+
 void Connection::open(const std::string& text)
 {
-  content->guarded([&] { content->session.open(content->dialect.driver(), text); });
+  guarded([&] { content->session.open(content->dialect.driver(), text); });
 }
 
 void Connection::close()
@@ -165,7 +164,7 @@ std::size_t Connection::run(const std::string& sql, std::size_t columns, Values&
   };
   try
   {
-    content->guarded(runAndRead);
+    guarded(runAndRead);
   }
   catch (...)
   {

@@ -72,6 +72,13 @@ private:
   virtual void beforeChange()
   {
   }
+  /// The number of the system's error behind the statement that failed last; 0 where the database does not tell.
+  virtual int systemError()
+  {
+    return 0;
+  }
+  template <typename Action>
+  void guarded(Action action);
   std::size_t run(const std::string& sql, std::size_t columns, Values& values, const RowReader& reader);
   void rollBack();
 

@@ -1,6 +1,7 @@
 #include "Database.h"
 
 #include <fcntl.h>
+#include <sqlite3.h>
 
 #include <cerrno>
 #include <cstdint>
@@ -10,6 +11,7 @@
 #include "Files.h"
 #include "ScratchFolder.h"
 #include "SqliteDialect.h"
+#include "SqliteHandle.h"
 #include "Trouble.h"
 #include "host/PrivateFiles.h"
 #include <logAppUni.h>
@@ -97,6 +99,17 @@ void Database::beforeChange()
     throw DiskTrouble(refusal);
 }
 
+int Database::systemError()
+{
+  return handle == nullptr ? 0 : sqlite3_system_errno(handle);
+}
+
+void Database::openDriver(const std::string& text)
+{
+  handle = nullptr;
+  handle = handleOpenedBy([&] { open(text); });
+}
+
 void Database::requireWritable()
 {
   try
@@ -116,7 +129,7 @@ void Database::openFile()
   const std::string connection = SqliteDialect::connectionText(file);
   makeFile(file);
   makeChangesFile(file);
-  open(connection);
+  openDriver(connection);
   prepareForDurability();
   requireSound();
   requireWritable();
@@ -132,7 +145,7 @@ void Database::openCopy()
     // What was committed last may stand there alone.
     if (std::filesystem::exists(file.string() + "-wal"))
       std::filesystem::copy_file(file.string() + "-wal", copy.string() + "-wal");
-    open(SqliteDialect::connectionText(copy));
+    openDriver(SqliteDialect::connectionText(copy));
     requireSound();
     // Everything in the one file that is open, so that the folder can go.
     select("PRAGMA journal_mode = DELETE", 1);
@@ -144,7 +157,7 @@ void Database::openCopy()
     logAppUni("HostPlatform", "host/src/Database", 2, __LINE__, "nothing of %s can be read: %s", file.c_str(),
               error.what());
     close();
-    open(":memory:");
+    openDriver(":memory:");
   }
 }
 

@@ -8,6 +8,8 @@
 #include "Connection.h"
 #include "host/Storage.h"
 
+struct sqlite3;
+
 namespace host
 {
 /// The name of its errors is the file's.
@@ -26,6 +28,8 @@ public:
 
 private:
   void beforeChange() override;
+  int systemError() override;
+  void openDriver(const std::string& text);
   void openFile();
   void openCopy();
   void requireSound();
@@ -37,5 +41,7 @@ private:
   const Storage storage;
   const std::string refusal;
   bool copyTakesChanges = true;
+  /// The driver's; null while none is open.
+  sqlite3* handle = nullptr;
 };
 } // namespace host

@@ -7,7 +7,6 @@
 namespace soci
 {
 class backend_factory;
-class session;
 class soci_error;
 } // namespace soci
 
@@ -35,8 +34,8 @@ public:
   /// The driver's side; it lives as long as the process.
   virtual const soci::backend_factory& driver() const = 0;
 
-  /// `session` is the one that the error is of, asked at once, and may have failed to open.
-  virtual Trouble troubleOf(const soci::soci_error& error, soci::session& session) const = 0;
+  /// `systemError` is the number of the system's error behind this one; 0 where it is not known.
+  virtual Trouble troubleOf(const soci::soci_error& error, int systemError) const = 0;
 
   /// The database's own words, without the driver's.
   virtual std::string reasonOf(const soci::soci_error& error) const = 0;

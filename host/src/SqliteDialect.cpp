@@ -17,14 +17,6 @@ const soci::backend_factory& SqliteDialect::driver() const
 
 namespace
 {
-/// The number of the system's error behind the last one, 0 for none. The driver keeps the description of this type to
-/// itself, so nobody can check it at run time.
-__attribute__((no_sanitize("vptr"))) int systemError(soci::session& session)
-{
-  auto* backend = static_cast<soci::sqlite3_session_backend*>(session.get_backend());
-  return backend == nullptr ? 0 : sqlite_api::sqlite3_system_errno(backend->conn_);
-}
-
 /// A full disk is told as such only where it is met while writing.
 Dialect::Trouble troubleOfSystem(int reason)
 {
@@ -43,7 +35,7 @@ Dialect::Trouble troubleOfSystem(int reason)
 }
 } // namespace
 
-Dialect::Trouble SqliteDialect::troubleOf(const soci::soci_error& error, soci::session& session) const
+Dialect::Trouble SqliteDialect::troubleOf(const soci::soci_error& error, int systemError) const
 {
   const auto* own = dynamic_cast<const soci::sqlite3_soci_error*>(&error);
   switch (own == nullptr ? SQLITE_ERROR : own->result() & 0xFF)
@@ -56,7 +48,7 @@ Dialect::Trouble SqliteDialect::troubleOf(const soci::soci_error& error, soci::s
     return Trouble::diskFull;
   case SQLITE_CANTOPEN:
   case SQLITE_IOERR:
-    return troubleOfSystem(systemError(session));
+    return troubleOfSystem(systemError);
   case SQLITE_READONLY:
   case SQLITE_PERM:
     return Trouble::notWritable;

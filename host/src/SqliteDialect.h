@@ -12,7 +12,7 @@ class SqliteDialect : public Dialect
 {
 public:
   const soci::backend_factory& driver() const override;
-  Trouble troubleOf(const soci::soci_error& error, soci::session& session) const override;
+  Trouble troubleOf(const soci::soci_error& error, int systemError) const override;
   std::string reasonOf(const soci::soci_error& error) const override;
   std::string beginningToWrite() const override;
   std::string rowNumberType() const override;
