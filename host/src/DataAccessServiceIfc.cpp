@@ -7,7 +7,6 @@
 #include "DasReply.h"
 #include "DasRequest.h"
 #include "Database.h"
-#include "FaultLayer.h"
 #include "Refusal.h"
 #include "SqliteDialect.h"
 #include "Trouble.h"
@@ -23,10 +22,10 @@ constexpr int databaseKind = 0x64617301;
 
 struct DataAccessService::Content
 {
-  Content(const std::filesystem::path& itsFile, Storage storage, const std::string& whyCopied)
+  Content(const std::filesystem::path& itsFile, Storage storage, const std::string& whyCopied, Disk* disk)
       : file(itsFile),
-        database(
-            std::make_unique<Database>(file, databaseKind, DasCatalog::layout(sqliteDialect()), storage, whyCopied))
+        database(std::make_unique<Database>(file, databaseKind, DasCatalog::layout(sqliteDialect()), storage, whyCopied,
+                                            disk))
   {
     catalog.load(*database);
   }
@@ -78,8 +77,8 @@ struct DataAccessService::Content
 };
 
 DataAccessService::DataAccessService(const std::filesystem::path& database, Storage storage,
-                                     const std::string& whyCopied)
-    : content(std::make_unique<Content>(database, storage, whyCopied))
+                                     const std::string& whyCopied, Disk* disk)
+    : content(std::make_unique<Content>(database, storage, whyCopied, disk))
 {
   content->copied = storage == Storage::copy;
 }
@@ -119,8 +118,6 @@ std::vector<SchemaDefinition> DataAccessService::schemas()
 
 std::string DataAccessService::sendRequest(const char* request, std::size_t length)
 {
-  if (std::optional<std::string> demanded = replyOnDemand(request, length))
-    return *std::move(demanded);
   DasRequest asked;
   try
   {

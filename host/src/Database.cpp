@@ -7,7 +7,6 @@
 #include <cstdint>
 #include <sstream>
 
-#include "FaultLayer.h"
 #include "Files.h"
 #include "ScratchFolder.h"
 #include "SqliteDialect.h"
@@ -72,8 +71,12 @@ std::string firstComplaint(const std::string& row)
 } // namespace
 
 Database::Database(const std::filesystem::path& itsFile, int applicationId, const std::vector<std::string>& layout,
-                   Storage itsStorage, const std::string& whyCopied)
-    : Connection(itsFile.string(), sqliteDialect()), file(itsFile), storage(itsStorage), refusal(whyCopied)
+                   Storage itsStorage, const std::string& whyCopied, Disk* itsDisk)
+    : Connection(itsFile.string(), sqliteDialect()),
+      file(itsFile),
+      storage(itsStorage),
+      refusal(whyCopied),
+      disk(itsDisk)
 {
   // The database's own code opens each of them, and would wait for whoever writes into a pipe.
   for (const char* part : {"", "-wal", "-shm", "-journal"})
@@ -92,10 +95,10 @@ Database::Database(const std::filesystem::path& itsFile, int applicationId, cons
 
 void Database::beforeChange()
 {
-  if (storage == Storage::file)
-    requireRoom(file);
+  if (storage == Storage::file && disk != nullptr)
+    disk->beforeChange(file);
   // Later answers give the reason that the start gave, and not that the copy may not be written.
-  else if (!copyTakesChanges && !refusal.empty())
+  if (storage == Storage::copy && !copyTakesChanges && !refusal.empty())
     throw DiskTrouble(refusal);
 }
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Connection.h"
+#include "host/Disk.h"
 #include "host/Storage.h"
 
 struct sqlite3;
@@ -19,9 +20,10 @@ public:
   /// Opens the file or makes it. A new one gets `applicationId`, which tells what it is for, and the layout that the
   /// statements make; an existing one must bear that id and be sound. From then on a commit returns when it is on the
   /// disk. With `Storage::copy` the file stays as it is: a copy of it is opened, or when that cannot be an empty
-  /// database, and neither takes changes: each is refused with `whyCopied`, in words for the operator.
+  /// database, and neither takes changes: each is refused with `whyCopied`, in words for the operator. `disk`
+  /// (borrowed) is asked before each change of the file; null for nobody.
   Database(const std::filesystem::path& file, int applicationId, const std::vector<std::string>& layout,
-           Storage storage = Storage::file, const std::string& whyCopied = "");
+           Storage storage = Storage::file, const std::string& whyCopied = "", Disk* disk = nullptr);
 
   /// Lets a copy take changes, which go with it, or not; a file always does.
   void allowChangesOfCopy(bool allowed);
@@ -40,6 +42,7 @@ private:
   const std::filesystem::path file;
   const Storage storage;
   const std::string refusal;
+  Disk* const disk;
   bool copyTakesChanges = true;
   /// The driver's; null while none is open.
   sqlite3* handle = nullptr;

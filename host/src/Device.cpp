@@ -11,9 +11,11 @@
 #include "LockedFolder.h"
 #include "Trouble.h"
 #include "host/DasCrypt.h"
+#include "host/FaultyServices.h"
 #include "host/LockWatch.h"
 #include "host/PhysicalInterfaceServiceIfc.h"
 #include "host/PrivateFiles.h"
+#include "host/SvcRTEContext.h"
 #include "host/keepAside.h"
 #include "host/logAppUni.h"
 
@@ -185,7 +187,7 @@ bool isEmptied(const std::filesystem::path& file)
 }
 
 template <typename Service>
-std::unique_ptr<Service> openedOrBegunAnew(const std::filesystem::path& file, Notices& notices)
+std::unique_ptr<Service> openedOrBegunAnew(const std::filesystem::path& file, Disk& disk, Notices& notices)
 {
   std::error_code unknown;
   const std::filesystem::path changes = file.string() + "-wal";
@@ -196,24 +198,24 @@ std::unique_ptr<Service> openedOrBegunAnew(const std::filesystem::path& file, No
     if (isEmptied(file))
       notices.add(file.string() + ": is empty, as after a power cut while it was made, and is begun anew: if it should "
                                   "hold values, put a backup in its place");
-    return std::make_unique<Service>(file);
+    return std::make_unique<Service>(file, Storage::file, "", &disk);
   }
   catch (const DamagedFile& damage)
   {
     const std::string aside = keepAside(file).string();
     notices.add(std::string(damage.what()) + "; it is kept as " + aside +
                 " and an empty one takes its place: put a backup there, or set the values again");
-    return std::make_unique<Service>(file);
+    return std::make_unique<Service>(file, Storage::file, "", &disk);
   }
 }
 
 /// The service on its file, or on what the disk lets it have.
 template <typename Service>
-std::unique_ptr<Service> opened(const std::filesystem::path& file, Notices& notices)
+std::unique_ptr<Service> opened(const std::filesystem::path& file, Disk& disk, Notices& notices)
 {
   try
   {
-    return openedOrBegunAnew<Service>(file, notices);
+    return openedOrBegunAnew<Service>(file, disk, notices);
   }
   catch (const DiskTrouble& trouble)
   {
@@ -251,17 +253,20 @@ struct Device::Content
         notices(closedToOthers(folder)),
         log(settings, notices),
         key(folder / "das.key", notices),
-        das(opened<DataAccessService>(folder / "das.db", notices)),
-        traffic(*das, rememberedExchanges),
-        store(opened<LocalMgmtStore>(folder / "ocms.db", notices)),
+        das(opened<DataAccessService>(folder / "das.db", disk, notices)),
+        faultyDas(*das),
+        traffic(faultyDas, rememberedExchanges),
+        store(opened<LocalMgmtStore>(folder / "ocms.db", disk, notices)),
+        faultyStore(*store),
         securityLog(openedLog(folder / "security.log", notices)),
+        faultySecurityLog(*securityLog, (folder / "security.log").string()),
         interfaces(settings.interfaceCount)
   {
     noteChanges();
     setSlowWait(settings.slowWait);
     context.offer("DataAccessServiceIfc", &traffic);
-    context.offer("LocalMgmtIfc", store.get());
-    context.offer("SecurityLogServiceIfc", securityLog.get());
+    context.offer("LocalMgmtIfc", &faultyStore);
+    context.offer("SecurityLogServiceIfc", &faultySecurityLog);
     context.offer("PhysicalInterfaceServiceIfc", &interfaces);
   }
 
@@ -292,12 +297,17 @@ struct Device::Content
   Notices notices;
   OpenLog log;
   KeyInPlace key;
+  FaultyDisk disk;
   std::unique_ptr<DataAccessService> das;
+  FaultyDataAccessService faultyDas;
   TrafficRecorder traffic;
   std::unique_ptr<LocalMgmtStore> store;
+  FaultyLocalMgmt faultyStore;
   std::unique_ptr<SecurityLogService> securityLog;
+  FaultySecurityLogService faultySecurityLog;
   PhysicalInterfaceService interfaces;
   RuntimeContext context;
+  FaultyContext faultyContext{context};
 };
 
 Device::Device(const DeviceSettings& settings) : content(std::make_unique<Content>(settings))
@@ -306,9 +316,19 @@ Device::Device(const DeviceSettings& settings) : content(std::make_unique<Conten
 
 Device::~Device() = default;
 
-RuntimeContext& Device::context()
+::SvcRTEContext& Device::context()
 {
-  return content->context;
+  return content->faultyContext;
+}
+
+::LocalMgmtIfc& Device::offeredStore()
+{
+  return content->faultyStore;
+}
+
+::SecurityLogServiceIfc& Device::offeredSecurityLog()
+{
+  return content->faultySecurityLog;
 }
 
 DataAccessService& Device::das()

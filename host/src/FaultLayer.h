@@ -1,25 +1,26 @@
-// Where the host's services ask whether they are to fail just now. Without faults that is one look at a flag.
+// Where the wrappers that fail on demand ask whether they are to fail just now. Without faults that is one look at a
+// flag.
 #pragma once
 
-#include <cstddef>
-#include <filesystem>
 #include <optional>
-#include <string>
+
+#include "host/Faults.h"
 
 namespace host
 {
-/// Whether a search for this interface is to find nothing.
-[[nodiscard]] bool isAbsentOnDemand(const std::string& interfaceName);
+/// Who meets a fault.
+enum class FaultMeeting
+{
+  search, ///< whoever looks for a service; an absent one is met there
+  call    ///< whoever calls it, who meets all else
+};
 
-/// The reply to the request `text` in place of the real one; nothing when the request is to be carried out. Waits where
-/// that is demanded.
-[[nodiscard]] std::optional<std::string> replyOnDemand(const char* text, std::size_t length);
+/// Whether any fault is set.
+[[nodiscard]] bool faultsAreSet();
 
-[[nodiscard]] bool encryptionFailsOnDemand();
+/// The fault of this place, counted as met; nothing when there is none, or only one for the other meeting.
+[[nodiscard]] std::optional<Fault> metFault(FaultPlace place, FaultMeeting meeting = FaultMeeting::call);
 
-/// `operation` is for the log.
-[[nodiscard]] bool storeRefusesOnDemand(const char* operation);
-
-/// Throws `DiskTrouble` naming the file, as a write to a full disk does.
-void requireRoom(const std::filesystem::path& file);
+/// The line of a fault that was met: `what` says who failed.
+void logMetFault(int line, const char* what);
 } // namespace host

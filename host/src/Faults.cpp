@@ -1,3 +1,4 @@
+// Which faults are set, for the whole process, and how often each is still to be met.
 #include "host/Faults.h"
 
 #include <logAppUni.h>
@@ -5,14 +6,9 @@
 #include <atomic>
 #include <map>
 #include <mutex>
-#include <thread>
 
-#include "DasReply.h"
-#include "DasRequest.h"
 #include "Everlasting.h"
 #include "FaultLayer.h"
-#include "Refusal.h"
-#include "Trouble.h"
 #include "host/Error.h"
 
 namespace host
@@ -57,44 +53,6 @@ bool has(FaultPlace place, FaultKind kind)
     return place == FaultPlace::disk;
   }
   return false;
-}
-
-/// The fault of this place, counted as met; nothing when there is none, or only one for the other way to it: searches
-/// meet an absent service, calls all else.
-std::optional<Fault> met(FaultPlace place, bool searching)
-{
-  Demands& state = demands();
-  if (!state.any.load(std::memory_order_relaxed))
-    return std::nullopt;
-  const std::lock_guard<std::mutex> lock(state.mutex);
-  const auto found = state.all.find(place);
-  if (found == state.all.end() || (found->second.kind == FaultKind::absent) != searching)
-    return std::nullopt;
-  Fault fault = found->second;
-  if (fault.calls && --*found->second.calls == 0)
-    state.all.erase(found);
-  state.any = !state.all.empty();
-  return fault;
-}
-
-void logDemand(int line, const char* what)
-{
-  if (loggingOnAppUni("HostPlatform", demandLevel))
-    logAppUni("HostPlatform", "host/src/Faults", demandLevel, line, "fault on demand: %s", what);
-}
-
-DasRequest readAsFarAsItGoes(const char* text, std::size_t length)
-{
-  DasRequest request;
-  try
-  {
-    readDasRequest(text, length, request);
-  }
-  catch (const Refusal&)
-  {
-    // The real service would refuse it; here the answer is nonsense anyway.
-  }
-  return request;
 }
 } // namespace
 
@@ -141,63 +99,31 @@ WithoutFaults::~WithoutFaults()
   --withoutFaults;
 }
 
-bool isAbsentOnDemand(const std::string& interfaceName)
+bool faultsAreSet()
 {
-  const bool das = interfaceName == "DataAccessServiceIfc";
-  if (!das && interfaceName != "LocalMgmtIfc")
-    return false;
-  if (!met(das ? FaultPlace::das : FaultPlace::store, true))
-    return false;
-  logDemand(__LINE__, das ? "the Data Access Service is not found" : "the local management store is not found");
-  return true;
+  return demands().any.load(std::memory_order_relaxed);
 }
 
-std::optional<std::string> replyOnDemand(const char* text, std::size_t length)
+std::optional<Fault> metFault(FaultPlace place, FaultMeeting meeting)
 {
-  const std::optional<Fault> fault = met(FaultPlace::das, false);
-  if (!fault)
+  if (!faultsAreSet() || (place == FaultPlace::encryption && withoutFaults > 0))
     return std::nullopt;
-  if (fault->kind == FaultKind::slow)
-  {
-    logDemand(__LINE__, "the Data Access Service is slow");
-    std::this_thread::sleep_for(fault->delay);
+  Demands& state = demands();
+  const std::lock_guard<std::mutex> lock(state.mutex);
+  const auto found = state.all.find(place);
+  const bool searching = meeting == FaultMeeting::search;
+  if (found == state.all.end() || (found->second.kind == FaultKind::absent) != searching)
     return std::nullopt;
-  }
-  logDemand(__LINE__, "the Data Access Service does not carry out a request");
-  if (fault->kind == FaultKind::empty)
-    return "";
-  const DasRequest request = readAsFarAsItGoes(text, length);
-  if (fault->kind == FaultKind::refused)
-    return dasErrorReply(request.schema, "refused on demand");
-  const bool reading = request.kind == DasRequest::Kind::read;
-  // Cut before anything in it could be taken for a value.
-  const std::string ofRightKind = reading ? DasReadReply(request.schema).finished() : dasUpdateReply(request.schema);
-  if (fault->kind == FaultKind::malformed)
-    return ofRightKind.substr(0, ofRightKind.rfind('<'));
-  return reading ? dasUpdateReply(request.schema) : DasReadReply(request.schema).finished();
+  Fault fault = found->second;
+  if (fault.calls && --*found->second.calls == 0)
+    state.all.erase(found);
+  state.any = !state.all.empty();
+  return fault;
 }
 
-bool encryptionFailsOnDemand()
+void logMetFault(int line, const char* what)
 {
-  if (withoutFaults > 0 || !met(FaultPlace::encryption, false))
-    return false;
-  logDemand(__LINE__, "encryption fails");
-  return true;
-}
-
-bool storeRefusesOnDemand(const char* operation)
-{
-  if (!met(FaultPlace::store, false))
-    return false;
-  logDemand(__LINE__, (std::string("the local management store refuses a ") + operation).c_str());
-  return true;
-}
-
-void requireRoom(const std::filesystem::path& file)
-{
-  if (!met(FaultPlace::disk, false))
-    return;
-  logDemand(__LINE__, "the disk is full");
-  throw DiskTrouble(file.string() + ": the disk is full, on demand");
+  if (loggingOnAppUni("HostPlatform", demandLevel))
+    logAppUni("HostPlatform", "host/src/Faults", demandLevel, line, "fault on demand: %s", what);
 }
 } // namespace host

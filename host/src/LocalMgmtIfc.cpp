@@ -7,7 +7,6 @@
 
 #include "Database.h"
 #include "Deliveries.h"
-#include "FaultLayer.h"
 
 namespace host
 {
@@ -42,8 +41,8 @@ std::vector<std::string> rootIdsOf(ManageableData& data)
 /// in the order of the changes.
 struct LocalMgmtStore::Content
 {
-  Content(const std::filesystem::path& file, Storage storage, const std::string& whyCopied)
-      : database(file, databaseKind, layout(), storage, whyCopied)
+  Content(const std::filesystem::path& file, Storage storage, const std::string& whyCopied, Disk* disk)
+      : database(file, databaseKind, layout(), storage, whyCopied, disk)
   {
   }
 
@@ -112,8 +111,9 @@ struct LocalMgmtStore::Content
   Deliveries deliveries;
 };
 
-LocalMgmtStore::LocalMgmtStore(const std::filesystem::path& database, Storage storage, const std::string& whyCopied)
-    : content(std::make_unique<Content>(database, storage, whyCopied))
+LocalMgmtStore::LocalMgmtStore(const std::filesystem::path& database, Storage storage, const std::string& whyCopied,
+                               Disk* disk)
+    : content(std::make_unique<Content>(database, storage, whyCopied, disk))
 {
 }
 
@@ -122,13 +122,11 @@ LocalMgmtStore::~LocalMgmtStore() = default;
 bool LocalMgmtStore::registerService(const std::string&, MgmtAgentIfc*, int version)
 {
   // Nothing is asked of a registered service: agents hear of what they subscribed to.
-  return version == 1 && !storeRefusesOnDemand("registration");
+  return version == 1;
 }
 
 bool LocalMgmtStore::lookupData(ManageableData& data)
 {
-  if (storeRefusesOnDemand("lookup"))
-    return false;
   try
   {
     const std::lock_guard<std::mutex> lock(content->mutex);
@@ -147,16 +145,12 @@ bool LocalMgmtStore::lookupData(ManageableData& data)
 
 bool LocalMgmtStore::subscribe(std::list<std::string>& rootIds, MgmtAgentIfc* agent)
 {
-  if (storeRefusesOnDemand("subscription"))
-    return false;
   content->deliveries.subscribe(rootIds, agent);
   return true;
 }
 
 bool LocalMgmtStore::publishData(ManageableData& data)
 {
-  if (storeRefusesOnDemand("publication"))
-    return false;
   try
   {
     const std::lock_guard<std::mutex> lock(content->mutex);
@@ -176,8 +170,6 @@ bool LocalMgmtStore::checkData(ManageableData& data, void*)
 {
   const std::vector<std::string> rootIds = rootIdsOf(data);
   std::string objection;
-  if (!rootIds.empty() && storeRefusesOnDemand("check for locks"))
-    objection = rootIds.front();
   try
   {
     const std::lock_guard<std::mutex> lock(content->mutex);

@@ -10,7 +10,6 @@
 #include <string_view>
 #include <utility>
 
-#include "FaultLayer.h"
 #include "Files.h"
 #include "LogRotation.h"
 #include "PlainLine.h"
@@ -158,7 +157,6 @@ void SecurityLogService::logSecurityEvent(time_t when, int facility, int severit
   const std::lock_guard<std::mutex> lock(mutex);
   if (!unwritable.empty())
     throw Error(unwritable);
-  requireRoom(file);
   if (endsInsideLine())
     line.insert(0, endOfTornLine);
   if (isFull(line.size()))

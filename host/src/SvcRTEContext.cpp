@@ -1,7 +1,5 @@
 #include "host/SvcRTEContext.h"
 
-#include "FaultLayer.h"
-
 namespace host
 {
 void RuntimeContext::offer(const std::string& interfaceName, Executable* service)
@@ -20,8 +18,6 @@ void RuntimeContext::withdraw(const std::string& interfaceName)
 
 Executable* RuntimeContext::findService(const std::string& interfaceName)
 {
-  if (isAbsentOnDemand(interfaceName))
-    return nullptr;
   const std::lock_guard<std::mutex> lock(mutex);
   const auto found = services.find(interfaceName);
   return found == services.end() ? nullptr : found->second;

@@ -81,10 +81,10 @@ TEST_F(DeviceFolder, LastsWithAllFoldersAboveThatWereMadeForIt)
 TEST_F(DeviceFolder, OffersItsServicesWithTheTrafficInFront)
 {
   host::Device device(settings(4));
-  host::RuntimeContext& context = device.context();
+  SvcRTEContext& context = device.context();
   EXPECT_EQ(context.findService("DataAccessServiceIfc"), &device.traffic());
-  EXPECT_EQ(context.findService("LocalMgmtIfc"), static_cast<::LocalMgmtIfc*>(&device.store()));
-  EXPECT_EQ(context.findService("SecurityLogServiceIfc"), &device.securityLog());
+  EXPECT_EQ(context.findService("LocalMgmtIfc"), &device.offeredStore());
+  EXPECT_EQ(context.findService("SecurityLogServiceIfc"), &device.offeredSecurityLog());
   auto* interfaces = dynamic_cast<::PhysicalInterfaceServiceIfc*>(context.findService("PhysicalInterfaceServiceIfc"));
   ASSERT_NE(interfaces, nullptr);
   EXPECT_EQ(interfaces->getInterfaceCount(), 4U);

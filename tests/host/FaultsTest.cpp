@@ -12,6 +12,7 @@
 
 #include "DasFixture.h"
 #include "host/DasCrypt.h"
+#include "host/FaultyServices.h"
 #include "host/LocalMgmtIfc.h"
 #include "host/SecurityLogServiceIfc.h"
 #include "host/SvcRTEContext.h"
@@ -39,12 +40,21 @@ protected:
   {
     return das.storedCell("Plain", "A", "", "");
   }
+  std::string read(const std::string& schema)
+  {
+    return hosttest::send(faultyDas, hosttest::readRequest(schema));
+  }
+  std::string update(const std::string& schema, const std::string& rest)
+  {
+    return hosttest::send(faultyDas, hosttest::updateRequest(schema, rest));
+  }
   std::string changed()
   {
     return update("Plain", "<A>new</A>");
   }
 
   const std::string written = hosttest::updateReply("Plain");
+  host::FaultyDataAccessService faultyDas{das};
 };
 } // namespace
 
@@ -116,8 +126,9 @@ TEST_F(Faults, LetASlowRequestBeCarriedOutLater)
 
 TEST_F(Faults, HideAServiceFromThoseWhoLookForIt)
 {
-  host::RuntimeContext context;
-  context.offer("DataAccessServiceIfc", &das);
+  host::RuntimeContext real;
+  real.offer("DataAccessServiceIfc", &das);
+  host::FaultyContext context(real);
   set(FaultPlace::das, FaultKind::absent, 1);
   EXPECT_EQ(changed(), written) << "who found it before keeps it";
   EXPECT_EQ(context.findService("DataAccessServiceIfc"), nullptr);
@@ -126,9 +137,10 @@ TEST_F(Faults, HideAServiceFromThoseWhoLookForIt)
 
 TEST_F(Faults, HideNoOtherService)
 {
-  host::RuntimeContext context;
+  host::RuntimeContext real;
   host::SecurityLogService log(folder / "security.log");
-  context.offer("SecurityLogServiceIfc", &log);
+  real.offer("SecurityLogServiceIfc", &log);
+  host::FaultyContext context(real);
   set(FaultPlace::das, FaultKind::absent);
   set(FaultPlace::store, FaultKind::absent);
   EXPECT_EQ(context.findService("SecurityLogServiceIfc"), &log);
@@ -185,8 +197,9 @@ TEST_F(Faults, AreNotMetByThoseWhoLookBehindTheService)
 
 TEST_F(Faults, LetTheStoreRefuseEverythingAndChangeNothing)
 {
-  host::LocalMgmtStore store(folder / "ocms.db");
-  store.change("item", "old");
+  host::LocalMgmtStore real(folder / "ocms.db");
+  host::FaultyLocalMgmt store(real);
+  real.change("item", "old");
   ManageableData data;
   data.populate("item", "item", "new");
   std::list<std::string> rootIds = {"item"};
@@ -197,29 +210,42 @@ TEST_F(Faults, LetTheStoreRefuseEverythingAndChangeNothing)
   EXPECT_FALSE(store.publishData(data));
   EXPECT_FALSE(store.checkData(data, nullptr));
   EXPECT_EQ(data.getRootId(), "item");
-  EXPECT_EQ(store.value("item"), "old");
+  EXPECT_EQ(real.value("item"), "old");
   host::endFaults();
   EXPECT_TRUE(store.publishData(data));
-  EXPECT_EQ(store.value("item"), "new");
+  EXPECT_EQ(real.value("item"), "new");
 }
 
 TEST_F(Faults, LetAFullDiskTakeNothingAndGiveEverything)
 {
-  host::LocalMgmtStore store(folder / "ocms.db");
-  host::SecurityLogService log(folder / "security.log");
-  changed();
+  host::FaultyDisk disk;
+  host::DataAccessService service(folder / "full.db", host::Storage::file, "", &disk);
+  host::LocalMgmtStore store(folder / "ocms.db", host::Storage::file, "", &disk);
+  service.provision({{"Plain", "", {"A"}, {}}});
+  const auto updated = [&service](const std::string& value)
+  { return hosttest::send(service, hosttest::updateRequest("Plain", "<A>" + value + "</A>")); };
+  updated("old");
   store.change("item", "old");
   set(FaultPlace::disk, FaultKind::full);
-  EXPECT_TRUE(holds(update("Plain", "<A>newer</A>"), "das.db: the disk is full, on demand"));
-  EXPECT_TRUE(holds(read("Plain"), "<A>new</A>"));
+  EXPECT_TRUE(holds(updated("new"), "full.db: the disk is full, on demand"));
   EXPECT_TRUE(holds(errorOf([&] { store.change("item", "new"); }), "ocms.db: the disk is full"));
+  EXPECT_TRUE(holds(hosttest::send(service, hosttest::readRequest("Plain")), "<A>old</A>"));
   EXPECT_EQ(store.value("item"), "old");
-  EXPECT_TRUE(holds(errorOf([&] { log.logSecurityEvent(0, 4, 1, 5, 3, false, "r", "", ""); }), "security.log"));
-  EXPECT_TRUE(log.lastLines(1).empty());
   host::endFaults();
-  EXPECT_EQ(update("Plain", "<A>newer</A>"), written);
-  log.logSecurityEvent(0, 4, 1, 5, 3, false, "r", "", "");
-  EXPECT_EQ(log.lastLines(9).size(), 1U);
+  EXPECT_EQ(updated("new"), written);
+}
+
+TEST_F(Faults, LetASecurityLogTakeNoRecordsWhileTheDiskIsFull)
+{
+  host::SecurityLogService real(folder / "security.log");
+  host::FaultySecurityLogService log(real, "security.log");
+  const auto logRecord = [&log] { log.logSecurityEvent(0, 4, 1, 5, 3, false, "r", "", ""); };
+  set(FaultPlace::disk, FaultKind::full);
+  EXPECT_EQ(errorOf(logRecord), "security.log: the disk is full, on demand");
+  EXPECT_TRUE(real.lastLines(1).empty());
+  host::endFaults();
+  logRecord();
+  EXPECT_EQ(real.lastLines(9).size(), 1U);
 }
 
 TEST_F(Faults, AreOnlyThoseThatAPlaceHas)

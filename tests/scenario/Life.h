@@ -15,6 +15,7 @@
 #include <ServiceDataManagerIfc.h>
 #include <ValidatorIfc.h>
 #include <host/Device.h>
+#include <host/SvcRTEContext.h>
 
 namespace scenario
 {

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "host/Disk.h"
 #include "host/HostExport.h"
 #include "host/Storage.h"
 
@@ -37,9 +38,9 @@ public:
   /// the reason, such as a file that is no database or a database of another kind.
   ///
   /// On a disk that takes no changes a copy can do: it answers reads, refuses updates with `whyCopied`, and keeps what
-  /// is provisioned to itself.
+  /// is provisioned to itself. `disk` (borrowed) is asked before each change of the file; null for nobody.
   explicit DataAccessService(const std::filesystem::path& database, Storage storage = Storage::file,
-                             const std::string& whyCopied = "");
+                             const std::string& whyCopied = "", Disk* disk = nullptr);
   ~DataAccessService() override;
   DataAccessService(const DataAccessService&) = delete;
   DataAccessService& operator=(const DataAccessService&) = delete;

@@ -1,6 +1,10 @@
 // A whole host device in one folder, brought up in order.
 #pragma once
 
+#include <LocalMgmtIfc.h>
+#include <SecurityLogServiceIfc.h>
+#include <SvcRTEContext.h>
+
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
@@ -12,7 +16,6 @@
 #include "host/HostExport.h"
 #include "host/LocalMgmtIfc.h"
 #include "host/SecurityLogServiceIfc.h"
-#include "host/SvcRTEContext.h"
 #include "host/Traffic.h"
 
 namespace host
@@ -50,11 +53,16 @@ public:
   Device(const Device&) = delete;
   Device& operator=(const Device&) = delete;
 
-  /// Offers the four services under the names of their interfaces; the Data Access Service with `traffic` in front.
-  RuntimeContext& context();
+  /// Offers the four services under the names of their interfaces, each behind its wrapper of FaultyServices.h; the
+  /// Data Access Service with `traffic` in front as well.
+  ::SvcRTEContext& context();
 
-  /// The database itself, without `traffic` in front. This and the next three are the device's and live as long as it;
-  /// they may be asked for from any thread.
+  /// What the context offers for the store and the security log below.
+  ::LocalMgmtIfc& offeredStore();
+  ::SecurityLogServiceIfc& offeredSecurityLog(); ///< as above
+
+  /// The database itself, without `traffic` and faults in front. This and the next three are the device's and live as
+  /// long as it; they may be asked for from any thread.
   DataAccessService& das();
   /// What the service and the database said to each other, the last 100 exchanges, of 4 MiB at most.
   TrafficRecorder& traffic();

@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "host/Disk.h"
 #include "host/HostExport.h"
 #include "host/Storage.h"
 
@@ -27,9 +28,10 @@ class SDM_HOST_EXPORT LocalMgmtStore : public ::LocalMgmtIfc
 {
 public:
   /// Opens the database or makes it. Throws `Error` naming the file and the reason. On a disk that takes no changes a
-  /// copy can do: it is read, and refuses changes as a failing database does; `whyCopied` is logged then.
+  /// copy can do: it is read, and refuses changes as a failing database does; `whyCopied` is logged then. `disk`
+  /// (borrowed) is asked before each change of the file; null for nobody.
   explicit LocalMgmtStore(const std::filesystem::path& database, Storage storage = Storage::file,
-                          const std::string& whyCopied = "");
+                          const std::string& whyCopied = "", Disk* disk = nullptr);
   ~LocalMgmtStore() override;
   LocalMgmtStore(const LocalMgmtStore&) = delete;
   LocalMgmtStore& operator=(const LocalMgmtStore&) = delete;

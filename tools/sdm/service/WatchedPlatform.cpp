@@ -112,8 +112,8 @@ private:
 WatchedPlatform::WatchedPlatform(host::Device& itsDevice, CallListener& itsListener)
     : device(itsDevice),
       listener(itsListener),
-      store(std::make_unique<WatchedStore>(device.store(), listener)),
-      securityLog(std::make_unique<WatchedSecurityLog>(device.securityLog(), listener))
+      store(std::make_unique<WatchedStore>(device.offeredStore(), listener)),
+      securityLog(std::make_unique<WatchedSecurityLog>(device.offeredSecurityLog(), listener))
 {
   device.traffic().listen(this);
 }
@@ -127,9 +127,9 @@ Executable* WatchedPlatform::findService(const std::string& interfaceName)
 {
   Executable* found = device.context().findService(interfaceName);
   listener.serviceSought(interfaceName, found != nullptr);
-  if (found == static_cast<LocalMgmtIfc*>(&device.store()))
+  if (found == &device.offeredStore())
     return store.get();
-  if (found == static_cast<SecurityLogServiceIfc*>(&device.securityLog()))
+  if (found == &device.offeredSecurityLog())
     return securityLog.get();
   return found;
 }
