@@ -1,3 +1,4 @@
+// Parts come up in the order in which they need each other: the folder, its owner and map, the device, the service.
 #include "RunningDevice.h"
 
 #include <algorithm>
@@ -9,7 +10,6 @@
 #include "host/DasCrypt.h"
 #include "host/Error.h"
 #include "host/Faults.h"
-#include "host/PrivateFiles.h"
 #include "map/Schemas.h"
 
 namespace cli
@@ -30,40 +30,23 @@ std::unique_ptr<host::Device> bringUp(const std::filesystem::path& folder, const
   return std::make_unique<host::Device>(device);
 }
 
-/// The device's folder; for a recording one without a device.
-std::filesystem::path folderFor(const RunSettings& settings, bool records)
-{
-  std::filesystem::path folder = std::filesystem::absolute(settings.device).lexically_normal();
-  for (const char* name : {"das.db", "ocms.db"})
-  {
-    if (records && std::filesystem::exists(folder / name))
-      throw StartError("a recording begins with a new device, and " + folder.string() +
-                       " has one already; choose another folder with --device");
-  }
-  return folder;
-}
-
-bool isKeyLost(const std::filesystem::path& folder)
-{
-  return std::filesystem::exists(folder / "das.db") && !std::filesystem::exists(folder / "das.key");
-}
-
 } // namespace
 
-RunningDevice::RunningDevice(const RunSettings& settings, record::Recorder* itsRecorder)
-try : loaded(settings.service.value_or(sampleService())), path(folderFor(settings, itsRecorder != nullptr)),
-    owner(path, loaded, settings.takeOver), map(path, settings.map, loaded), interfaces(settings.interfaces),
-    table(map.file()), masks(table), lostKey(isKeyLost(path)), platform(bringUp(path, settings)), events(path),
-    historian(events, table, masks, interfaces), recorder(itsRecorder), outcomes(table), watched(*platform, listeners)
+RunningDevice::RunningDevice(const RunSettings& settings, record::Recorder* recorder)
+try : loaded(settings.service.value_or(sampleService())), place(settings.device, recorder != nullptr),
+    owner(folder(), loaded, settings.takeOver), map(folder(), settings.map, loaded), interfaces(settings.interfaces),
+    table(map.file()), masks(table), platform(bringUp(folder(), settings)),
+    listeners(folder(), table, masks, interfaces, *platform)
 {
-  closeOwnFiles();
-  beginRecord(settings);
-  listeners.add(outcomes);
-  listeners.add(historian);
+  ownNotices = place.closeOwnFiles();
+  if (recorder != nullptr)
+    listeners.record(*recorder,
+                     {SDM_VERSION, loaded.name(), record::digestOf(map.file()), interfaces, settings.logLevel});
+  listeners.listen();
   map.enter();
   provision();
   platform->das().provision(loaded.provisioning());
-  start(lostKey);
+  start(place.hadLostItsKey());
   map.keep();
   rememberOwner();
 }
@@ -78,8 +61,7 @@ catch (const std::filesystem::filesystem_error& error)
 
 RunningDevice::~RunningDevice()
 {
-  if (recorder != nullptr)
-    recorder->end();
+  listeners.endRecord();
   takeDown();
 }
 
@@ -91,22 +73,11 @@ void RunningDevice::rememberOwner()
       ownNotices.push_back(notice);
 }
 
-void RunningDevice::beginRecord(const RunSettings& settings)
-{
-  if (recorder == nullptr)
-    return;
-  const record::Header header = {SDM_VERSION, loaded.name(), record::digestOf(map.file()), interfaces,
-                                 settings.logLevel};
-  recorder->begin(header, table, masks, path);
-  recorded = std::make_unique<record::RecordedLog>(*recorder);
-  listeners.add(*recorder);
-}
-
 bool RunningDevice::startService()
 {
   try
   {
-    running = std::make_unique<RunningService>(loaded.service(), watched, table, &listeners);
+    running = std::make_unique<RunningService>(loaded.service(), listeners.platform(), table, &listeners.all());
     return running->start(itemMap);
   }
   catch (const host::Error&)
@@ -129,18 +100,11 @@ void RunningDevice::takeDown()
   running.reset();
 }
 
-/// A map has defaults of passwords in it, a history the values of what is not known as a secret.
-void RunningDevice::closeOwnFiles()
-{
-  for (std::string& notice : host::closeToOthers(path, {mapName, "history.log", "service.json"}))
-    ownNotices.push_back(std::move(notice));
-}
-
 std::vector<std::string> RunningDevice::notices() const
 {
   std::vector<std::string> all = map.notices();
   all.insert(all.end(), ownNotices.begin(), ownNotices.end());
-  if (const std::string problem = events.problem(); !problem.empty())
+  if (const std::string problem = listeners.history().problem(); !problem.empty())
     all.push_back(problem + "; what gives items their values is not kept until that is mended");
   for (const std::string& notice : platform->notices())
     all.push_back(notice);
@@ -156,14 +120,14 @@ void RunningDevice::provision()
   catch (const host::Error& error)
   {
     throw StartError("the item map " + map.file().string() + " does not fit the database " +
-                     (path / "das.db").string() + ": " + error.what() +
+                     (folder() / "das.db").string() + ": " + error.what() +
                      "; mend the map, or choose another folder with --device");
   }
 }
 
 void RunningDevice::start(bool newKey)
 {
-  outcomes.take();
+  listeners.takeOutcomes();
   const auto began = std::chrono::steady_clock::now();
   const bool registered = startService();
   started = summarise(began);
@@ -174,7 +138,7 @@ void RunningDevice::start(bool newKey)
 StartSummary RunningDevice::startAnew()
 {
   takeDown();
-  events.forgetLive();
+  listeners.history().forgetLive();
   loaded.makeAnew();
   start(false);
   return started;
@@ -183,16 +147,11 @@ StartSummary RunningDevice::startAnew()
 StartSummary RunningDevice::restart()
 {
   running->takeReport();
-  outcomes.take();
+  listeners.takeOutcomes();
   const auto began = std::chrono::steady_clock::now();
   running->restart(itemMap);
   started = summarise(began);
   return started;
-}
-
-PlatformReport RunningDevice::takeOutcomes()
-{
-  return outcomes.take();
 }
 
 StartSummary RunningDevice::summarise(std::chrono::steady_clock::time_point began)
@@ -200,60 +159,10 @@ StartSummary RunningDevice::summarise(std::chrono::steady_clock::time_point bega
   StartSummary summary;
   summary.duration = std::chrono::steady_clock::now() - began;
   summary.calls = running->takeReport();
-  summary.platform = outcomes.take();
+  summary.platform = listeners.takeOutcomes();
   summary.imported = summary.platform.imported;
   summary.localValues = summary.calls.localValues;
   return summary;
-}
-
-const StartSummary& RunningDevice::summary() const
-{
-  return started;
-}
-
-const std::filesystem::path& RunningDevice::mapFile() const
-{
-  return map.file();
-}
-
-const std::string& RunningDevice::mapChange() const
-{
-  return map.change();
-}
-
-const ItemTable& RunningDevice::items() const
-{
-  return table;
-}
-
-const Masking& RunningDevice::masking() const
-{
-  return masks;
-}
-
-host::Device& RunningDevice::device()
-{
-  return *platform;
-}
-
-const History& RunningDevice::history() const
-{
-  return events;
-}
-
-const std::string& RunningDevice::serviceName() const
-{
-  return loaded.name();
-}
-
-RunningService& RunningDevice::service()
-{
-  return *running;
-}
-
-const std::filesystem::path& RunningDevice::folder() const
-{
-  return path;
 }
 
 const std::string& RunningDevice::defaultOf(const MapItem& item) const
@@ -287,16 +196,6 @@ bool RunningDevice::isUndecryptable(const MapItem& item)
   std::string plain;
   const host::WithoutFaults asItIs;
   return cell && !cell->empty() && !DasCrypt::fromEncryptedText(*cell, plain);
-}
-
-bool RunningDevice::hasSetter(const MapItem& item) const
-{
-  return running->manager().hasSetter(item.setter);
-}
-
-bool RunningDevice::hasGetter(const MapItem& item) const
-{
-  return running->manager().hasGetter(item.getter);
 }
 
 } // namespace cli

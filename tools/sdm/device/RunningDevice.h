@@ -7,19 +7,16 @@
 #include <string>
 #include <vector>
 
+#include "DeviceFolder.h"
+#include "DeviceListeners.h"
 #include "DeviceMap.h"
 #include "DeviceOwner.h"
 #include "RunSettings.h"
-#include "history/HistoryRecorder.h"
 #include "host/Device.h"
 #include "map/ItemTable.h"
 #include "map/Masking.h"
-#include "service/CallListeners.h"
 #include "service/LoadedService.h"
-#include "service/PlatformWatch.h"
 #include "service/RunningService.h"
-#include "service/WatchedPlatform.h"
-#include "transcript/RecordedLog.h"
 #include "transcript/Recorder.h"
 
 namespace cli
@@ -47,7 +44,7 @@ class RunningDevice
 public:
   /// Throws `StartError` with a line for the operator. Everything from here on is recorded when there is a recorder,
   /// which is borrowed; then the device has to be a new one, or nobody could do the same again.
-  explicit RunningDevice(const RunSettings& settings, record::Recorder* itsRecorder = nullptr);
+  explicit RunningDevice(const RunSettings& settings, record::Recorder* recorder = nullptr);
   ~RunningDevice();
   RunningDevice(const RunningDevice&) = delete;
   RunningDevice& operator=(const RunningDevice&) = delete;
@@ -60,21 +57,50 @@ public:
   StartSummary startAnew();
 
   /// Of the last start.
-  const StartSummary& summary() const;
-
+  const StartSummary& summary() const
+  {
+    return started;
+  }
   /// The file that the operator named, not the device's copy.
-  const std::filesystem::path& mapFile() const;
+  const std::filesystem::path& mapFile() const
+  {
+    return map.file();
+  }
   /// What became of the device's copy of an earlier map, in words; empty when it is the same.
-  const std::string& mapChange() const;
-  const ItemTable& items() const;
-  const Masking& masking() const;
-  host::Device& device();
+  const std::string& mapChange() const
+  {
+    return map.change();
+  }
+  const ItemTable& items() const
+  {
+    return table;
+  }
+  const Masking& masking() const
+  {
+    return masks;
+  }
+  host::Device& device()
+  {
+    return *platform;
+  }
   /// Of this run and earlier ones.
-  const History& history() const;
+  const History& history() const
+  {
+    return listeners.history();
+  }
   /// By the name that it gave itself.
-  const std::string& serviceName() const;
-  RunningService& service();
-  const std::filesystem::path& folder() const;
+  const std::string& serviceName() const
+  {
+    return loaded.name();
+  }
+  RunningService& service()
+  {
+    return *running;
+  }
+  const std::filesystem::path& folder() const
+  {
+    return place.path();
+  }
 
   /// What is not as it should be, each as a sentence that says what to do.
   std::vector<std::string> notices() const;
@@ -92,39 +118,39 @@ public:
 
   /// What became of the manager's requests to the platform since the last call. What a command does not take is told
   /// when it ends.
-  PlatformReport takeOutcomes();
+  PlatformReport takeOutcomes()
+  {
+    return listeners.takeOutcomes();
+  }
 
   /// Whether the service has a callback for it.
-  bool hasSetter(const MapItem& item) const;
-  bool hasGetter(const MapItem& item) const;
+  bool hasSetter(const MapItem& item) const
+  {
+    return running->manager().hasSetter(item.setter);
+  }
+  bool hasGetter(const MapItem& item) const
+  {
+    return running->manager().hasGetter(item.getter);
+  }
 
 private:
-  void closeOwnFiles();
   void rememberOwner();
   void provision();
-  void beginRecord(const RunSettings& settings);
   bool startService();
   void start(bool newKey);
   void takeDown();
   StartSummary summarise(std::chrono::steady_clock::time_point began);
 
   LoadedService loaded;
-  std::filesystem::path path;
+  DeviceFolder place;
   DeviceOwner owner;
   std::vector<std::string> ownNotices;
   DeviceMap map;
   std::uint32_t interfaces;
   ItemTable table;
   Masking masks;
-  bool lostKey;
   std::unique_ptr<host::Device> platform;
-  History events;
-  HistoryRecorder historian;
-  record::Recorder* recorder;
-  std::unique_ptr<record::RecordedLog> recorded;
-  PlatformWatch outcomes;
-  CallListeners listeners;
-  WatchedPlatform watched;
+  DeviceListeners listeners;
   std::unique_ptr<RunningService> running;
   StartSummary started;
 };

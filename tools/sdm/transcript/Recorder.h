@@ -3,18 +3,14 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
 #include <set>
 #include <string>
-#include <utility>
 #include <vector>
 
-#include <nlohmann/json_fwd.hpp>
-
-#include "Secrets.h"
+#include "SafeEvents.h"
 #include "TranscriptFile.h"
 #include "host/logAppUni.h"
 #include "map/ItemTable.h"
@@ -35,11 +31,6 @@ struct Header
   int logLevel = 2;
 };
 
-/// A command as a transcript has it: the line with names in place of its secrets, those words included whose numbers
-/// are given. Only the prompt knows what the words of a command mean.
-using CommandMask = std::function<std::string(const std::string& line, const ItemTable& items, const Masking& masking,
-                                              Secrets& secrets, const std::set<std::size_t>& secretWords)>;
-
 /// The digest as a header has it. Throws `StartError` when the file cannot be read.
 std::string digestOf(const std::filesystem::path& path);
 
@@ -47,9 +38,6 @@ std::string digestOf(const std::filesystem::path& path);
 class Recorder : public CallListener
 {
 public:
-  using Json = nlohmann::ordered_json;
-  using Values = std::vector<std::pair<std::string, std::string>>;
-
   /// Throws `StartError` when the file cannot be made, and when there is one already unless it may be overwritten. The
   /// file takes its place at `end`; without that nothing stays of it.
   Recorder(const std::filesystem::path& file, CommandMask mask, bool overwrites = false);
@@ -87,18 +75,16 @@ public:
   void recordEnded(const RecordCall& call) override;
 
 private:
-  struct Scene;
-
-  void write(const Json& event);
-  std::string safe(const std::string& text);
-  void addThrown(Json& event, const std::optional<std::string>& thrown);
-  Json valuesOf(const Values& values);
-  Json askedValuesOf(const Values& values);
+  void write(const SafeEvents::Json& event);
+  /// Writes what `event` makes while there is a recording.
+  template <typename Event>
+  void tell(const Event& event);
 
   std::recursive_mutex mutex;
   TranscriptFile file;
   const CommandMask commandMask;
-  std::unique_ptr<Scene> scene;
+  /// Null before the beginning and after the end.
+  std::unique_ptr<SafeEvents> events;
   std::size_t commands = 0;
 };
 
