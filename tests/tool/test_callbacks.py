@@ -121,6 +121,23 @@ class Callbacks(ProgramTest):
         program.stdin.close()
         self.assertEqual(self.run_loose("get bell.name").after("bell.name = "), "before")
 
+    def test_a_second_interrupt_says_where_the_transcript_stands(self):
+        file = os.path.join(self.folder, "transcript.jsonl")
+        self.options = (*self.options, "--record", file)
+        program = self.start("set bell.name before\nset bell.mode hang\n")
+        self.wait_for(program.stdout, "bell.name = before")
+        time.sleep(0.5)
+        for text in ("still runs", "the program ends here"):
+            program.send_signal(signal.SIGINT)
+            told = self.wait_for(program.stderr, text)
+        self.assertEqual(program.wait(20), 130)
+        program.stdin.close()
+        self.assertTrue(told.endswith("; the program ends here; the transcript %s lacks its end; what there is stands in "
+                                      "%s.part\n" % (file, file)), told)
+        self.assertFalse(os.path.exists(file))
+        with open(file + ".part") as part:
+            self.assertIn('{"command":"set bell.mode hang"}\n', part.read())
+
     def test_an_interrupt_without_a_terminal_ends_behind_the_command(self):
         program = self.start("set bell.name a\nset bell.mode doze\nset bell.name b\n")
         self.wait_for(program.stdout, "bell.name = a")

@@ -72,6 +72,31 @@ class Refusals(ProgramTest):
         self.assertEqual(run.code, 1)
 
 
+class FirstStarts(ProgramTest):
+    def store_zone(self, value):
+        self.run_script("set time.zone Europe/Rome")
+        database = sqlite3.connect(os.path.join(self.device, "das.db"))
+        with database:
+            database.execute("UPDATE TimeSettings SET Zone = ?", (value,))
+        database.close()
+
+    def test_what_a_start_prints_as_refused_is_an_exit_code_of_a_script(self):
+        self.store_zone("Mars")
+        for commands in ((), ("get display.banner",)):
+            run = self.run_script(*commands)
+            self.assertIn("  refused time.zone: must be UTC", run.err)
+            self.assertEqual(run.code, 1)
+        self.run_script("set time.zone UTC")
+        self.assertEqual(self.run_script().code, 0)
+
+    def test_a_schema_that_a_start_cannot_read_is_an_exit_code_of_a_script(self):
+        self.store_zone("a\x1b")
+        for options in ((), ("--quiet",)):
+            run = self.run_script("get time.zone", options=options)
+            self.assertIn("  failed TimeSettings: the database holds a value that XML cannot carry\n", run.err)
+            self.assertEqual(run.code, 1)
+
+
 class ManySchemas(ProgramTest):
     """More than the exchanges that are remembered for `traffic`."""
 

@@ -58,6 +58,23 @@ ExitCode refuseSubcommand(const std::string& name)
   return exitUsage;
 }
 
+/// What is wrong, in the words that the program has for it everywhere. The parser's errors begin with the option.
+std::string inOwnWords(const CLI::ParseError& error)
+{
+  const std::string text = error.what();
+  const std::string kind = error.get_name();
+  const std::string option = text.substr(0, text.find_first_of(": "));
+  if (kind == "RequiresError")
+    return option + " is for use with " + text.substr(text.rfind(' ') + 1) + " alone";
+  if (kind == "RequiredError")
+    return (option == "A" ? "a subcommand" : option) + " is missing";
+  if (kind == "ArgumentMismatch" && text.find("flag override") != std::string::npos)
+    return "--" + option + " takes no value";
+  if (kind == "ArgumentMismatch")
+    return option + (text.find("received") != std::string::npos ? " is given more than once" : " needs a value");
+  return text;
+}
+
 ExitCode explain(const CLI::App& app, const CLI::ParseError& error)
 {
   const auto chosen = app.get_subcommands();
@@ -72,7 +89,7 @@ ExitCode explain(const CLI::App& app, const CLI::ParseError& error)
   if (lacksSubcommand)
     return refuseSubcommand(unknown.front());
   if (unknown.empty())
-    std::cerr << "sdm: " << shown(error.what()) << "\n";
+    std::cerr << "sdm: " << shown(inOwnWords(error)) << "\n";
   for (const std::string& word : unknown)
     std::cerr << "sdm: " << shownValue(word) << " is not expected here\n";
   const auto known = knownWords(app, chosen.empty() ? nullptr : chosen.front());
@@ -91,6 +108,8 @@ std::variant<Action, ExitCode> readArguments(int argc, const char* const* argv)
   app.set_version_flag("--version", std::string("sdm ") + SDM_VERSION);
   app.footer(footer);
   app.require_subcommand(1);
+  // For the subcommands as well: an option without a value would take "=no" for a yes.
+  app.option_defaults()->disable_flag_override();
   std::vector<std::pair<const CLI::App*, Action>> actions;
   for (const Subcommand& each : subcommands())
   {

@@ -1,10 +1,13 @@
-// An option that takes one of some words.
+// Options that take one of some words, or a number between two.
 #pragma once
 
 #include <CLI/CLI.hpp>
 
+#include <charconv>
+#include <cstdint>
 #include <map>
 #include <string>
+#include <system_error>
 #include <type_traits>
 #include <vector>
 
@@ -36,6 +39,24 @@ CLI::Validator oneOf(const std::map<std::string, Value>& words)
         return std::string();
       },
       "");
+}
+
+/// Refuses every text but the whole numbers from `lowest` to `highest`, in words of its own.
+inline CLI::Validator between(std::int64_t lowest, std::int64_t highest)
+{
+  const std::string least = std::to_string(lowest);
+  const std::string most = std::to_string(highest);
+  return CLI::Validator(
+      [=](std::string& text)
+      {
+        std::int64_t number = 0;
+        const auto [end, problem] = std::from_chars(text.data(), text.data() + text.size(), number);
+        const bool whole = problem == std::errc() && end == text.data() + text.size();
+        return whole && number >= lowest && number <= highest
+                   ? std::string()
+                   : shownValue(text) + " is no whole number from " + least + " to " + most;
+      },
+      "INT in [" + least + " - " + most + "]");
 }
 
 } // namespace cli

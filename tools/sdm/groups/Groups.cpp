@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "GroupReport.h"
+#include "base/OneOf.h"
 #include "base/ScratchFolder.h"
 #include "base/Shown.h"
 #include "base/StartError.h"
@@ -177,7 +178,7 @@ Action addGroups(CLI::App& app)
          "--timeout", [settings](unsigned seconds) { settings->patience = std::chrono::seconds(seconds); },
          "Seconds after which a request that does not come back counts as one that ends the service")
       ->type_name("S")
-      ->check(CLI::Range(1, 86400))
+      ->check(between(1, 86400))
       ->default_str(std::to_string(settings->patience.count()));
   app.add_flag("--json", settings->json, "Write one JSON document");
   app.footer(footer);

@@ -102,11 +102,12 @@ bool isTooLong(const std::string& line, std::size_t number, Session& session)
   return true;
 }
 
+/// What the start printed as failed or refused counts as a command's refusal does.
 ExitCode takeScript(Session& session, Interrupts& interrupts, record::Recorder* recorder)
 {
   bool interrupted = false;
   const auto reader = makePlainReader(interrupts, interrupted);
-  ExitCode code = exitDone;
+  ExitCode code = session.takeRefused() || failed(session.running.summary()) ? exitRefused : exitDone;
   std::size_t number = 0;
   for (std::string line; !session.quit && reader->next(line);)
   {
@@ -190,6 +191,8 @@ ExitCode runRecorded(const RunSettings& settings, record::Recorder* recorder)
   const bool interactive = isTerminal(STDIN_FILENO) && isTerminal(STDOUT_FILENO);
   Interrupts interrupts;
   interrupts.doing("bringing the device up");
+  if (recorder != nullptr)
+    interrupts.leaves(shown(recorder->unfinished()));
   const auto device = broughtUp(withConsole(settings, interactive), recorder);
   RunningDevice& running = *device;
   Session session(running, outputFor(settings, interactive));

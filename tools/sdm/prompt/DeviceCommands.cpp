@@ -145,7 +145,7 @@ Outcome restartService(Session& session, const Arguments&)
   if (platform.noStore || platform.publishRefused)
     return session.refuse(std::string("the local store ") + (platform.noStore ? "was not found" : "refused") +
                           ", so it does not have what changed");
-  return platform.noDatabase || !platform.failures.empty() ? Outcome::refused : Outcome::done;
+  return failed(summary) ? Outcome::refused : Outcome::done;
 }
 
 Outcome lockItem(Session& session, const Arguments& arguments)

@@ -145,10 +145,10 @@ void Interrupts::leaveTo(const std::function<void()>& call)
   set(State::working);
 }
 
-void Interrupts::atEnd(std::function<void()> itsLast)
+void Interrupts::leaves(const std::string& unfinished)
 {
   const std::lock_guard<std::mutex> hold(mutex);
-  last = std::move(itsLast);
+  left = unfinished;
 }
 
 void Interrupts::listen()
@@ -183,9 +183,7 @@ void Interrupts::hear()
     say(text + "; Ctrl-C again ends the program");
     return;
   }
-  say(text + "; the program ends here");
-  if (last)
-    last();
+  say(text + "; the program ends here" + (left.empty() ? "" : "; " + left));
   ::_exit(exitInterrupted);
 }
 

@@ -42,9 +42,8 @@ public:
   /// Leaves interrupts to another program, which has the terminal, until `call` is over.
   void leaveTo(const std::function<void()>& call);
 
-  /// What is done before an interrupt ends the program, in place of the destructors that do not run then. Called on
-  /// the thread of interrupts; it must not wait for the work.
-  void atEnd(std::function<void()> last);
+  /// Says beside the end by an interrupt what is left unfinished then, in words that may be shown.
+  void leaves(const std::string& unfinished);
 
 private:
   enum class State
@@ -64,7 +63,7 @@ private:
   std::string work = "the program";
   std::chrono::steady_clock::time_point began = std::chrono::steady_clock::now();
   unsigned heard = 0;
-  std::function<void()> last;
+  std::string left;
   const bool takenOver;
   sigset_t before{};
   const Descriptor signals;

@@ -100,6 +100,11 @@ std::string encryptionWarning(const RunningDevice& running)
          "; the value is stored unencrypted";
 }
 
+bool failed(const StartSummary& summary)
+{
+  return summary.platform.noDatabase || !summary.platform.failures.empty() || !summary.registered;
+}
+
 void printStart(Session& session, const StartSummary& summary, const std::string& headline)
 {
   if (!session.quiet)

@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include "Rehearsal.h"
+#include "base/OneOf.h"
 #include "base/Shown.h"
 
 namespace cli
@@ -80,7 +81,7 @@ void replay::addReplayOptions(CLI::App& app, ReplaySettings& settings)
          "--timeout", [&settings](unsigned seconds) { settings.patience = std::chrono::seconds(seconds); },
          "Seconds after which a transcript that does not end counts as different")
       ->type_name("S")
-      ->check(CLI::Range(1, 86400))
+      ->check(between(1, 86400))
       ->default_str(std::to_string(settings.patience.count()));
 }
 

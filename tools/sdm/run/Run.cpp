@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 
+#include "base/OneOf.h"
 #include "prompt/CommandLoop.h"
 #include "prompt/Commands.h"
 
@@ -31,7 +32,7 @@ std::string footer()
          "\n"
          "Exit codes:\n"
          "  0  done\n"
-         "  1  a command of a script was refused or failed, or output was lost\n"
+         "  1  the start or a command of a script was refused or failed, or output was lost\n"
          "  2  wrong usage of the command line\n"
          "  3  the device cannot be brought up: service, item map, folder, database or key\n"
          "  130  interrupted\n";
@@ -54,12 +55,12 @@ Action addRun(CLI::App& run)
   run.add_option("--interfaces", settings->interfaces,
                  "Physical interfaces of the unit; with 2, 3 or 4 the alternative defaults apply")
       ->type_name("N")
-      ->check(CLI::Range(0, 64))
+      ->check(between(0, 64))
       ->capture_default_str();
   run.add_option("--log-level", settings->logLevel,
                  "How much is logged: 2 failures, 3 refusals, 4 operations, 5 with requests, 6 everything")
       ->type_name("L")
-      ->check(CLI::Range(0, 6))
+      ->check(between(0, 6))
       ->capture_default_str();
   run.add_flag("--show-log", settings->showLog, "Show log lines on the terminal as well");
   run.add_flag("--quiet", settings->quiet, "Leave out reports of starts that went well, and log lines");
@@ -67,7 +68,7 @@ Action addRun(CLI::App& run)
          "--slow-wait", [settings](std::int64_t limit) { settings->slowWait = std::chrono::milliseconds(limit); },
          "Log whoever waits longer for the service's lock, and who holds it; 0 logs none")
       ->type_name("MS")
-      ->check(CLI::Range(0, 3600000))
+      ->check(between(0, 3600000))
       ->default_str(std::to_string(settings->slowWait.count()));
   CLI::Option* record =
       run.add_option("--record", settings->record,

@@ -94,6 +94,11 @@ std::optional<std::string> Recorder::secret(const std::string& name)
   return events ? events->secrets().plainOf(name) : std::nullopt;
 }
 
+std::string Recorder::unfinished() const
+{
+  return file.unfinished();
+}
+
 std::string Recorder::trouble()
 {
   const Lock lock(mutex);

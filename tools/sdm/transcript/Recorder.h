@@ -60,6 +60,9 @@ public:
   /// The secret that has this name so far.
   std::optional<std::string> secret(const std::string& name);
 
+  /// What is missing, and where the rest stands, when the program ends before `end`.
+  std::string unfinished() const;
+
   /// Why something is missing in the file; empty when nothing is.
   std::string trouble();
 

@@ -122,9 +122,18 @@ void TranscriptFile::finish()
 
 void TranscriptFile::fail(const std::string& why)
 {
-  failure = "the transcript " + path.string() + " cannot be written any more, so its end is missing: " + why;
-  if (!part.empty())
-    failure += "; what there is stands in " + part.string();
+  failure = "the transcript " + path.string() + " cannot be written any more, so its end is missing: " + why +
+            whereItStands();
+}
+
+std::string TranscriptFile::unfinished() const
+{
+  return "the transcript " + path.string() + " lacks its end" + whereItStands();
+}
+
+std::string TranscriptFile::whereItStands() const
+{
+  return part.empty() ? "" : "; what there is stands in " + part.string();
 }
 
 } // namespace cli::record

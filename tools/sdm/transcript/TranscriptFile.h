@@ -31,6 +31,9 @@ public:
   /// Puts what was written into its place, for good.
   void finish();
 
+  /// What is missing, and where the rest stands, when the program ends before `finish`.
+  std::string unfinished() const;
+
   /// Why something is missing in the file, with its name; empty when nothing is.
   const std::string& trouble() const
   {
@@ -44,6 +47,7 @@ private:
   int opened();
   bool takePlace();
   void fail(const std::string& why);
+  std::string whereItStands() const;
 
   const std::filesystem::path path;
   const bool overwrites;
