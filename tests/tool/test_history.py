@@ -90,6 +90,9 @@ class History(ProgramTest):
         self.assertIn('<Schema name="TimeSettings">', request)
         self.assertNotIn("#%d request" % (int(number) + 20), run.out, "the last start's, not an earlier one's")
         self.assertGreater(int(number), 20)
+        events = [line for line in run.lines() if "  database  " in line]
+        self.assertTrue(events[-1].endswith("  taken, request " + number), events)
+        self.assertEqual(self.told("time.zone")["events"][-1]["request"], int(number), "to who reads the file alone")
 
     def test_an_item_that_gets_nothing_any_more_has_no_value(self):
         self.run_script("changed phone.room 4")

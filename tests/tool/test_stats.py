@@ -34,6 +34,14 @@ class Stats(ProgramTest):
             self.assertEqual(sum(histogram), calls, name)
             self.assertEqual(len(histogram), 6, name)
 
+    def test_the_slowest_stand_first(self):
+        run, rows = self.stats("fault das slow 30", "set display.brightness 60")
+        totals = [float(re.split(r"  +", line)[2]) for line in run.lines() if line.split("  ")[0] in rows]
+        self.assertEqual(len(totals), len(rows))
+        self.assertEqual(totals, sorted(totals, reverse=True))
+        self.assertEqual(next(iter(rows)), "DataAccessServiceIfc")
+        self.assertNotEqual(list(rows), sorted(rows))
+
     def test_tells_of_the_lock(self):
         run, _ = self.stats(options=("--slow-wait", "250"))
         self.assertIn("the lock is free\n", run.out)

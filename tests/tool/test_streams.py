@@ -56,6 +56,12 @@ class Scripts(ProgramTest):
         self.assertEqual([line.split(":")[0] for line in run.remarks()],
                          ["ip.address keeps its value, because its group was not accepted", "refused"])
 
+    def test_the_log_is_shown_unless_quiet_and_in_spite_of_it_where_asked_for(self):
+        for options, shows in (((), True), (("--quiet",), False), (("--quiet", "--show-log"), True)):
+            run = self.run_script("set ip.address 10.0.0.5", options=("--log-level", "4", *options))
+            self.assertEqual(" ServiceDataManager " in run.err, shows, options)
+            self.assertEqual("is up on" in run.err, "--quiet" not in options)
+
     def test_list_takes_any_part_of_an_id_and_what_was_changed(self):
         run = self.run_script("set time.zone Europe/Rome", "list --changed", "list .pollMin")
         self.assertEqual([line.split()[0] for line in run.lines()[1:] if "." in line.split()[0]],

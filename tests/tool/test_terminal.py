@@ -233,6 +233,13 @@ class Terminal(ProgramTest):
         self.type("list\r", "sdm> ")
         self.type("get time.zone\r", "time.zone = UTC")
 
+    def test_shows_the_log_where_it_is_asked_for(self):
+        self.type("exit\r", "\n")
+        self.exit_code()
+        self.open_terminal(options=("--show-log", "--quiet", "--log-level", "4"))
+        self.assertNotIn("is up on", self.screen)
+        self.assertIn("ServiceDataManager", self.type("set ip.address 10.0.0.5\r", "group IpAddressing"))
+
     def test_keeps_the_log_in_its_file(self):
         shown = self.type("set ip.address 10.0.0.5\r", "group IpAddressing")
         self.assertNotIn("ServiceDataManager", shown)
