@@ -48,7 +48,8 @@ class CommandLine(ProgramTest):
             self.assertEqual(run.err.splitlines(), ["sdm: there is no subcommand chek", "did you mean check?",
                                                     "Try `sdm --help`."])
         self.assertEqual(self.sdm("nonsense").err.splitlines(),
-                         ["sdm: there is no subcommand nonsense", "Try `sdm --help`."])
+                         ["sdm: there is no subcommand nonsense, and no program sdm-nonsense beside this one",
+                          "Try `sdm --help`."])
 
     def test_a_missing_map_is_named(self):
         run = self.sdm("run", "--map", "nowhere.csv", "--device", self.device)

@@ -2,11 +2,13 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <iostream>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "ProgramsBeside.h"
 #include "Shown.h"
 #include "Suggestion.h"
 
@@ -36,12 +38,18 @@ void addOptionNames(const CLI::App& app, std::vector<std::string>& names)
   }
 }
 
+std::vector<std::string> subcommandNames()
+{
+  std::vector<std::string> names = programsBeside();
+  for (const Subcommand& each : subcommands())
+    names.emplace_back(each.name);
+  return names;
+}
+
 /// What may stand behind `sdm`, and behind the subcommand that was chosen.
 std::vector<std::string> knownWords(const CLI::App& app, const CLI::App* chosen)
 {
-  std::vector<std::string> known;
-  for (const Subcommand& each : subcommands())
-    known.emplace_back(each.name);
+  std::vector<std::string> known = subcommandNames();
   addOptionNames(app, known);
   if (chosen != nullptr)
     addOptionNames(*chosen, known);
@@ -50,11 +58,11 @@ std::vector<std::string> knownWords(const CLI::App& app, const CLI::App* chosen)
 
 ExitCode refuseSubcommand(const std::string& name)
 {
-  std::vector<std::string> known;
-  for (const Subcommand& each : subcommands())
-    known.emplace_back(each.name);
-  std::cerr << "sdm: there is no subcommand " << shownValue(name) << "\n"
-            << didYouMean(name, known, "\n") << "Try `sdm --help`.\n";
+  const std::string hint = didYouMean(name, subcommandNames(), "\n");
+  std::cerr << "sdm: there is no subcommand " << shownValue(name);
+  if (hint.empty())
+    std::cerr << ", and no program " << shownValue("sdm-" + name) << " beside this one";
+  std::cerr << "\n" << hint << "Try `sdm --help`.\n";
   return exitUsage;
 }
 
@@ -75,6 +83,18 @@ std::string inOwnWords(const CLI::ParseError& error)
   return text;
 }
 
+/// What is wrong with the words behind the program's name: those that nobody expects, or what the parser says.
+void tellOfUsage(const std::vector<std::string>& unknown, const std::vector<std::string>& known,
+                 const CLI::ParseError& error)
+{
+  if (unknown.empty())
+    std::cerr << "sdm: " << shown(inOwnWords(error)) << "\n";
+  for (const std::string& word : unknown)
+    std::cerr << "sdm: " << shownValue(word) << " is not expected here\n";
+  for (const std::string& word : unknown)
+    std::cerr << didYouMean(word, known, "\n");
+}
+
 ExitCode explain(const CLI::App& app, const CLI::ParseError& error)
 {
   const auto chosen = app.get_subcommands();
@@ -88,22 +108,27 @@ ExitCode explain(const CLI::App& app, const CLI::ParseError& error)
   }
   if (lacksSubcommand)
     return refuseSubcommand(unknown.front());
-  if (unknown.empty())
-    std::cerr << "sdm: " << shown(inOwnWords(error)) << "\n";
-  for (const std::string& word : unknown)
-    std::cerr << "sdm: " << shownValue(word) << " is not expected here\n";
-  const auto known = knownWords(app, chosen.empty() ? nullptr : chosen.front());
-  for (const std::string& word : unknown)
-    std::cerr << didYouMean(word, known, "\n");
+  tellOfUsage(unknown, knownWords(app, chosen.empty() ? nullptr : chosen.front()), error);
   const std::string name = chosen.empty() ? "run" : chosen.front()->get_name();
   std::cerr << "Try `sdm --help` or `sdm " << name << " --help`.\n";
   return exitUsage;
+}
+
+/// What this program can do itself comes first: nobody takes a subcommand's place by a file beside it.
+bool isProgramBeside(const std::string& name)
+{
+  const auto isOwn = [&](const Subcommand& each) { return name == each.name; };
+  const auto programs = programsBeside();
+  return std::none_of(subcommands().begin(), subcommands().end(), isOwn) &&
+         std::find(programs.begin(), programs.end(), name) != programs.end();
 }
 
 } // namespace
 
 std::variant<Action, ExitCode> readArguments(int argc, const char* const* argv)
 {
+  if (argc > 1 && isProgramBeside(argv[1]))
+    becomeProgramBeside(argv[1], argv);
   CLI::App app(about, "sdm");
   app.set_version_flag("--version", std::string("sdm ") + SDM_VERSION);
   app.footer(footer);
@@ -115,6 +140,11 @@ std::variant<Action, ExitCode> readArguments(int argc, const char* const* argv)
   {
     CLI::App* added = app.add_subcommand(each.name, each.summary);
     actions.emplace_back(added, each.add(*added));
+  }
+  for (const std::string& name : programsBeside())
+  {
+    if (isProgramBeside(name))
+      app.add_subcommand(name, "Run the program sdm-" + name + ", which is installed beside this one");
   }
   try
   {
@@ -130,6 +160,31 @@ std::variant<Action, ExitCode> readArguments(int argc, const char* const* argv)
       return action;
   }
   return exitUsage;
+}
+
+std::variant<Action, ExitCode> readArgumentsOf(const Subcommand& only, int argc, const char* const* argv)
+{
+  CLI::App app(only.summary, std::string("sdm ") + only.name);
+  app.set_version_flag("--version", std::string("sdm-") + only.name + " " + SDM_VERSION);
+  const Action action = only.add(app);
+  try
+  {
+    app.parse(argc, argv);
+  }
+  catch (const CLI::ParseError& error)
+  {
+    if (error.get_exit_code() == 0)
+    {
+      app.exit(error);
+      return exitDone;
+    }
+    std::vector<std::string> known;
+    addOptionNames(app, known);
+    tellOfUsage(app.remaining(), known, error);
+    std::cerr << "Try `sdm " << only.name << " --help`.\n";
+    return exitUsage;
+  }
+  return action;
 }
 
 } // namespace cli

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "ServiceCall.h"
+#include "base/ProgramsBeside.h"
 #include "base/StartError.h"
 #include "base/WholeFile.h"
 
@@ -181,9 +182,7 @@ std::unique_ptr<host::Service> make(const std::filesystem::path& path)
 
 std::filesystem::path sampleService()
 {
-  std::error_code unknown;
-  const std::filesystem::path folder = std::filesystem::read_symlink("/proc/self/exe", unknown).parent_path();
-  return (folder / SDM_SERVICES / sampleName).lexically_normal();
+  return (ownFolder() / SDM_SERVICES / sampleName).lexically_normal();
 }
 
 LoadedService::LoadedService(const std::filesystem::path& sharedObject)
