@@ -23,12 +23,6 @@ namespace
 
 const char* const itemMapFileName = "CommsSettings.csv";
 
-/// Units with 2, 3 or 4 interfaces take the alternative defaults; smaller counts wrap around to huge ones.
-bool takesAlternativeDefaults(std::uint32_t interfaceCount)
-{
-  return interfaceCount - 2U <= 2U;
-}
-
 /// Fills a text of a new item. By a new text, since an assigned one rounds its room up, and items live long.
 void keep(std::string& field, const std::string& text)
 {
@@ -133,7 +127,7 @@ void ServiceDataManager::loadItemMapFile(sdm::ItemMapFile& file)
 
   PhysicalInterfaceServiceIfc* interfaces = physicalInterfaceIfc();
   interfaceCount = interfaces != nullptr ? interfaces->getInterfaceCount() : 0;
-  const bool alternativesWanted = takesAlternativeDefaults(interfaceCount);
+  const bool alternativesWanted = sdm::takesAlternativeDefaults(interfaceCount);
   LineTexts line;
   unsigned long tooLong = 0;
   for (Line kind = file.next(); kind != Line::end; kind = file.next())

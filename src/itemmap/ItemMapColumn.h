@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 
 namespace sdm
 {
@@ -57,6 +58,13 @@ static_assert(itemMapColumns.back().words != nullptr, "a column lacks its names"
 constexpr const ItemMapColumnNames& namesOf(ItemMapColumn which)
 {
   return itemMapColumns[static_cast<std::size_t>(which)];
+}
+
+/// Whether a unit with so many interfaces takes the alternative default of an item that has one: units with 2, 3 or 4
+/// do. Smaller counts wrap around to huge ones.
+constexpr bool takesAlternativeDefaults(std::uint32_t interfaceCount)
+{
+  return interfaceCount - 2U <= 2U;
 }
 
 } // namespace sdm

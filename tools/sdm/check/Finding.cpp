@@ -33,8 +33,8 @@ const std::vector<const Rule*>& allRules()
   static const std::vector<const Rule*> rules = []
   {
     std::vector<const Rule*> collected;
-    for (const auto* subject : {&fileRules(), &lineRules(), &textRules(), &nameRules(), &identityRules(),
-                                &effectRules(), &userDataRules(), &valueRules(), &serviceRules()})
+    for (const auto* subject : {&fileRules(), &lineRules(), &notationRules(), &textRules(), &nameRules(),
+                                &identityRules(), &effectRules(), &userDataRules(), &valueRules(), &serviceRules()})
     {
       for (const Rule& rule : *subject)
         collected.push_back(&rule);

@@ -1,4 +1,4 @@
-// Lines that the library cuts, skips, or splits otherwise than their author meant.
+// Lines that the library cuts or skips, or that have too many commas.
 #include "Rules.h"
 
 #include <algorithm>
@@ -12,30 +12,15 @@ namespace
 
 using Kind = MapLine::Kind;
 
-bool beginsComment(std::string_view text)
-{
-  const std::size_t first = text.find_first_not_of(" \t");
-  if (first == std::string_view::npos)
-    return false;
-  text.remove_prefix(first);
-  return text.front() == '#' || text.front() == ';' || text.substr(0, 2) == "//";
-}
-
-bool isBlank(std::string_view text)
-{
-  return text.find_first_not_of(" \t\r") == std::string_view::npos;
-}
-
 bool isCut(const MapText& map, const MapLine& line)
 {
   return line.place.size() == sdm::ItemMapFile::longestLine && line.place.end < map.bytes().size() &&
          map.bytes()[line.place.end] != '\n';
 }
 
-/// A line that was read whole and that nothing else is said about.
-bool isOrdinary(const MapText& map, const MapLine& line)
+bool isBlank(std::string_view text)
 {
-  return !line.continued && !line.nul && !isCut(map, line);
+  return text.find_first_not_of(" \t\r") == std::string_view::npos;
 }
 
 std::string fate(const MapText& map, const MapLine& line)
@@ -115,11 +100,6 @@ bool hasSurplus(const ItemText& item)
   return !surplus.empty() && surplus.front() == ',' && hasContent(surplus);
 }
 
-bool isOpenQuote(std::string_view text)
-{
-  return !text.empty() && text.front() == '"' && (text.size() == 1 || text.back() != '"');
-}
-
 void lookForSurplus(const ItemText& item, Report& report)
 {
   if (hasSurplus(item))
@@ -139,60 +119,26 @@ void lookForTrailingCommas(const ItemText& item, Report& report)
       .fix.push_back({item.line().surplus, ""});
 }
 
-void lookForComments(const MapText& map, Report& report)
-{
-  for (const MapLine& line : map.lines())
-  {
-    if (line.kind == Kind::item || !isOrdinary(map, line) || !beginsComment(map.text(line.place)))
-      continue;
-    const bool logged = line.kind == Kind::tooFewColumns;
-    report.add(line.place, std::string("an item map has no comments; this line is ") +
-                               (logged ? "reported in the log at every start" : "passed over for being so short"));
-  }
-}
-
-void lookForCommentedItems(const ItemText& item, Report& report)
-{
-  const std::string_view rootId = item[Column::rootId];
-  if (beginsComment(rootId))
-    report.add(item.place(Column::rootId),
-               "the line is not commented out: it loads as item " + quoted(rootId) + ", and its setter runs");
-}
-
-bool isHeader(const ItemText& item)
-{
-  const std::string rootId = lowered(item[Column::rootId]);
-  const std::string schema = lowered(item[Column::dasSchema]);
-  const std::string column = lowered(item[Column::dasItem]);
-  return (rootId == "rootid" || rootId == "root id" || rootId == "root_id" || rootId == "id") &&
-         (schema == "dasschema" || schema == "schema" || schema == "das schema" || column == "dasitem" ||
-          column == "column");
-}
-
-void lookForHeader(const ItemText& item, Report& report)
-{
-  if (!isHeader(item))
-    return;
-  const std::uint32_t feed = item.line().place.end < item.map().bytes().size() ? 1 : 0;
-  report.add(item.line().place, "the names of the columns load as an item; a map has no heading")
-      .fix.push_back({{item.line().place.begin, item.line().place.end + feed}, ""});
-}
-
-void lookForQuotes(const ItemText& item, Report& report)
-{
-  for (std::size_t i = 0; i < columnCount; ++i)
-  {
-    const std::string_view text = item.map().text(item.line().columns[i]);
-    if (text.empty() || text.front() != '"')
-      continue;
-    const bool closed = !isOpenQuote(text);
-    report.add(item.line().columns[i], std::string("there is no quoting in an item map: the quotes belong to the ") +
-                                           columnName(static_cast<Column>(i)) +
-                                           (closed ? "" : ", and commas inside them separate columns"));
-  }
-}
-
 } // namespace
+
+bool beginsComment(std::string_view text)
+{
+  const std::size_t first = text.find_first_not_of(" \t");
+  if (first == std::string_view::npos)
+    return false;
+  text.remove_prefix(first);
+  return text.front() == '#' || text.front() == ';' || text.substr(0, 2) == "//";
+}
+
+bool isOrdinary(const MapText& map, const MapLine& line)
+{
+  return !line.continued && !line.nul && !isCut(map, line);
+}
+
+bool isOpenQuote(std::string_view text)
+{
+  return !text.empty() && text.front() == '"' && (text.size() == 1 || text.back() != '"');
+}
 
 bool hasShiftedColumns(const ItemText& item)
 {
@@ -231,24 +177,6 @@ const std::vector<Rule>& lineRules()
       {"trailing-commas", Severity::warning, true, "There are more commas than columns at the end of a line.",
        "The library ignores them. They do no harm, but hide it when a column is moved. --fix takes them away.",
        lookForTrailingCommas},
-      {"comment-line", Severity::warning, false, "An item map has no comments.",
-       "A line that begins with # is a line like any other: with fewer than eleven commas it is skipped and leaves a "
-       "failure in the log at every start, which hides real ones. Keep comments in a file beside the map.",
-       lookForComments},
-      {"commented-out-item", Severity::error, false, "A line that was meant to be commented out is loaded.",
-       "There are no comments: the item loads under a root id that begins with #. At start-up its setter is called "
-       "with the default, its schema is read, and it may take the place of the item that was to replace it. Delete the "
-       "line.",
-       lookForCommentedItems},
-      {"header-line", Severity::error, true, "The names of the columns are loaded as an item.",
-       "A map has no heading. The library makes an item of it, and asks the database for a schema of the name that "
-       "stands in column 2. --fix deletes the line.",
-       lookForHeader},
-      {"quoted-field", Severity::error, false, "There is no quoting: quotes become part of the text.",
-       "Spreadsheets put quotes around columns when they save a file. The library knows no quoting: names with quotes "
-       "are found by nobody, defaults reach the setter with quotes around them, and commas inside quotes separate "
-       "columns all the same.",
-       lookForQuotes},
   };
   return rules;
 }

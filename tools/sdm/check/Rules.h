@@ -12,8 +12,10 @@ namespace cli::check
 
 /// The file as a whole.
 const std::vector<Rule>& fileRules();
-/// Lines that are cut, skipped or split otherwise than meant.
+/// Lines that are cut or skipped, or that have too many commas.
 const std::vector<Rule>& lineRules();
+/// Comments, headings and quotes, which an item map does not have.
+const std::vector<Rule>& notationRules();
 /// Bytes and blanks in the columns.
 const std::vector<Rule>& textRules();
 /// Names that the messages to the database cannot carry.
@@ -90,6 +92,16 @@ std::string quoted(std::string_view text);
 
 /// "line 12".
 std::string lineOf(const MapLine& line);
+
+/// A line that was read whole and that nothing else is said about: not cut, not the rest of a cut one, without NUL
+/// bytes.
+bool isOrdinary(const MapText& map, const MapLine& line);
+
+/// Whether its author meant the text for a comment: blanks, then "#", ";" or "//".
+bool beginsComment(std::string_view text);
+
+/// Whether a quote opens the column and none closes it.
+bool isOpenQuote(std::string_view text);
 
 /// Whether the line shows that its columns are not where they were meant: text behind the twelfth, or a quote that a
 /// comma cut open.

@@ -167,7 +167,7 @@ StartSummary RunningDevice::summarise(std::chrono::steady_clock::time_point bega
 
 const std::string& RunningDevice::defaultOf(const MapItem& item) const
 {
-  return usesAlternative(item) ? item.alternativeDefault : item.defaultValue;
+  return item.defaultOf(usesAlternative(item) ? DefaultKind::alternative : DefaultKind::usual);
 }
 
 bool RunningDevice::usesAlternative(const MapItem& item) const

@@ -31,7 +31,7 @@ std::vector<std::string> valuesOf(const MapItem& item, const MoreValues& more,
     for (const std::string& value : given->second)
       addOnce(values, value);
   }
-  if (!item.alternativeDefault.empty())
+  if (item.hasAlternative())
     addOnce(values, item.alternativeDefault);
   if (const auto now = current.find(item.rootId); now != current.end())
     addOnce(values, now->second);

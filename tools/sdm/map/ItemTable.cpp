@@ -111,7 +111,7 @@ const std::vector<std::string>& ItemTable::rootIds() const
 
 bool takesAlternative(const MapItem& item, std::uint32_t interfaces)
 {
-  return interfaces >= 2 && interfaces <= 4 && !item.alternativeDefault.empty();
+  return sdm::takesAlternativeDefaults(interfaces) && item.hasAlternative();
 }
 
 } // namespace cli

@@ -12,6 +12,13 @@
 namespace cli
 {
 
+/// The two defaults that an item may have.
+enum class DefaultKind
+{
+  usual,
+  alternative
+};
+
 /// One line of the map.
 struct MapItem
 {
@@ -32,6 +39,17 @@ struct MapItem
   bool isLocal() const
   {
     return schema.empty();
+  }
+
+  bool hasAlternative() const
+  {
+    return !alternativeDefault.empty();
+  }
+
+  /// The default of this kind; the usual one where the item has no alternative default.
+  const std::string& defaultOf(DefaultKind kind) const
+  {
+    return kind == DefaultKind::alternative && hasAlternative() ? alternativeDefault : defaultValue;
   }
 };
 

@@ -33,7 +33,7 @@ std::vector<std::string> valuesOf(const SkeletonField& field)
   for (const MapItem* item : field.items)
   {
     values.push_back(item->defaultValue);
-    if (!item->alternativeDefault.empty())
+    if (item->hasAlternative())
       values.push_back(item->alternativeDefault);
   }
   return values;

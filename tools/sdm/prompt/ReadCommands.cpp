@@ -83,7 +83,7 @@ Outcome showItem(Session& session, const Arguments& arguments)
   field(session, "value", masking.value(*item, value));
   field(session, "from", session.origin(*item));
   field(session, "default", masking.value(*item, item->defaultValue));
-  if (!item->alternativeDefault.empty())
+  if (item->hasAlternative())
     field(session, "alternative",
           masking.value(*item, item->alternativeDefault) +
               (session.running.usesAlternative(*item) ? " (applies)" : ""));

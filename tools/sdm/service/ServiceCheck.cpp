@@ -1,3 +1,4 @@
+// The trial tells what it is about to do, so that its last word says where the process ended.
 #include "ServiceCheck.h"
 
 #include <string>
@@ -26,12 +27,13 @@ std::string packed(const Json& message)
 void tryService(const Tell& tell, const std::filesystem::path& service, const std::filesystem::path& map,
                 const std::filesystem::path& scratch)
 {
-  const ServiceTrial::Listener listener = {[&](const ServiceFinding& found) {
-                                             tell(packed({found.rootId, found.rule, found.text}));
-                                           },
-                                           [&](const std::string& step) { tell(packed(step)); }};
-  listener.step("while it was loaded");
-  ServiceTrial(service, map, scratch, listener).run();
+  const TrialReport report(
+      [&](const ServiceFinding& found) {
+        tell(packed({found.rootId, found.rule, found.text}));
+      },
+      [&](const std::string& step) { tell(packed(step)); });
+  report.step("while it was loaded");
+  ServiceTrial(service, map, scratch, report).run();
 }
 
 const char* ruleOf(WorkEnd::Kind kind)
