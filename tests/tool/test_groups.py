@@ -46,6 +46,16 @@ class Groups(ProgramTest):
         self.assertIn("range.high refused: (nothing)\n", run.out[high:])
         self.assertIn("range.high stored: 9\n", run.out[high:])
 
+    def test_a_refusal_by_the_database_is_an_outcome(self):
+        run = self.in_order("--permute", "--set", "range.low=20", "--set", "range.high=66")
+        self.assertEqual((run.code, run.err), (1, ""))
+        self.assertIn("      database Range: refused on demand\n", run.out)
+        told = json.loads(self.in_order("--permute", "--json", "--set", "range.high=66").out)["groups"][0]["differences"]
+        self.assertEqual([each["change"] for each in told], [{"range.low": "1", "range.high": "66"}])
+        self.assertEqual([(each["order"][0], each["outcome"]["result"], each["outcome"].get("database Range"))
+                          for each in told[0]["outcomes"]],
+                         [("range.low", "done", None), ("range.high", "refused", "refused on demand")])
+
     def test_json_tells_each_outcome(self):
         self.assertEqual(self.in_order("--permute").code, 0)
         run = self.in_order("--permute", "--json", "--set", "range.low=20")

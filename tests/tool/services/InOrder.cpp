@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <map>
 
+#include "host/Faults.h"
 #include "host/Service.h"
 
 namespace
@@ -43,6 +44,17 @@ public:
   Ends current;
 };
 
+/// The upper end that the database does not take when it came before the lower one.
+constexpr const char* refusedAlone = "66";
+
+void refuseUpdates()
+{
+  host::Fault fault;
+  fault.place = host::FaultPlace::das;
+  fault.kind = host::FaultKind::refused;
+  host::setFault(fault);
+}
+
 class End : public ManagedItemSetter
 {
 public:
@@ -57,6 +69,8 @@ public:
       error = "is below " + lower;
       return false;
     }
+    if (upper && value == refusedAlone && range.pending.count("range.low") == 0)
+      refuseUpdates();
     range.pending[rootId] = value;
     return true;
   }
