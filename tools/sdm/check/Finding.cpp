@@ -8,20 +8,6 @@
 namespace cli::check
 {
 
-const char* severityName(Severity severity)
-{
-  switch (severity)
-  {
-  case Severity::error:
-    return "error";
-  case Severity::warning:
-    return "warning";
-  case Severity::note:
-    break;
-  }
-  return "note";
-}
-
 Finding& Report::add(const Span& place, std::string text)
 {
   all.push_back({rule, place, std::move(text), {}, {}});

@@ -5,20 +5,11 @@
 #include <variant>
 #include <vector>
 
+#include "findings/Severity.h"
 #include "map/MapText.h"
 
 namespace cli::check
 {
-
-enum class Severity
-{
-  error,   ///< something in the map does not work
-  warning, ///< something in the map is probably not meant so
-  note     ///< good to know
-};
-
-/// "error", "warning", "note".
-const char* severityName(Severity severity);
 
 /// A change of the file that mends something.
 struct Edit

@@ -14,8 +14,6 @@ namespace cli::check
 namespace
 {
 
-constexpr std::size_t longestQuote = 60;
-
 struct FreeParser
 {
   void operator()(XML_Parser parser) const
@@ -79,12 +77,6 @@ std::vector<ItemText> itemsOf(const MapText& map)
       items.emplace_back(map, line);
   }
   return items;
-}
-
-std::string quoted(std::string_view text)
-{
-  std::string clean = shown(std::string(text.substr(0, 4 * longestQuote)));
-  return "\"" + clipped(clean, longestQuote) + "\"";
 }
 
 std::string lineOf(const MapLine& line)

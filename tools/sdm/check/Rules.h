@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "Finding.h"
+#include "map/ItemText.h"
 
 namespace cli::check
 {
@@ -31,53 +32,6 @@ const std::vector<Rule>& valueRules();
 /// What a service makes of its map.
 const std::vector<Rule>& serviceRules();
 
-/// An item that somebody wrote, with its columns as texts. Borrows the map.
-class ItemText
-{
-public:
-  ItemText(const MapText& map, const MapLine& line) : mapText(&map), mapLine(&line)
-  {
-  }
-
-  const MapText& map() const
-  {
-    return *mapText;
-  }
-  const MapLine& line() const
-  {
-    return *mapLine;
-  }
-  std::string_view operator[](Column which) const
-  {
-    return mapText->text(*mapLine, which);
-  }
-  /// Where the column stands in the file.
-  const Span& place(Column which) const
-  {
-    return mapLine->at(which);
-  }
-  bool has(Column which) const
-  {
-    return !place(which).empty();
-  }
-  bool isLocal() const
-  {
-    return !has(Column::dasSchema);
-  }
-  bool isUserData() const
-  {
-    return has(Column::userData);
-  }
-  bool isEncrypted() const
-  {
-    return (*this)[Column::dasEncrypted] == "true";
-  }
-
-private:
-  const MapText* mapText;
-  const MapLine* mapLine;
-};
-
 /// The items that somebody wrote, in the order of the file: not those that a cut line left over.
 std::vector<ItemText> itemsOf(const MapText& map);
 
@@ -86,9 +40,6 @@ Span trimmed(const MapText& map, Span place);
 
 /// The piece without the carriage return that a line may end in: that is a finding of its own.
 Span withoutReturn(const MapText& map, Span place);
-
-/// A piece of the file in quotes, as a terminal may show it; long ones are cut.
-std::string quoted(std::string_view text);
 
 /// "line 12".
 std::string lineOf(const MapLine& line);

@@ -13,20 +13,6 @@ namespace
 constexpr std::uint32_t excerptBefore = 60;
 constexpr std::uint32_t excerptBehind = 60;
 
-std::string coloured(const Style& style, Severity severity, const std::string& text)
-{
-  switch (severity)
-  {
-  case Severity::error:
-    return style.bad(text);
-  case Severity::warning:
-    return style.notable(text);
-  case Severity::note:
-    break;
-  }
-  return style.faint(text);
-}
-
 std::string positionText(const std::string& path, const Position& position)
 {
   return shown(path) + ":" + std::to_string(position.line) + ":" + std::to_string(position.column) + ":";

@@ -118,10 +118,10 @@ bool passesTheCheck(const std::filesystem::path& path, const std::string& conten
   result.path = path.string();
   result.map = std::make_unique<check::MapText>(result.path, content);
   result.findings = check::findingsOf(*result.map, check::allRules());
-  const std::size_t errors = result.count(check::Severity::error);
+  const std::size_t errors = result.count(Severity::error);
   if (errors == 0)
   {
-    const std::size_t warnings = result.count(check::Severity::warning);
+    const std::size_t warnings = result.count(Severity::warning);
     if (warnings > 0)
       std::cerr << "sdm: `sdm check` has " << counted(warnings, "warning") << " for " << shown(result.path) << "\n";
     return true;
@@ -130,7 +130,7 @@ bool passesTheCheck(const std::filesystem::path& path, const std::string& conten
   auto& findings = result.findings;
   findings.erase(std::remove_if(findings.begin(), findings.end(),
                                 [](const check::Finding& finding)
-                                { return finding.rule->severity != check::Severity::error; }),
+                                { return finding.rule->severity != Severity::error; }),
                  findings.end());
   findings.resize(std::min(errors, most));
   check::tellText(std::cerr, result, Style(wantsColours(STDERR_FILENO)), false);
