@@ -75,10 +75,12 @@ install(FILES
 # Host platform and program.
 if(SDM_OVER_HOST)
   set_target_properties(sdm_host PROPERTIES EXPORT_NAME Host)
-  install(TARGETS sdm_host EXPORT ServiceDataManagerHost
+  set_target_properties(sdm_loadable PROPERTIES EXPORT_NAME Loadable)
+  install(TARGETS sdm_host sdm_loadable EXPORT ServiceDataManagerHost
     LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT host
     INCLUDES DESTINATION "${sdm_headers}")
-  install(DIRECTORY "${PROJECT_SOURCE_DIR}/host/include/host" DESTINATION "${sdm_headers}" COMPONENT host)
+  install(DIRECTORY "${PROJECT_SOURCE_DIR}/host/include/host" "${PROJECT_SOURCE_DIR}/loadable/include/loadable"
+    DESTINATION "${sdm_headers}" COMPONENT host)
   sdm_install_targets(Host host)
   sdm_pkgconfig(servicedatamanager-host host)
   install(TARGETS sdm RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT host)

@@ -4,14 +4,14 @@
 #include "LiveValues.h"
 #include "SettingCallbacks.h"
 #include "Settings.h"
-#include "host/Service.h"
+#include "loadable/Service.h"
 
 namespace commsservice
 {
 namespace
 {
 
-class LoadableService : public host::Service
+class LoadableService : public loadable::Service
 {
 public:
   std::string name() const override

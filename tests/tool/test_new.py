@@ -40,7 +40,7 @@ class New(ProgramTest):
         settings = self.read("door-bell", "src", "Settings.h")
         self.assertIn("namespace doorbell\n", settings)
         self.assertIn("  int volume = 5;\n  Secret code;\n", settings)
-        self.assertIn("class DoorBellService : public host::Service", self.read("door-bell", "src", "Service.cpp"))
+        self.assertIn("class DoorBellService : public loadable::Service", self.read("door-bell", "src", "Service.cpp"))
         self.assertEqual(sorted(os.listdir(self.folder)), ["Bell.csv", "door-bell"])
 
     def test_nothing_is_left_to_be_filled_in(self):

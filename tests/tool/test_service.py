@@ -121,7 +121,7 @@ class Services(ProgramTest):
         self.assert_not_loaded(self.patched(16, b"\x01\x00"), "it is not a shared object")
 
     def test_a_missing_entry_point_is_told(self):
-        self.assert_not_loaded(service("Empty"), "no entry point sdmService", "SDM_SERVICE in host/Service.h")
+        self.assert_not_loaded(service("Empty"), "no entry point sdmService", "SDM_SERVICE in loadable/Service.h")
 
     def test_another_version_is_told(self):
         self.assert_not_loaded(service("OtherVersion"), "built for version 2", "this program for version 1")

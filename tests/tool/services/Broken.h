@@ -1,9 +1,9 @@
 // A service that works, for others to break.
 #pragma once
 
-#include "host/Service.h"
+#include "loadable/Service.h"
 
-class Broken : public host::Service
+class Broken : public loadable::Service
 {
 public:
   std::string name() const override

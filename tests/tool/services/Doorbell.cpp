@@ -4,7 +4,7 @@
 
 #include <map>
 
-#include "host/Service.h"
+#include "loadable/Service.h"
 
 namespace
 {
@@ -100,7 +100,7 @@ private:
   const std::string& volume;
 };
 
-class Doorbell : public host::Service
+class Doorbell : public loadable::Service
 {
 public:
   std::string name() const override

@@ -7,7 +7,7 @@
 #include <map>
 
 #include "host/Faults.h"
-#include "host/Service.h"
+#include "loadable/Service.h"
 
 namespace
 {
@@ -81,7 +81,7 @@ private:
   const bool upper;
 };
 
-class InOrder : public host::Service
+class InOrder : public loadable::Service
 {
 public:
   std::string name() const override

@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-#include "host/Service.h"
+#include "loadable/Service.h"
 
 namespace lamp
 {
@@ -65,7 +65,7 @@ public:
 };
 
 template <std::string (*itsChange)(const std::string&)>
-class Lamp : public host::Service
+class Lamp : public loadable::Service
 {
 public:
   std::string name() const override

@@ -1,7 +1,7 @@
 // An entry point that has nothing to say.
-#include "host/Service.h"
+#include "loadable/Service.h"
 
-extern "C" __attribute__((visibility("default"))) const host::ServiceEntry* sdmService()
+extern "C" __attribute__((visibility("default"))) const loadable::ServiceEntry* sdmService()
 {
   return nullptr;
 }

@@ -1,8 +1,9 @@
 // A factory that makes nothing.
-#include "host/Service.h"
+#include "loadable/Service.h"
 
-extern "C" __attribute__((visibility("default"))) const host::ServiceEntry* sdmService()
+extern "C" __attribute__((visibility("default"))) const loadable::ServiceEntry* sdmService()
 {
-  static const host::ServiceEntry entry = {host::serviceVersion, []() -> host::Service* { return nullptr; }};
+  static const loadable::ServiceEntry entry = {loadable::serviceVersion,
+                                               []() -> loadable::Service* { return nullptr; }};
   return &entry;
 }

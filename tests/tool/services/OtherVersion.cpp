@@ -1,8 +1,8 @@
 // Built with a header of another time.
-#include "host/Service.h"
+#include "loadable/Service.h"
 
-extern "C" __attribute__((visibility("default"))) const host::ServiceEntry* sdmService()
+extern "C" __attribute__((visibility("default"))) const loadable::ServiceEntry* sdmService()
 {
-  static const host::ServiceEntry entry = {host::serviceVersion + 1, nullptr};
+  static const loadable::ServiceEntry entry = {loadable::serviceVersion + 1, nullptr};
   return &entry;
 }

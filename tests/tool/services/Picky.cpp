@@ -10,7 +10,7 @@
 #include <stdexcept>
 #include <unistd.h>
 
-#include "host/Service.h"
+#include "loadable/Service.h"
 
 namespace
 {
@@ -71,7 +71,7 @@ public:
   std::map<std::string, std::string> pending;
 };
 
-class Picky : public host::Service
+class Picky : public loadable::Service
 {
 public:
   std::string name() const override

@@ -23,7 +23,7 @@ namespace
 constexpr const char* sampleName = "commsservice.so";
 constexpr const char* entryName = "sdmService";
 
-using EntryPoint = const host::ServiceEntry* (*)();
+using EntryPoint = const loadable::ServiceEntry* (*)();
 
 [[noreturn]] void notLoaded(const std::filesystem::path& path, const std::string& why)
 {
@@ -142,7 +142,7 @@ auto ask(const std::filesystem::path& path, const char* operation, const Questio
   }
 }
 
-const host::ServiceEntry& entryOf(const std::filesystem::path& path)
+const loadable::ServiceEntry& entryOf(const std::filesystem::path& path)
 {
   checkFile(path);
   void* library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
@@ -150,24 +150,25 @@ const host::ServiceEntry& entryOf(const std::filesystem::path& path)
     notLoaded(path, loaderError(path));
   void* symbol = dlsym(library, entryName);
   if (symbol == nullptr)
-    notLoaded(path, std::string("it has no entry point ") + entryName + ", see SDM_SERVICE in host/Service.h");
-  const host::ServiceEntry* entry = reinterpret_cast<EntryPoint>(symbol)();
+    notLoaded(path, std::string("it has no entry point ") + entryName + ", see SDM_SERVICE in loadable/Service.h");
+  const loadable::ServiceEntry* entry = reinterpret_cast<EntryPoint>(symbol)();
   if (entry == nullptr)
     notLoaded(path, std::string("its entry point ") + entryName + " answers null");
-  if (entry->version != host::serviceVersion)
+  if (entry->version != loadable::serviceVersion)
     notLoaded(path, "it is built for version " + std::to_string(entry->version) +
-                        " of host/Service.h, this program for version " + std::to_string(host::serviceVersion) +
+                        " of loadable/Service.h, this program for version " + std::to_string(loadable::serviceVersion) +
                         "; build it again");
   return *entry;
 }
 
-std::unique_ptr<host::Service> make(const std::filesystem::path& path)
+std::unique_ptr<loadable::Service> make(const std::filesystem::path& path)
 {
-  const host::ServiceEntry& entry = entryOf(path);
+  const loadable::ServiceEntry& entry = entryOf(path);
   std::string failure = "its factory answers null";
   try
   {
-    const auto made = [&] { return std::unique_ptr<host::Service>(entry.make == nullptr ? nullptr : entry.make()); };
+    const auto made = [&]
+    { return std::unique_ptr<loadable::Service>(entry.make == nullptr ? nullptr : entry.make()); };
     if (auto service = calling("the service's factory", made))
       return service;
   }
@@ -199,7 +200,7 @@ const std::filesystem::path& LoadedService::file() const
   return path;
 }
 
-host::Service& LoadedService::service()
+loadable::Service& LoadedService::service()
 {
   return *made;
 }

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "host/Service.h"
+#include "loadable/Service.h"
 
 namespace cli
 {
@@ -27,7 +27,7 @@ public:
   /// Absolute.
   const std::filesystem::path& file() const;
 
-  host::Service& service();
+  loadable::Service& service();
 
   /// Destroys the service and makes it again, as after a power-up. Throws `StartError`; there is no service then.
   void makeAnew();
@@ -43,7 +43,7 @@ public:
 
 private:
   std::filesystem::path path;
-  std::unique_ptr<host::Service> made;
+  std::unique_ptr<loadable::Service> made;
   std::string itsName;
 };
 

@@ -46,7 +46,7 @@ private:
   RunningService& service;
 };
 
-RunningService::RunningService(host::Service& itsService, SvcRTEContext& context, const ItemTable& items,
+RunningService::RunningService(loadable::Service& itsService, SvcRTEContext& context, const ItemTable& items,
                                CallListener* listener)
     : calls(items),
       groups(groupsOf(items)),

@@ -12,7 +12,7 @@
 #include "CallWatch.h"
 #include "MarkListener.h"
 #include "WatchedManager.h"
-#include "host/Service.h"
+#include "loadable/Service.h"
 
 class SvcRTEContext;
 
@@ -26,7 +26,7 @@ class RunningService
 {
 public:
   /// Registers the callbacks; borrows everything. Nobody listens when there is no listener.
-  RunningService(host::Service& itsService, SvcRTEContext& context, const ItemTable& items,
+  RunningService(loadable::Service& itsService, SvcRTEContext& context, const ItemTable& items,
                  CallListener* listener = nullptr);
 
   /// The local store must not report changes any more.

@@ -1,4 +1,5 @@
-// A service as the host brings it up: a shared object with one entry point, `SDM_SERVICE`.
+// A service that a program loads: a shared object with one entry point, `SDM_SERVICE`. It stands above the manager and
+// the host platform, which know nothing of it.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +13,7 @@
 class ServiceDataManagerIfc;
 class ValidatorIfc;
 
-namespace host
+namespace loadable
 {
 /// The version of what stands in this header. It is raised with every change that a service has to be built again for.
 constexpr std::uint32_t serviceVersion = 1;
@@ -43,7 +44,7 @@ public:
   }
 
   /// Schemas, columns and rows that have to be in the database beside those that the item map names.
-  virtual std::vector<SchemaDefinition> provisioning() const
+  virtual std::vector<host::SchemaDefinition> provisioning() const
   {
     return {};
   }
@@ -69,17 +70,17 @@ struct ServiceEntry
   /// Makes the service; the caller owns it and deletes it. Null is taken for a failure. It may throw.
   Service* (*make)();
 };
-} // namespace host
+} // namespace loadable
 
-/// The entry point: `extern "C" const host::ServiceEntry* sdmService()`. It answers the same entry each time, which
+/// The entry point: `extern "C" const loadable::ServiceEntry* sdmService()`. It answers the same entry each time, which
 /// lives as long as the process, since a shared object that was loaded is never unloaded; it must not throw.
 ///
 /// Stands once in a shared object, outside of namespaces; `Class` is the service's class with its namespace and can be
 /// made without arguments.
 #define SDM_SERVICE(Class)                                                                                             \
-  extern "C" __attribute__((visibility("default"))) const host::ServiceEntry* sdmService()                             \
+  extern "C" __attribute__((visibility("default"))) const loadable::ServiceEntry* sdmService()                         \
   {                                                                                                                    \
-    static const host::ServiceEntry entry = {host::serviceVersion,                                                     \
-                                             []() -> host::Service* { return std::make_unique<Class>().release(); }};  \
+    static const loadable::ServiceEntry entry = {                                                                      \
+        loadable::serviceVersion, []() -> loadable::Service* { return std::make_unique<Class>().release(); }};         \
     return &entry;                                                                                                     \
   }
