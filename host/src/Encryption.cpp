@@ -13,7 +13,7 @@
 #include <logAppUni.h>
 
 #include "Everlasting.h"
-#include "KeyFile.h"
+#include "Key.h"
 #include "NotEncrypted.h"
 #include "host/DasCrypt.h"
 #include "host/Error.h"

@@ -1,4 +1,4 @@
-#include "KeyFile.h"
+#include "Key.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
