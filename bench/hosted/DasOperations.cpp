@@ -3,7 +3,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include <host/DataAccessServiceIfc.h>
+#include <host/DataAccessService.h>
 
 #include "DasOperations.h"
 

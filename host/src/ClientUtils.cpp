@@ -1,4 +1,4 @@
-#include "host/ClientUtils.h"
+#include "host/Secrets.h"
 
 #include <algorithm>
 #include <array>

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "Connection.h"
-#include "host/DataAccessServiceIfc.h"
+#include "host/DataAccessService.h"
 
 namespace host
 {

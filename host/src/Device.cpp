@@ -10,14 +10,14 @@
 #include "Files.h"
 #include "LockedFolder.h"
 #include "Trouble.h"
-#include "host/DasCrypt.h"
+#include "host/DeviceLog.h"
 #include "host/FaultyServices.h"
+#include "host/KeyFile.h"
 #include "host/LockWatch.h"
-#include "host/PhysicalInterfaceServiceIfc.h"
+#include "host/PhysicalInterfaceService.h"
 #include "host/PrivateFiles.h"
-#include "host/SvcRTEContext.h"
+#include "host/RuntimeContext.h"
 #include "host/keepAside.h"
-#include "host/logAppUni.h"
 
 namespace host
 {

@@ -15,8 +15,8 @@
 #include "Everlasting.h"
 #include "Key.h"
 #include "NotEncrypted.h"
-#include "host/DasCrypt.h"
 #include "host/Error.h"
+#include "host/KeyFile.h"
 
 namespace host
 {

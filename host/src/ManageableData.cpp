@@ -1,4 +1,4 @@
-#include "host/ManageableData.h"
+#include "host/RejectReasons.h"
 
 #include <algorithm>
 #include <unordered_map>

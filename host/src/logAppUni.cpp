@@ -1,4 +1,4 @@
-#include "host/logAppUni.h"
+#include "host/DeviceLog.h"
 
 #include <fcntl.h>
 #include <spdlog/logger.h>

@@ -11,7 +11,7 @@
 #include <thread>
 
 #include "host/Device.h"
-#include "host/ManageableData.h"
+#include "host/RejectReasons.h"
 
 using namespace commsservice;
 

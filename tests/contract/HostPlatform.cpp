@@ -4,9 +4,9 @@
 
 #include "PlatformUnderTest.h"
 #include "ServicesUnderTest.h"
-#include "host/DasCrypt.h"
 #include "host/Device.h"
-#include "host/logAppUni.h"
+#include "host/DeviceLog.h"
+#include "host/KeyFile.h"
 
 #include <cstdlib>
 

@@ -5,7 +5,7 @@
 #include "Fuzz.h"
 #include "RequestModel.h"
 #include "Tokens.h"
-#include "host/DataAccessServiceIfc.h"
+#include "host/DataAccessService.h"
 
 namespace
 {

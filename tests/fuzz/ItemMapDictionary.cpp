@@ -6,8 +6,8 @@
 #include "Fuzz.h"
 #include "ServiceDataManagerTestAccess.h"
 #include "Tokens.h"
-#include "host/LocalMgmtIfc.h"
-#include "host/SvcRTEContext.h"
+#include "host/LocalMgmtStore.h"
+#include "host/RuntimeContext.h"
 
 namespace
 {

@@ -7,8 +7,8 @@
 #include <string>
 
 #include "HostTesting.h"
-#include "host/DataAccessServiceIfc.h"
-#include "host/LocalMgmtIfc.h"
+#include "host/DataAccessService.h"
+#include "host/LocalMgmtStore.h"
 
 namespace
 {

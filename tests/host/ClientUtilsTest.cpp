@@ -6,7 +6,7 @@
 #include <thread>
 #include <vector>
 
-#include "host/ClientUtils.h"
+#include "host/Secrets.h"
 
 TEST(EscapeXml, ReplacesMarkupQuotesAndCarriageReturns)
 {

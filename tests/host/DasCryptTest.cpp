@@ -11,7 +11,7 @@
 #include "FileCalls.h"
 #include "HostTesting.h"
 #include "SyncCounter.h"
-#include "host/DasCrypt.h"
+#include "host/KeyFile.h"
 
 namespace
 {

@@ -6,7 +6,7 @@
 #include "DasFixture.h"
 #include "FileCalls.h"
 #include "SyncCounter.h"
-#include "host/LocalMgmtIfc.h"
+#include "host/LocalMgmtStore.h"
 
 namespace
 {

@@ -6,7 +6,7 @@
 #include <string>
 
 #include "HostTesting.h"
-#include "host/DataAccessServiceIfc.h"
+#include "host/DataAccessService.h"
 
 namespace hosttest
 {

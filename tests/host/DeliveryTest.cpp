@@ -14,7 +14,7 @@
 #include "HostTesting.h"
 #include "Meanwhile.h"
 #include "SyncCounter.h"
-#include "host/LocalMgmtIfc.h"
+#include "host/LocalMgmtStore.h"
 
 namespace
 {

@@ -20,11 +20,11 @@
 #include "FileCalls.h"
 #include "HostTesting.h"
 #include "host/CallTimes.h"
-#include "host/ClientUtils.h"
 #include "host/Device.h"
+#include "host/DeviceLog.h"
 #include "host/Faults.h"
 #include "host/Marks.h"
-#include "host/logAppUni.h"
+#include "host/Secrets.h"
 
 namespace
 {

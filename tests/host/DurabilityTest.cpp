@@ -12,8 +12,8 @@
 #include <thread>
 
 #include "HostTesting.h"
-#include "host/DataAccessServiceIfc.h"
-#include "host/LocalMgmtIfc.h"
+#include "host/DataAccessService.h"
+#include "host/LocalMgmtStore.h"
 
 namespace
 {

@@ -11,11 +11,11 @@
 #include <vector>
 
 #include "DasFixture.h"
-#include "host/DasCrypt.h"
 #include "host/FaultyServices.h"
-#include "host/LocalMgmtIfc.h"
-#include "host/SecurityLogServiceIfc.h"
-#include "host/SvcRTEContext.h"
+#include "host/KeyFile.h"
+#include "host/LocalMgmtStore.h"
+#include "host/RuntimeContext.h"
+#include "host/SecurityLogService.h"
 
 namespace
 {

@@ -7,7 +7,7 @@
 
 #include "HostTesting.h"
 #include "host/Device.h"
-#include "host/LocalMgmtIfc.h"
+#include "host/LocalMgmtStore.h"
 
 namespace
 {

@@ -9,9 +9,9 @@
 #include <array>
 
 #include "DasFixture.h"
-#include "host/DasCrypt.h"
-#include "host/LocalMgmtIfc.h"
-#include "host/SecurityLogServiceIfc.h"
+#include "host/KeyFile.h"
+#include "host/LocalMgmtStore.h"
+#include "host/SecurityLogService.h"
 
 namespace
 {

@@ -8,7 +8,7 @@
 
 #include "HostTesting.h"
 #include "SyncCounter.h"
-#include "host/LocalMgmtIfc.h"
+#include "host/LocalMgmtStore.h"
 
 namespace
 {

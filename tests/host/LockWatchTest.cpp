@@ -10,9 +10,9 @@
 #include <thread>
 
 #include "HostTesting.h"
+#include "host/DeviceLog.h"
 #include "host/LockWatch.h"
 #include "host/Marks.h"
-#include "host/logAppUni.h"
 
 namespace
 {

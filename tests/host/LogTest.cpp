@@ -11,7 +11,7 @@
 #include <thread>
 
 #include "HostTesting.h"
-#include "host/logAppUni.h"
+#include "host/DeviceLog.h"
 
 namespace
 {

@@ -1,7 +1,7 @@
 // What the host reads out of a record.
 #include <gtest/gtest.h>
 
-#include "host/ManageableData.h"
+#include "host/RejectReasons.h"
 
 TEST(RejectReasons, AreToldInTheOrderTheyCameIn)
 {

@@ -12,9 +12,9 @@
 
 #include "HostTesting.h"
 #include "host/Device.h"
+#include "host/DeviceLog.h"
 #include "host/PrivateFiles.h"
 #include "host/keepAside.h"
-#include "host/logAppUni.h"
 
 namespace
 {

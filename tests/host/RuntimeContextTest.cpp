@@ -1,8 +1,8 @@
 // Offering and withdrawing services.
 #include <gtest/gtest.h>
 
-#include "host/PhysicalInterfaceServiceIfc.h"
-#include "host/SvcRTEContext.h"
+#include "host/PhysicalInterfaceService.h"
+#include "host/RuntimeContext.h"
 
 TEST(RuntimeContext, FindsWhatIsOfferedUntilItIsWithdrawn)
 {

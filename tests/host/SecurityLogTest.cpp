@@ -12,7 +12,7 @@
 #include "HostTesting.h"
 #include "Meanwhile.h"
 #include "SyncCounter.h"
-#include "host/SecurityLogServiceIfc.h"
+#include "host/SecurityLogService.h"
 
 namespace
 {

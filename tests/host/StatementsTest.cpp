@@ -3,7 +3,7 @@
 #include "PrepareCounter.h"
 #include "SyncCounter.h"
 
-#include "host/logAppUni.h"
+#include "host/DeviceLog.h"
 
 namespace
 {

@@ -5,8 +5,8 @@
 
 #include "HostTesting.h"
 #include "PrepareCounter.h"
-#include "host/DataAccessServiceIfc.h"
-#include "host/LocalMgmtIfc.h"
+#include "host/DataAccessService.h"
+#include "host/LocalMgmtStore.h"
 
 namespace
 {

@@ -7,9 +7,9 @@
 #include <iostream>
 #include <string>
 
-#include "host/DataAccessServiceIfc.h"
+#include "host/DataAccessService.h"
 #include "host/Error.h"
-#include "host/LocalMgmtIfc.h"
+#include "host/LocalMgmtStore.h"
 
 namespace
 {

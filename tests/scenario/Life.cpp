@@ -5,8 +5,8 @@
 
 #include <ManageableData.h>
 #include <RejectReasonsStrings.h>
-#include <host/ManageableData.h>
-#include <host/logAppUni.h>
+#include <host/DeviceLog.h>
+#include <host/RejectReasons.h>
 
 namespace scenario
 {

@@ -15,7 +15,7 @@
 #include <ServiceDataManagerIfc.h>
 #include <ValidatorIfc.h>
 #include <host/Device.h>
-#include <host/SvcRTEContext.h>
+#include <host/RuntimeContext.h>
 
 namespace scenario
 {

@@ -9,7 +9,7 @@
 #include "Items.h"
 #include "Load.h"
 #include "Values.h"
-#include "host/ManageableData.h"
+#include "host/RejectReasons.h"
 
 namespace threads
 {

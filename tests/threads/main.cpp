@@ -16,8 +16,8 @@
 #include "Items.h"
 #include "Load.h"
 #include "Values.h"
-#include "host/DasCrypt.h"
-#include "host/logAppUni.h"
+#include "host/DeviceLog.h"
+#include "host/KeyFile.h"
 
 namespace threads
 {

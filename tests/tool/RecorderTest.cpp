@@ -10,7 +10,7 @@
 #include <DasCrypt.h>
 #include <ManageableData.h>
 
-#include "host/DasCrypt.h"
+#include "host/KeyFile.h"
 #include "prompt/CommandText.h"
 #include "transcript/Recorder.h"
 #include "transcript/Secrets.h"

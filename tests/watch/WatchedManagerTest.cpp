@@ -20,8 +20,8 @@
 #include <ValidatorIfc.h>
 
 #include "host/CallTimes.h"
+#include "host/DeviceLog.h"
 #include "host/LockWatch.h"
-#include "host/logAppUni.h"
 #include "service/CallListeners.h"
 #include "service/MarkListener.h"
 

@@ -12,10 +12,10 @@
 #include <string>
 #include <vector>
 
-#include "host/DataAccessServiceIfc.h"
+#include "host/DataAccessService.h"
 #include "host/HostExport.h"
-#include "host/LocalMgmtIfc.h"
-#include "host/SecurityLogServiceIfc.h"
+#include "host/LocalMgmtStore.h"
+#include "host/SecurityLogService.h"
 #include "host/Traffic.h"
 
 namespace host

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "host/DataAccessServiceIfc.h"
+#include "host/DataAccessService.h"
 
 class ServiceDataManagerIfc;
 class ValidatorIfc;

@@ -7,9 +7,9 @@
 
 #include "base/ExceptionText.h"
 #include "base/Shown.h"
-#include "host/DasCrypt.h"
 #include "host/Error.h"
 #include "host/Faults.h"
+#include "host/KeyFile.h"
 #include "map/Schemas.h"
 
 namespace cli

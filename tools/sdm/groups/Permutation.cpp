@@ -10,7 +10,7 @@
 #include "base/OwnProcess.h"
 #include "base/StartError.h"
 #include "device/RunningDevice.h"
-#include "host/ManageableData.h"
+#include "host/RejectReasons.h"
 
 namespace cli
 {

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "host/ManageableData.h"
+#include "host/RejectReasons.h"
 
 namespace cli
 {

@@ -1,7 +1,7 @@
 #include "Masking.h"
 
 #include "base/Shown.h"
-#include "host/ClientUtils.h"
+#include "host/Secrets.h"
 
 namespace cli
 {

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "ItemTable.h"
-#include "host/DataAccessServiceIfc.h"
+#include "host/DataAccessService.h"
 
 namespace cli
 {

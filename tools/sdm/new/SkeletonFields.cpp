@@ -5,7 +5,7 @@
 #include <set>
 
 #include "Identifiers.h"
-#include "host/ClientUtils.h"
+#include "host/Secrets.h"
 
 namespace cli
 {

@@ -9,7 +9,7 @@
 
 #include "CommandFunctions.h"
 #include "base/Shown.h"
-#include "host/logAppUni.h"
+#include "host/DeviceLog.h"
 #include "map/TrafficText.h"
 
 namespace cli

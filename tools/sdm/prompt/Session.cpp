@@ -7,8 +7,8 @@
 
 #include "base/Shown.h"
 #include "base/Suggestion.h"
-#include "host/DasCrypt.h"
 #include "host/Faults.h"
+#include "host/KeyFile.h"
 
 namespace cli
 {

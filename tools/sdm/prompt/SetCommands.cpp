@@ -9,7 +9,7 @@
 #include "CommandFunctions.h"
 #include "base/Shown.h"
 #include "base/Suggestion.h"
-#include "host/ManageableData.h"
+#include "host/RejectReasons.h"
 
 namespace cli
 {

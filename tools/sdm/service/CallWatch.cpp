@@ -3,7 +3,7 @@
 #include <ManageableData.h>
 #include <RejectReasonsStrings.h>
 
-#include "host/ClientUtils.h"
+#include "host/Secrets.h"
 #include "map/Masking.h"
 #include "map/SecretTexts.h"
 

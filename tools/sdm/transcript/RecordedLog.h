@@ -2,7 +2,7 @@
 #pragma once
 
 #include "Recorder.h"
-#include "host/logAppUni.h"
+#include "host/DeviceLog.h"
 
 namespace cli::record
 {

@@ -6,7 +6,7 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
-#include "host/ManageableData.h"
+#include "host/RejectReasons.h"
 
 namespace cli::record
 {

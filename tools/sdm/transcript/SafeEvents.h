@@ -12,7 +12,7 @@
 #include <nlohmann/json_fwd.hpp>
 
 #include "Secrets.h"
-#include "host/logAppUni.h"
+#include "host/DeviceLog.h"
 #include "map/ItemTable.h"
 #include "map/Masking.h"
 #include "service/CallListener.h"

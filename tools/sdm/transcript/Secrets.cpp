@@ -7,8 +7,8 @@
 #include <exception>
 #include <pugixml.hpp>
 
-#include "host/ClientUtils.h"
 #include "host/Faults.h"
+#include "host/Secrets.h"
 
 namespace cli::record
 {

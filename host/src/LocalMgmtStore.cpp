@@ -1,4 +1,4 @@
-#include "host/LocalMgmtIfc.h"
+#include "host/LocalMgmtStore.h"
 
 #include <ManageableData.h>
 #include <logAppUni.h>
@@ -26,7 +26,7 @@ std::vector<std::string> layout()
 
 void logFailure(int line, const char* operation, const std::exception& error)
 {
-  logAppUni("HostPlatform", "host/src/LocalMgmtIfc", 2, line, "%s failed: %s", operation, error.what());
+  logAppUni("HostPlatform", "host/src/LocalMgmtStore", 2, line, "%s failed: %s", operation, error.what());
 }
 
 std::vector<std::string> rootIdsOf(ManageableData& data)
@@ -70,7 +70,7 @@ struct LocalMgmtStore::Content
   {
     if (database.select("SELECT name FROM dictionaries WHERE name = :n", 1, {name}).empty())
     {
-      logAppUni("HostPlatform", "host/src/LocalMgmtIfc", 2, __LINE__, "there is no dictionary \"%s\"", name.c_str());
+      logAppUni("HostPlatform", "host/src/LocalMgmtStore", 2, __LINE__, "there is no dictionary \"%s\"", name.c_str());
       return false;
     }
     database.select("SELECT key, value FROM dictionary_entries WHERE dictionary = :d", 2, {name},
@@ -94,7 +94,7 @@ struct LocalMgmtStore::Content
       std::string newValue;
       if (!data.interogate(rootId, rootId, newValue))
       {
-        logAppUni("HostPlatform", "host/src/LocalMgmtIfc", 2, __LINE__, "publication of \"%s\" without a value",
+        logAppUni("HostPlatform", "host/src/LocalMgmtStore", 2, __LINE__, "publication of \"%s\" without a value",
                   rootId.c_str());
         return false;
       }

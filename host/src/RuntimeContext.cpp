@@ -1,4 +1,4 @@
-#include "host/SvcRTEContext.h"
+#include "host/RuntimeContext.h"
 
 namespace host
 {

@@ -1,4 +1,4 @@
-#include "host/SecurityLogServiceIfc.h"
+#include "host/SecurityLogService.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -140,7 +140,7 @@ void SecurityLogService::rotate(std::string& line)
   catch (const Error& error)
   {
     unrotated = static_cast<std::size_t>(::lseek(descriptor, 0, SEEK_END)) + fullLog / 4;
-    logAppUni("HostPlatform", "host/src/SecurityLogServiceIfc", 2, __LINE__,
+    logAppUni("HostPlatform", "host/src/SecurityLogService", 2, __LINE__,
               "the security log is full and goes on in the same file: %s", error.what());
   }
 }

@@ -1,4 +1,4 @@
-#include "host/DataAccessServiceIfc.h"
+#include "host/DataAccessService.h"
 
 #include <mutex>
 
@@ -134,7 +134,7 @@ std::string DataAccessService::sendRequest(const char* request, std::size_t leng
   }
   catch (const std::exception& error)
   {
-    logAppUni("HostPlatform", "host/src/DataAccessServiceIfc", 2, __LINE__, "DAS request for schema \"%s\" failed: %s",
+    logAppUni("HostPlatform", "host/src/DataAccessService", 2, __LINE__, "DAS request for schema \"%s\" failed: %s",
               asked.schema.c_str(), error.what());
     // The database's words may name the column, and who reads one may look for its name in the reply.
     const bool reading = asked.kind == DasRequest::Kind::read;

@@ -1,4 +1,4 @@
-#include "host/PhysicalInterfaceServiceIfc.h"
+#include "host/PhysicalInterfaceService.h"
 
 namespace host
 {
