@@ -1,3 +1,4 @@
+// One account a name, under one lock. What cannot be counted for want of memory is left out: the call itself goes on.
 #include "host/CallTimes.h"
 
 #include <algorithm>

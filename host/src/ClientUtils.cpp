@@ -1,3 +1,4 @@
+// A name looks secret by its words, wherever they begin; what a service marked is secret whatever it is called.
 #include "host/Secrets.h"
 
 #include <algorithm>

@@ -1,11 +1,12 @@
+// All that is said to the driver is said here, and all its errors become ours here, without the bound values.
 #include "Connection.h"
 
 #include <soci/soci.h>
 
+#include "Log.h"
 #include "PreparedStatement.h"
 #include "StatementCache.h"
 #include "Trouble.h"
-#include <logAppUni.h>
 
 namespace host
 {
@@ -190,11 +191,11 @@ void Connection::rollBack()
   }
   catch (const std::exception& error)
   {
-    logAppUni("HostPlatform", "host/src/Connection", 2, __LINE__, "rollback failed: %s", error.what());
+    SDM_HOST_LOG(2, "rollback failed: %s", error.what());
   }
 }
 
-Connection::Transaction::Transaction(Connection& connectionToUse) : connection(connectionToUse)
+Connection::Transaction::Transaction(Connection& itsConnection) : connection(itsConnection)
 {
   connection.execute(connection.dialect().beginningToWrite());
 }

@@ -1,8 +1,9 @@
+// Takes a unit of a semaphore and gives it back.
 #include <CriticalSection.h>
 
 #include "SemaphoreContent.h"
 
-CriticalSection::CriticalSection(Semaphore& taken) : semaphore(taken)
+CriticalSection::CriticalSection(Semaphore& itsSemaphore) : semaphore(itsSemaphore)
 {
   semaphore.content->take();
 }

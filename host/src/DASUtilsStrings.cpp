@@ -1,3 +1,4 @@
+// Names of schemas, made when the library is loaded.
 #include <DASUtilsStrings.h>
 
 const std::string DASUtilsStrings::SipBaseSettingsSchema = "SipBaseSettings";

@@ -1,3 +1,4 @@
+// Names of schemas and columns become identifiers once, when they are made, and stand in the database from then on.
 #include "DasCatalog.h"
 
 #include "DasRequest.h"

@@ -3,6 +3,7 @@
 
 #include "Encryption.h"
 #include "FaultLayer.h"
+#include "Log.h"
 
 namespace
 {
@@ -10,7 +11,7 @@ bool isToFail()
 {
   if (!host::metFault(host::FaultPlace::encryption))
     return false;
-  host::logMetFault(__LINE__, "encryption fails");
+  SDM_HOST_TRACE(host::metFaultLevel, "fault on demand: encryption fails");
   return true;
 }
 } // namespace

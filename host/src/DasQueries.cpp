@@ -1,3 +1,5 @@
+// A read is one statement, an update one for each row, with all values bound. What does not fit the table is refused
+// first.
 #include "DasQueries.h"
 
 #include <utility>

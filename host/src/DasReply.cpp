@@ -1,7 +1,7 @@
+// Replies are written as texts, from the front to the end; a value that XML cannot carry ends the reply.
 #include "DasReply.h"
 
-#include <logAppUni.h>
-
+#include "Log.h"
 #include "Refusal.h"
 #include "XmlText.h"
 
@@ -25,7 +25,7 @@ std::string opening(const std::string& schema, const char* reason)
 
 [[noreturn]] void refuse(const std::string& column, const char* why)
 {
-  logAppUni("HostPlatform", "host/src/DasReply", 2, __LINE__, "column \"%s\": %s", column.c_str(), why);
+  SDM_HOST_LOG(2, "column \"%s\": %s", column.c_str(), why);
   throw Refusal(why);
 }
 } // namespace

@@ -1,3 +1,4 @@
+// Plain requests are read without a parser. Any other is parsed into a tree, which is judged element by element.
 #include "DasRequest.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Cells are sorted into rows in the order of the request; a table of places is made only for a row of several columns.
 #include "DasUpdatePlan.h"
 
 #include <limits>
@@ -12,7 +13,7 @@ namespace
 constexpr std::size_t nowhere = std::numeric_limits<std::size_t>::max();
 } // namespace
 
-DasUpdatePlan::DasUpdatePlan(const DasTable& updatedTable) : table(updatedTable)
+DasUpdatePlan::DasUpdatePlan(const DasTable& itsTable) : table(itsTable)
 {
 }
 

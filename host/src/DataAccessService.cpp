@@ -1,3 +1,4 @@
+// Requests one after the other, under one lock. Whatever fails becomes a reply; the log has the whole reason.
 #include "host/DataAccessService.h"
 
 #include <mutex>
@@ -7,10 +8,10 @@
 #include "DasReply.h"
 #include "DasRequest.h"
 #include "Database.h"
+#include "Log.h"
 #include "Refusal.h"
 #include "SqliteDialect.h"
 #include "Trouble.h"
-#include <logAppUni.h>
 
 namespace host
 {
@@ -134,8 +135,7 @@ std::string DataAccessService::sendRequest(const char* request, std::size_t leng
   }
   catch (const std::exception& error)
   {
-    logAppUni("HostPlatform", "host/src/DataAccessService", 2, __LINE__, "DAS request for schema \"%s\" failed: %s",
-              asked.schema.c_str(), error.what());
+    SDM_HOST_LOG(2, "DAS request for schema \"%s\" failed: %s", asked.schema.c_str(), error.what());
     // The database's words may name the column, and who reads one may look for its name in the reply.
     const bool reading = asked.kind == DasRequest::Kind::read;
     return dasErrorReply(asked.schema, reading ? "the database failed; the log says why" : error.what());

@@ -1,3 +1,5 @@
+// A file is checked, and tried to be written, before anybody relies on it; of a copy the name goes, so nobody else sees
+// it.
 #include "Database.h"
 
 #include <fcntl.h>
@@ -8,12 +10,12 @@
 #include <sstream>
 
 #include "Files.h"
+#include "Log.h"
 #include "ScratchFolder.h"
 #include "SqliteDialect.h"
 #include "SqliteHandle.h"
 #include "Trouble.h"
 #include "host/PrivateFiles.h"
-#include <logAppUni.h>
 
 namespace host
 {
@@ -157,8 +159,7 @@ void Database::openCopy()
   }
   catch (const std::exception& error)
   {
-    logAppUni("HostPlatform", "host/src/Database", 2, __LINE__, "nothing of %s can be read: %s", file.c_str(),
-              error.what());
+    SDM_HOST_LOG(2, "nothing of %s can be read: %s", file.c_str(), error.what());
     close();
     openDriver(":memory:");
   }

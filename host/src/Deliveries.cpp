@@ -1,11 +1,13 @@
+// Reports wait in a queue, which one thread at a time empties, without the lock while an agent is called.
 #include "Deliveries.h"
 
 #include <ManageableData.h>
 #include <MgmtAgentIfc.h>
-#include <logAppUni.h>
 
 #include <algorithm>
 #include <exception>
+
+#include "Log.h"
 
 namespace host
 {
@@ -65,12 +67,11 @@ void Deliveries::make(const Report& report)
   }
   catch (const std::exception& error)
   {
-    logAppUni("HostPlatform", "host/src/Deliveries", 2, __LINE__, "management agent failed on a report: %s",
-              error.what());
+    SDM_HOST_LOG(2, "management agent failed on a report: %s", error.what());
   }
   catch (...)
   {
-    logAppUni("HostPlatform", "host/src/Deliveries", 2, __LINE__, "management agent failed on a report");
+    SDM_HOST_LOG(2, "management agent failed on a report");
   }
 }
 

@@ -10,10 +10,9 @@
 #include <string>
 #include <vector>
 
-#include <logAppUni.h>
-
 #include "Everlasting.h"
 #include "Key.h"
+#include "Log.h"
 #include "NotEncrypted.h"
 #include "host/Error.h"
 #include "host/KeyFile.h"
@@ -161,7 +160,7 @@ void forgetKey()
 bool couldNotEncrypt(std::string& out, const std::string& why)
 {
   // Who asked may not look at the result, so the log tells as well.
-  logAppUni("HostPlatform", "host/src/Encryption", 2, __LINE__, "a value is not encrypted: %s", why.c_str());
+  SDM_HOST_LOG(2, "a value is not encrypted: %s", why.c_str());
   out = notEncrypted(why);
   return false;
 }

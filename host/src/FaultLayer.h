@@ -21,6 +21,6 @@ enum class FaultMeeting
 /// The fault of this place, counted as met; nothing when there is none, or only one for the other meeting.
 [[nodiscard]] std::optional<Fault> metFault(FaultPlace place, FaultMeeting meeting = FaultMeeting::call);
 
-/// The line of a fault that was met: `what` says who failed.
-void logMetFault(int line, const char* what);
+/// At which level each fault that was met is logged.
+constexpr int metFaultLevel = 3;
 } // namespace host

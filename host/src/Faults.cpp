@@ -1,8 +1,6 @@
 // Which faults are set, for the whole process, and how often each is still to be met.
 #include "host/Faults.h"
 
-#include <logAppUni.h>
-
 #include <atomic>
 #include <map>
 #include <mutex>
@@ -15,8 +13,6 @@ namespace host
 {
 namespace
 {
-constexpr int demandLevel = 3;
-
 struct Demands
 {
   /// Asked first by everybody, so that nobody pays for faults that are not there.
@@ -119,11 +115,5 @@ std::optional<Fault> metFault(FaultPlace place, FaultMeeting meeting)
     state.all.erase(found);
   state.any = !state.all.empty();
   return fault;
-}
-
-void logMetFault(int line, const char* what)
-{
-  if (loggingOnAppUni("HostPlatform", demandLevel))
-    logAppUni("HostPlatform", "host/src/Faults", demandLevel, line, "fault on demand: %s", what);
 }
 } // namespace host

@@ -11,6 +11,7 @@
 #include "DasReply.h"
 #include "DasRequest.h"
 #include "FaultLayer.h"
+#include "Log.h"
 #include "Refusal.h"
 #include "Trouble.h"
 
@@ -52,7 +53,7 @@ bool storeRefuses(const char* operation)
 {
   if (!metFault(FaultPlace::store))
     return false;
-  logMetFault(__LINE__, (std::string("the local management store refuses a ") + operation).c_str());
+  SDM_HOST_TRACE(metFaultLevel, "fault on demand: the local management store refuses a %s", operation);
   return true;
 }
 
@@ -61,12 +62,12 @@ void requireRoom(const std::string& name)
 {
   if (!metFault(FaultPlace::disk))
     return;
-  logMetFault(__LINE__, "the disk is full");
+  SDM_HOST_TRACE(metFaultLevel, "fault on demand: the disk is full");
   throw DiskTrouble(name + ": the disk is full, on demand");
 }
 } // namespace
 
-FaultyContext::FaultyContext(::SvcRTEContext& realContext) : real(realContext)
+FaultyContext::FaultyContext(::SvcRTEContext& itsReal) : real(itsReal)
 {
 }
 
@@ -76,11 +77,12 @@ Executable* FaultyContext::findService(const std::string& interfaceName)
   const bool canBeAbsent = das || interfaceName == "LocalMgmtIfc";
   if (!canBeAbsent || !metFault(das ? FaultPlace::das : FaultPlace::store, FaultMeeting::search))
     return real.findService(interfaceName);
-  logMetFault(__LINE__, das ? "the Data Access Service is not found" : "the local management store is not found");
+  SDM_HOST_TRACE(metFaultLevel, "fault on demand: %s is not found",
+                 das ? "the Data Access Service" : "the local management store");
   return nullptr;
 }
 
-FaultyDataAccessService::FaultyDataAccessService(::DataAccessServiceIfc& realService) : real(realService)
+FaultyDataAccessService::FaultyDataAccessService(::DataAccessServiceIfc& itsReal) : real(itsReal)
 {
 }
 
@@ -91,15 +93,15 @@ std::string FaultyDataAccessService::sendRequest(const char* request, std::size_
     return real.sendRequest(request, length);
   if (fault->kind == FaultKind::slow)
   {
-    logMetFault(__LINE__, "the Data Access Service is slow");
+    SDM_HOST_TRACE(metFaultLevel, "fault on demand: the Data Access Service is slow");
     std::this_thread::sleep_for(fault->delay);
     return real.sendRequest(request, length);
   }
-  logMetFault(__LINE__, "the Data Access Service does not carry out a request");
+  SDM_HOST_TRACE(metFaultLevel, "fault on demand: the Data Access Service does not carry out a request");
   return falseReply(fault->kind, request, length);
 }
 
-FaultyLocalMgmt::FaultyLocalMgmt(::LocalMgmtIfc& realStore) : real(realStore)
+FaultyLocalMgmt::FaultyLocalMgmt(::LocalMgmtIfc& itsReal) : real(itsReal)
 {
 }
 
@@ -135,8 +137,8 @@ bool FaultyLocalMgmt::checkData(ManageableData& data, void* context)
   return false;
 }
 
-FaultySecurityLogService::FaultySecurityLogService(::SecurityLogServiceIfc& realLog, std::string nameInErrors)
-    : real(realLog), name(std::move(nameInErrors))
+FaultySecurityLogService::FaultySecurityLogService(::SecurityLogServiceIfc& itsReal, std::string itsName)
+    : real(itsReal), name(std::move(itsName))
 {
 }
 

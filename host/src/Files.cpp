@@ -1,3 +1,4 @@
+// Files are opened without waiting, told by their type on the descriptor, and written to the last byte.
 #include "Files.h"
 
 #include <fcntl.h>

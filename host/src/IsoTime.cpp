@@ -1,3 +1,4 @@
+// The second is rounded down, not towards zero, so that times before 1970 are right as well.
 #include "host/IsoTime.h"
 
 #include <array>

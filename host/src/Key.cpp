@@ -1,3 +1,4 @@
+// A new key is written beside its file and linked to its name, so that the file is whole or not there.
 #include "Key.h"
 
 #include <fcntl.h>

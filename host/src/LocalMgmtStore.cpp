@@ -1,12 +1,13 @@
+// Values change and reports are added under one lock; agents are told when it was given back.
 #include "host/LocalMgmtStore.h"
 
 #include <ManageableData.h>
-#include <logAppUni.h>
 
 #include <mutex>
 
 #include "Database.h"
 #include "Deliveries.h"
+#include "Log.h"
 
 namespace host
 {
@@ -24,9 +25,9 @@ std::vector<std::string> layout()
           "CREATE TABLE locked_items (root_id TEXT PRIMARY KEY) WITHOUT ROWID"};
 }
 
-void logFailure(int line, const char* operation, const std::exception& error)
+void logFailure(const char* operation, const std::exception& error)
 {
-  logAppUni("HostPlatform", "host/src/LocalMgmtStore", 2, line, "%s failed: %s", operation, error.what());
+  SDM_HOST_LOG(2, "%s failed: %s", operation, error.what());
 }
 
 std::vector<std::string> rootIdsOf(ManageableData& data)
@@ -70,7 +71,7 @@ struct LocalMgmtStore::Content
   {
     if (database.select("SELECT name FROM dictionaries WHERE name = :n", 1, {name}).empty())
     {
-      logAppUni("HostPlatform", "host/src/LocalMgmtStore", 2, __LINE__, "there is no dictionary \"%s\"", name.c_str());
+      SDM_HOST_LOG(2, "there is no dictionary \"%s\"", name.c_str());
       return false;
     }
     database.select("SELECT key, value FROM dictionary_entries WHERE dictionary = :d", 2, {name},
@@ -94,8 +95,7 @@ struct LocalMgmtStore::Content
       std::string newValue;
       if (!data.interogate(rootId, rootId, newValue))
       {
-        logAppUni("HostPlatform", "host/src/LocalMgmtStore", 2, __LINE__, "publication of \"%s\" without a value",
-                  rootId.c_str());
+        SDM_HOST_LOG(2, "publication of \"%s\" without a value", rootId.c_str());
         return false;
       }
       if (store(rootId, newValue))
@@ -138,7 +138,7 @@ bool LocalMgmtStore::lookupData(ManageableData& data)
   }
   catch (const std::exception& error)
   {
-    logFailure(__LINE__, "lookup", error);
+    logFailure("lookup", error);
     return false;
   }
 }
@@ -159,7 +159,7 @@ bool LocalMgmtStore::publishData(ManageableData& data)
   }
   catch (const std::exception& error)
   {
-    logFailure(__LINE__, "publication", error);
+    logFailure("publication", error);
     return false;
   }
   content->deliveries.deliver();
@@ -179,7 +179,7 @@ bool LocalMgmtStore::checkData(ManageableData& data, void*)
   }
   catch (const std::exception& error)
   {
-    logFailure(__LINE__, "check for locks", error);
+    logFailure("check for locks", error);
     objection = rootIds.front();
   }
   data.setRootId(objection, this);

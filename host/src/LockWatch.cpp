@@ -1,3 +1,4 @@
+// Each semaphore enters a function that reports on it; whoever asks gets the reports of all.
 #include "host/LockWatch.h"
 
 #include <atomic>

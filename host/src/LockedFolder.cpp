@@ -1,3 +1,4 @@
+// The folder itself is locked, and the lock file as well, which also names files that must be there at the next start.
 #include "LockedFolder.h"
 
 #include <fcntl.h>

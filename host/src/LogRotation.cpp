@@ -1,3 +1,4 @@
+// A new log is finished beside the old one before names are shifted, so that a power cut loses no record.
 #include "LogRotation.h"
 
 #include <fcntl.h>

@@ -1,3 +1,4 @@
+// Root ids stand in the order they came in, each once; values by root id and name.
 #include "host/RejectReasons.h"
 
 #include <algorithm>

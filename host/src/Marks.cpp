@@ -1,3 +1,4 @@
+// The marks of a thread are a stack, which other threads may read.
 #include "host/Marks.h"
 
 #include <sys/syscall.h>
@@ -87,9 +88,9 @@ std::shared_ptr<Activity> currentActivity()
   return own.activity;
 }
 
-Mark::Mark(MarkKind markKind, const std::string& markName) : kind(markKind), began(std::chrono::steady_clock::now())
+Mark::Mark(MarkKind itsKind, const std::string& name) : kind(itsKind), began(std::chrono::steady_clock::now())
 {
-  currentActivity()->begin(kind, markName);
+  currentActivity()->begin(kind, name);
 }
 
 Mark::~Mark()

@@ -1,3 +1,4 @@
+// The reason stands in an element of its own, which no column can be, so an update is refused for it.
 #include "NotEncrypted.h"
 
 #include "XmlText.h"

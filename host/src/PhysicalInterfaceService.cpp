@@ -1,3 +1,4 @@
+// The number of interfaces is told at the start and stays.
 #include "host/PhysicalInterfaceService.h"
 
 namespace host

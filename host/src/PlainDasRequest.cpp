@@ -1,3 +1,4 @@
+// Takes piece by piece what the manager writes; the first piece that is another one leaves the request to the parser.
 #include "PlainDasRequest.h"
 
 #include <algorithm>

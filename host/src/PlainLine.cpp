@@ -1,3 +1,4 @@
+// Characters that could mislead a reader of a line are written as escapes, and so is what is no UTF-8.
 #include "PlainLine.h"
 
 #include <array>

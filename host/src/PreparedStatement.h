@@ -1,12 +1,12 @@
 // A statement with room for what goes in and comes out; compiled once, run as often as wanted.
 #pragma once
 
+#include <soci/soci.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <string>
 #include <vector>
-
-#include <soci/soci.h>
 
 #include "Connection.h"
 

@@ -1,3 +1,4 @@
+// Reasons of the contract, made when the library is loaded.
 #include <RejectReasonsStrings.h>
 
 const std::string RejectReasonsStrings::unchanged_data = "UNCHANGED_DATA";

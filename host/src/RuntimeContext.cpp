@@ -1,3 +1,4 @@
+// Names and what is offered under them, under one lock.
 #include "host/RuntimeContext.h"
 
 namespace host

@@ -1,3 +1,4 @@
+// The system makes a name that nobody has, in its folder for temporary files.
 #include "ScratchFolder.h"
 
 #include <cerrno>

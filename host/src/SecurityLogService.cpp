@@ -1,3 +1,4 @@
+// One line a record, on the disk before the call returns. A line that was torn by a crash is ended before the next.
 #include "host/SecurityLogService.h"
 
 #include <fcntl.h>
@@ -11,11 +12,11 @@
 #include <utility>
 
 #include "Files.h"
+#include "Log.h"
 #include "LogRotation.h"
 #include "PlainLine.h"
 #include "host/Error.h"
 #include "host/PrivateFiles.h"
-#include <logAppUni.h>
 
 namespace host
 {
@@ -77,7 +78,7 @@ std::vector<std::string> linesOf(std::string_view text)
 }
 } // namespace
 
-SecurityLogService::SecurityLogService(const std::filesystem::path& logFile) : file(logFile), descriptor(opened(file))
+SecurityLogService::SecurityLogService(const std::filesystem::path& itsFile) : file(itsFile), descriptor(opened(file))
 {
   try
   {
@@ -91,8 +92,8 @@ SecurityLogService::SecurityLogService(const std::filesystem::path& logFile) : f
   }
 }
 
-SecurityLogService::SecurityLogService(const std::filesystem::path& logFile, const Error& why)
-    : file(logFile), unwritable(why.what()), descriptor(openRegularOrDevice(file, O_RDONLY).release())
+SecurityLogService::SecurityLogService(const std::filesystem::path& itsFile, const Error& why)
+    : file(itsFile), unwritable(why.what()), descriptor(openRegularOrDevice(file, O_RDONLY).release())
 {
 }
 
@@ -140,8 +141,7 @@ void SecurityLogService::rotate(std::string& line)
   catch (const Error& error)
   {
     unrotated = static_cast<std::size_t>(::lseek(descriptor, 0, SEEK_END)) + fullLog / 4;
-    logAppUni("HostPlatform", "host/src/SecurityLogService", 2, __LINE__,
-              "the security log is full and goes on in the same file: %s", error.what());
+    SDM_HOST_LOG(2, "the security log is full and goes on in the same file: %s", error.what());
   }
 }
 

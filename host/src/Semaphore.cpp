@@ -1,4 +1,7 @@
+// Units are counted under a mutex of their own, with who holds and who waits, so that a long wait can name both.
 #include <Semaphore.h>
+
+#include <logAppUni.h>
 
 #include <algorithm>
 #include <exception>
@@ -6,8 +9,6 @@
 
 #include "LockRegister.h"
 #include "SemaphoreContent.h"
-
-#include <logAppUni.h>
 
 namespace
 {
@@ -26,7 +27,7 @@ Semaphore::Semaphore(int initial, int maximum, bool reentrant)
 
 Semaphore::~Semaphore() = default;
 
-Semaphore::Content::Content(int initial, bool isReentrant) : reentrant(isReentrant), available(initial)
+Semaphore::Content::Content(int initial, bool itsReentrant) : reentrant(itsReentrant), available(initial)
 {
   host::enterLock(this, [this] { return report(); });
 }

@@ -1,3 +1,4 @@
+// The driver tells SQLite's number for an error, which says what can be done about it.
 #include "SqliteDialect.h"
 
 #include <soci/soci.h>

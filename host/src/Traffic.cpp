@@ -1,3 +1,4 @@
+// Exchanges are kept in a queue, of which the oldest go first; the real service is called without the lock.
 #include "host/Traffic.h"
 
 #include <exception>
@@ -31,8 +32,7 @@ void TrafficListener::exchangeEnded(const Exchange& /*exchange*/)
 {
 }
 
-TrafficRecorder::TrafficRecorder(::DataAccessServiceIfc& realService, std::size_t keepLast)
-    : real(realService), keep(keepLast)
+TrafficRecorder::TrafficRecorder(::DataAccessServiceIfc& itsReal, std::size_t itsKeep) : real(itsReal), keep(itsKeep)
 {
 }
 

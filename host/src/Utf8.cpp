@@ -1,3 +1,4 @@
+// Follows the table of well-formed sequences: no overlong form, no surrogate, nothing beyond the last code point.
 #include "Utf8.h"
 
 namespace host

@@ -1,3 +1,4 @@
+// Texts are copied in stretches between the few characters that need a reference.
 #include "XmlText.h"
 
 #include <algorithm>

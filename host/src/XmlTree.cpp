@@ -1,3 +1,4 @@
+// The parser's calls build the tree. Depth is limited and a document type refused, so a hostile text stays harmless.
 #include "XmlTree.h"
 
 #include <expat.h>
@@ -33,7 +34,7 @@ unsigned long hashSalt()
 class TreeBuilder
 {
 public:
-  explicit TreeBuilder(XML_Parser parserToUse) : parser(parserToUse)
+  explicit TreeBuilder(XML_Parser itsParser) : parser(itsParser)
   {
     XML_SetUserData(parser, this);
     XML_SetElementHandler(parser, &TreeBuilder::onStart, &TreeBuilder::onEnd);

@@ -1,3 +1,4 @@
+// Files are renamed under a number that is free for all of them, the database's own last.
 #include "host/keepAside.h"
 
 #include <fcntl.h>

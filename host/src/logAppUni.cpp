@@ -1,3 +1,4 @@
+// A line is formatted once, told to the listener, and handed to the logging library, which knows the sinks.
 #include "host/DeviceLog.h"
 
 #include <fcntl.h>

@@ -4,10 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <regex>
 #include <thread>
 
 #include "HostTesting.h"
 #include "SyncCounter.h"
+#include "host/DeviceLog.h"
 #include "host/LocalMgmtStore.h"
 
 namespace
@@ -82,6 +84,17 @@ TEST_F(LocalMgmtStore, PublicationWithAMissingValueStoresNothing)
   data.addRootId("b", nullptr);
   EXPECT_FALSE(store->publishData(data));
   EXPECT_EQ(store->value("a"), "old");
+}
+
+TEST_F(LocalMgmtStore, LinesOfTheLogNameTheirSourceAndNoFolderOfItsBuild)
+{
+  host::openLog({folder / "log", 0, 6});
+  ManageableData data;
+  data.addRootId("b", nullptr);
+  store->publishData(data);
+  host::closeLog();
+  const std::regex line(R"([^ ]+ 2 HostPlatform host/src/LocalMgmtStore\.cpp:\d+ publication of "b" without a value)");
+  EXPECT_TRUE(std::regex_match(hosttest::linesOf(folder / "log").at(0), line));
 }
 
 TEST_F(LocalMgmtStore, PublicationThatFailsStoresNothing)
