@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <functional>
 
-#include "host/ClientUtils.h"
+#include "host/Secrets.h"
 
 namespace cli::diff
 {
