@@ -51,3 +51,12 @@ endfunction()
 function(sdm_check_locks name)
   target_compile_options(${name} PRIVATE $<$<CXX_COMPILER_ID:Clang>:-Wthread-safety>)
 endfunction()
+
+# Reads the headers that most files of the target include once for all of them. Not in every build: a file has to include
+# what it uses, and one that forgets is noticed where each file is compiled alone.
+option(SDM_PRECOMPILE "Precompile the headers of the program and of large tests" ON)
+function(sdm_precompile name)
+  if(SDM_PRECOMPILE)
+    target_precompile_headers(${name} PRIVATE ${ARGN})
+  endif()
+endfunction()
