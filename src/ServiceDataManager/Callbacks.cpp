@@ -18,21 +18,21 @@ Callback* findCallback(const std::map<std::string, Callback*>& callbacks, const 
   return found == callbacks.end() ? nullptr : found->second;
 }
 
-/// The callback objects in the order of their names, each once: one may be registered under several names.
+} // namespace
+
 template <typename Callback>
-std::vector<std::unique_ptr<Callback>> distinctCallbacks(const std::map<std::string, Callback*>& callbacks)
+std::vector<ServiceDataManager::Retired>
+ServiceDataManager::distinctCallbacks(const std::map<std::string, Callback*>& callbacks)
 {
-  std::set<const Callback*> seen;
-  std::vector<std::unique_ptr<Callback>> objects;
+  std::set<const void*> seen;
+  std::vector<Retired> objects;
   for (const auto& [name, callback] : callbacks)
   {
     if (callback != nullptr && seen.insert(callback).second)
-      objects.emplace_back(callback);
+      objects.push_back(ofAnyType(callback));
   }
   return objects;
 }
-
-} // namespace
 
 void ServiceDataManager::addGetter(const Getter& getter)
 {
@@ -66,13 +66,13 @@ void ServiceDataManager::deleteGetters()
 {
   const Hold hold(*this);
   // Taken out first, so that a callback's destructor finds the registry empty and usable.
-  for (auto& getter : distinctCallbacks(std::exchange(getters, {})))
+  for (Retired& getter : distinctCallbacks(std::exchange(getters, {})))
     retire(std::move(getter));
 }
 
 void ServiceDataManager::deleteSetters()
 {
   const Hold hold(*this);
-  for (auto& setter : distinctCallbacks(std::exchange(setters, {})))
+  for (Retired& setter : distinctCallbacks(std::exchange(setters, {})))
     retire(std::move(setter));
 }

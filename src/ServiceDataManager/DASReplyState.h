@@ -2,10 +2,9 @@
 #pragma once
 
 #include <exception>
-#include <map>
 #include <string>
 
-#include "DASImportMap.h"
+#include "ImportCursor.h"
 
 struct XML_ParserStruct;
 
@@ -16,12 +15,10 @@ namespace sdm
 struct RunningParser
 {
   XML_ParserStruct* expat = nullptr;
-  /// The index in which the current schema was looked up, null before that; and the schema's items, null when there
-  /// are none.
+  /// The index in which the current schema was looked up, null before that; and where in the schema's items the reply
+  /// is.
   const DASImportMap* map = nullptr;
-  const std::map<DasItemKey, ManagedDataItem*>* items = nullptr;
-  /// The place of the column that is being imported.
-  DasItemKey place;
+  ImportCursor cursor;
   /// What its setter finds and leaves as its remark.
   std::string error;
 };

@@ -74,11 +74,11 @@ struct DictionaryItem
   /// Kept for its room: an item has nearly as many as a line has columns.
   std::string& key;
 
-  std::string read(sdm::ItemMapColumn column)
+  std::string read(const char* entry)
   {
     std::string value;
     key = prefix;
-    key += sdm::namesOf(column).key;
+    key += entry;
     record.interogate(name, key, value);
     return value;
   }
@@ -169,23 +169,24 @@ void ServiceDataManager::loadItemMapDictionary(const std::string& mapName)
     return;
   }
   using Column = sdm::ItemMapColumn;
+  using sdm::keyOf;
   std::string key;
   for (int number = 1;; ++number)
   {
     DictionaryItem item{dictionary, mapName, "/item[" + std::to_string(number) + "]/", key};
-    const std::string rootId = item.read(Column::rootId);
+    const std::string rootId = item.read(keyOf(Column::rootId));
     if (rootId.empty())
       return;
-    const std::string dasSchema = item.read(Column::dasSchema);
-    const std::string dasItem = item.read(Column::dasItem);
-    const std::string dasIndexName = item.read(Column::dasIndexName);
-    const std::string dasIndexValue = item.read(Column::dasIndexValue);
-    const std::string setter = item.read(Column::setter);
-    const std::string getter = item.read(Column::getter);
-    const std::string defaultValue = item.read(Column::defaultValue);
-    const std::string userData = item.read(Column::userData);
-    const std::string isGroupItem = item.read(Column::isGroupItem);
-    const std::string dasEncrypted = item.read(Column::dasEncrypted);
+    const std::string dasSchema = item.read(keyOf(Column::dasSchema));
+    const std::string dasItem = item.read(keyOf(Column::dasItem));
+    const std::string dasIndexName = item.read(keyOf(Column::dasIndexName));
+    const std::string dasIndexValue = item.read(keyOf(Column::dasIndexValue));
+    const std::string setter = item.read(keyOf(Column::setter));
+    const std::string getter = item.read(keyOf(Column::getter));
+    const std::string defaultValue = item.read(keyOf(Column::defaultValue));
+    const std::string userData = item.read(keyOf(Column::userData));
+    const std::string isGroupItem = item.read(keyOf(Column::isGroupItem));
+    const std::string dasEncrypted = item.read(keyOf(Column::dasEncrypted));
     SDM_TRACE(5, "setAllManagedData id=\"%s\"\tget=\"%s\"\tset=\"%s\"\tgrp=\"%s\"\tenc=\"%s\"\tusr=\"%s\"",
               rootId.c_str(), getter.c_str(), setter.c_str(), isGroupItem.c_str(), dasEncrypted.c_str(),
               userData.c_str());

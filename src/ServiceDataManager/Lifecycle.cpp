@@ -77,3 +77,9 @@ void ServiceDataManager::discardItemsFrom(std::size_t first)
     retire(std::move(last));
   }
 }
+
+void ServiceDataManager::retire(Retired object)
+{
+  if (object != nullptr && runningOperations > 0)
+    retired.push_back(std::move(object));
+}

@@ -165,14 +165,9 @@ ManagedDataItem* ServiceDataManager::importedItem(sdm::RunningParser& parser, co
   {
     const auto found = dasImportMap->getSchemaMap().find(reply->schema);
     parser.map = dasImportMap.get();
-    parser.items = found != dasImportMap->getSchemaMap().end() ? &found->second.items : nullptr;
+    parser.cursor.start(found != dasImportMap->getSchemaMap().end() ? &found->second.items : nullptr);
   }
-  if (parser.items == nullptr)
-    return nullptr;
-  parser.place.item = column;
-  parser.place.index = reply->indexValue;
-  const auto found = parser.items->find(parser.place);
-  return found == parser.items->end() ? nullptr : found->second;
+  return parser.cursor.find(column, reply->indexValue);
 }
 
 void ServiceDataManager::importColumn(const char* column)
@@ -180,6 +175,8 @@ void ServiceDataManager::importColumn(const char* column)
   if (column == reply->indexColumn)
   {
     reply->indexValue = reply->characters;
+    if (reply->parser != nullptr)
+      reply->parser->cursor.startRow();
     return;
   }
   sdm::RunningParser outside;

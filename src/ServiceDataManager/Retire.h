@@ -5,11 +5,15 @@
 
 #include "ServiceDataManager.h"
 
-/// Frees the object at once, or at the end of the outermost operation when one is running.
+/// An object of any type, as all types are retired alike.
+template <typename Object>
+ServiceDataManager::Retired ServiceDataManager::ofAnyType(Object* object)
+{
+  return Retired(object, [](void* old) { std::default_delete<Object>()(static_cast<Object*>(old)); });
+}
+
 template <typename Object>
 void ServiceDataManager::retire(std::unique_ptr<Object> object)
 {
-  if (object != nullptr && runningOperations > 0)
-    retired.push_back(
-        Retired(object.release(), [](void* old) { std::default_delete<Object>()(static_cast<Object*>(old)); }));
+  retire(ofAnyType(object.release()));
 }

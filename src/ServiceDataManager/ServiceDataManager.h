@@ -121,8 +121,16 @@ private:
 
   // Lifecycle. What a running operation may still point at is freed when the outermost operation ends.
   using Retired = std::unique_ptr<void, void (*)(void*)>;
+  /// Owned by what is returned.
+  template <typename Object>
+  static Retired ofAnyType(Object* object);
   template <typename Object>
   void retire(std::unique_ptr<Object> object) SDM_NEEDS(this);
+  /// Frees the object at once, or at the end of the outermost operation when one is running.
+  void retire(Retired object) SDM_NEEDS(this);
+  /// The callback objects in the order of their names, each once: one may be registered under several names.
+  template <typename Callback>
+  static std::vector<Retired> distinctCallbacks(const std::map<std::string, Callback*>& callbacks);
   void discardItemsFrom(std::size_t first) SDM_NEEDS(this);
 
   // Services: null while absent, and then asked for again. No lock of their own.

@@ -127,8 +127,10 @@ ServiceDataManager::SetDataBlob ServiceDataManager::readUserItem(const std::stri
       value = std::move(plain);
     else
       SDM_LOG(2, "decryptData failed to base64decode data item");
+    // Either may have called the manager.
+    item = publishedItem(rootId);
   }
-  return {rootId, std::move(value), publishedItem(rootId)};
+  return {rootId, std::move(value), item};
 }
 
 void ServiceDataManager::reloadUserData()

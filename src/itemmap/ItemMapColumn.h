@@ -55,9 +55,13 @@ inline constexpr std::array<ItemMapColumnNames, itemMapColumnCount> itemMapColum
 static_assert(itemMapColumns.back().words != nullptr, "a column lacks its names");
 
 /// The names of one column; `which` is no `count`.
-constexpr const ItemMapColumnNames& namesOf(ItemMapColumn which)
+constexpr const char* keyOf(ItemMapColumn which)
 {
-  return itemMapColumns[static_cast<std::size_t>(which)];
+  return itemMapColumns[static_cast<std::size_t>(which)].key;
+}
+constexpr const char* wordsOf(ItemMapColumn which)
+{
+  return itemMapColumns[static_cast<std::size_t>(which)].words;
 }
 
 /// Whether a unit with so many interfaces takes the alternative default of an item that has one: units with 2, 3 or 4

@@ -58,7 +58,7 @@ std::size_t characterLength(std::string_view text)
 
 const char* columnName(Column which)
 {
-  return sdm::namesOf(which).words;
+  return sdm::wordsOf(which);
 }
 
 MapText::MapText(std::string path, std::string text) : name(std::move(path)), content(std::move(text))
