@@ -57,9 +57,10 @@ public:
   /// Data Access Service with `traffic` in front as well.
   ::SvcRTEContext& context();
 
-  /// What the context offers for the store and the security log below.
+  /// What the context offers as the local management store: `store` behind its wrapper, which meets faults.
   ::LocalMgmtIfc& offeredStore();
-  ::SecurityLogServiceIfc& offeredSecurityLog(); ///< as above
+  /// What the context offers as the security log: `securityLog` behind its wrapper, which meets faults.
+  ::SecurityLogServiceIfc& offeredSecurityLog();
 
   /// The database itself, without `traffic` and faults in front. This and the next three are the device's and live as
   /// long as it; they may be asked for from any thread.
