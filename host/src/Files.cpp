@@ -95,6 +95,14 @@ void throwSystemError(const std::filesystem::path& file, const std::string& what
   throw DiskTrouble(text + remedy);
 }
 
+void throwUnreadable(const std::filesystem::path& file, const std::string& what, int errorNumber)
+{
+  if (errorNumber != EACCES && errorNumber != EPERM)
+    throwSystemError(file, what, errorNumber);
+  throw DiskTrouble(file.string() + ": " + what + ": " + std::generic_category().message(errorNumber) +
+                    "; let the user of this program read it");
+}
+
 FileDescriptor openRegular(const std::filesystem::path& file, int flags)
 {
   return openAs(file, flags, [](mode_t type) { return S_ISREG(type); });
@@ -122,7 +130,7 @@ std::string wholeContent(const FileDescriptor& descriptor, std::size_t most, con
   {
     const ssize_t taken = ::pread(descriptor.number(), &content[size], content.size() - size, static_cast<off_t>(size));
     if (taken < 0 && errno != EINTR)
-      throwSystemError(file, "cannot be read", errno);
+      throwUnreadable(file, "cannot be read", errno);
     if (taken == 0)
       break;
     size += taken < 0 ? 0 : static_cast<std::size_t>(taken);

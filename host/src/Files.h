@@ -33,6 +33,9 @@ private:
 /// `DiskTrouble`, and says what to do.
 [[noreturn]] void throwSystemError(const std::filesystem::path& file, const std::string& what, int errorNumber);
 
+/// As `throwSystemError`, of a file that is only read: nobody is told to make it writable.
+[[noreturn]] void throwUnreadable(const std::filesystem::path& file, const std::string& what, int errorNumber);
+
 /// Opens a regular file without ever waiting for somebody at its other end; `flags` are those of `open`,
 /// and with `O_CREAT` among them a file that is not there is made as `openPrivate` does. Not
 /// open when the system refuses, with the reason in `errno`. Throws `Error` when something else than a regular file

@@ -34,7 +34,7 @@ std::optional<Key> readKey(const std::filesystem::path& file)
     return std::nullopt;
   struct stat status = {};
   if (!input.isOpen() || ::fstat(input.number(), &status) != 0)
-    throwSystemError(file, "the key cannot be read", errno);
+    throwUnreadable(file, "the key cannot be read", errno);
   requireSafeKeyFile(status, file);
   Key key;
   std::string content = wholeContent(input, key.bytes.size(), file);

@@ -59,7 +59,7 @@ std::string tailOf(int descriptor, std::size_t count, const std::filesystem::pat
     const off_t start = std::max<off_t>(0, end - span);
     std::string tail(static_cast<std::size_t>(end - start), '\0');
     if (::pread(descriptor, tail.data(), tail.size(), start) != end - start)
-      throwSystemError(file, "cannot be read", errno);
+      throwUnreadable(file, "cannot be read", errno);
     if (start == 0 || static_cast<std::size_t>(std::count(tail.begin(), tail.end(), '\n')) > count)
       return tail;
   }
@@ -110,7 +110,7 @@ bool SecurityLogService::endsInsideLine() const
     throwSystemError(file, "cannot be examined", errno);
   char last = '\n';
   if (status.st_size > 0 && ::pread(descriptor, &last, 1, status.st_size - 1) != 1)
-    throwSystemError(file, "cannot be read", errno);
+    throwUnreadable(file, "cannot be read", errno);
   return last != '\n';
 }
 

@@ -165,7 +165,8 @@ class SecretsWithoutKey(WithoutAFile):
         run = self.run_without("das.key", self.SET, "securitylog 1")
         self.assertEqual(run.code, 1)
         self.assertIn(self.WHY + "there is no key: ", run.err)
-        self.assertIn("das.key: the key cannot be read: Permission denied", run.err)
+        self.assertIn("das.key: the key cannot be read: Permission denied; let the user of this program read it",
+                      run.err)
         self.assertIn("failed  SipBaseSettings set Password", run.lines()[-1])
         self.assertIn("a value is not encrypted: there is no key", run.err)
 
