@@ -40,7 +40,7 @@ class Completion(ProgramTest):
 
     def test_formats(self):
         self.assertEqual(self.completed("check", "--format", "s"), ["sarif"])
-        self.assertEqual(self.completed("check", "--format", "=", ""), ["text", "json", "sarif"])
+        self.assertEqual(self.completed("check", "--format", "=", ""), ["text", "json", "sarif", "markdown", "junit", "gitlab", "github"])
         told = re.search(r"--format FORMAT\S*\s+[^:]*: (\w+), (\w+), or (\w+)", self.sdm("check", "--help").out)
         self.assertEqual(self.completed("check", "--format", ""), list(told.groups()))
 

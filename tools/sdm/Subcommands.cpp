@@ -1,5 +1,6 @@
 #include "base/Subcommand.h"
 #include "check/Check.h"
+#include "diff/Diff.h"
 #include "explain/Explain.h"
 #include "groups/Groups.h"
 #include "new/New.h"
@@ -14,6 +15,7 @@ const std::vector<Subcommand>& subcommands()
 {
   static const std::vector<Subcommand> table = {
       {"check", "Tell what is wrong with item maps", addCheck},
+      {"diff", "Tell what a new item map changes for devices with an old one", addDiff},
       {"explain", "Tell where the value of an item came from", addExplain},
       {"groups", "Show groups, and whether the order of a request matters to them", addGroups},
       {"new", "Write the project of a service from its item map", addNew},

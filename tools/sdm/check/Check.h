@@ -8,6 +8,7 @@
 
 #include "Finding.h"
 #include "base/Subcommand.h"
+#include "findings/Formats.h"
 
 namespace cli
 {
@@ -15,19 +16,12 @@ namespace cli
 namespace check
 {
 
-enum class Format
-{
-  text,
-  json,
-  sarif
-};
-
 struct CheckSettings
 {
   std::vector<std::string> maps;
-  Format format = Format::text;
-  /// Warnings count as errors.
-  bool strict = false;
+  findings::Format format = findings::Format::text;
+  /// From which severity on the exit code tells of a finding.
+  findings::FailOn failOn = findings::FailOn::error;
   bool fix = false;
   /// The shared object of a service that the maps are tried with; nothing given: none.
   std::optional<std::filesystem::path> service;
@@ -36,12 +30,6 @@ struct CheckSettings
 };
 
 ExitCode checkMaps(const CheckSettings& settings);
-
-/// The long explanation of one rule.
-void explainRule(const Rule& rule, Format format);
-
-/// All rules, a line each.
-void listRules(Format format);
 
 } // namespace check
 

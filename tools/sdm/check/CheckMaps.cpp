@@ -126,10 +126,10 @@ void tell(const std::vector<Result>& results, const CheckSettings& settings, con
 {
   const bool terminal = isatty(STDOUT_FILENO) != 0;
   const Style style(wantsColours(STDOUT_FILENO));
-  if (settings.format == Format::json)
+  if (settings.format == findings::Format::json)
     return tellJson(std::cout, results);
-  if (settings.format == Format::sarif)
-    return tellSarif(std::cout, results, rules);
+  if (findings::isShared(settings.format))
+    return findings::tell(std::cout, reportOf(results, rules, settings.failOn), settings.format);
   for (const Result& result : results)
     tellText(std::cout, result, style, terminal);
   if (terminal)
@@ -147,7 +147,8 @@ ExitCode checkMaps(const CheckSettings& settings)
   {
     results.push_back(checkMap(path, settings, rules));
     const Result& result = results.back();
-    if (result.count(Severity::error) > 0 || (settings.strict && result.count(Severity::warning) > 0))
+    const auto fails = [&](const Finding& finding) { return counts(settings.failOn, finding.rule->severity); };
+    if (std::any_of(result.findings.begin(), result.findings.end(), fails))
       code = std::max(code, exitRefused);
     if (!result.failure.empty())
       code = exitCannot;

@@ -9,6 +9,7 @@
 #include "Finding.h"
 #include "Linter.h"
 #include "base/Style.h"
+#include "findings/Report.h"
 
 namespace cli::check
 {
@@ -33,7 +34,11 @@ void tellText(std::ostream& out, const Result& result, const Style& style, bool 
 /// One document of JSON for all maps.
 void tellJson(std::ostream& out, const std::vector<Result>& results);
 
-/// One document of SARIF 2.1.0 for all maps, with the rules that were looked at.
-void tellSarif(std::ostream& out, const std::vector<Result>& results, const std::vector<const Rule*>& rules);
+/// The rules, as they are listed and explained.
+std::vector<findings::RuleText> textsOf(const std::vector<const Rule*>& rules);
+
+/// What all formats but those two are made of, with the rules that were looked at.
+findings::Report reportOf(const std::vector<Result>& results, const std::vector<const Rule*>& rules,
+                          findings::FailOn failOn);
 
 } // namespace cli::check

@@ -1,10 +1,9 @@
 #include "Change.h"
 
 #include <algorithm>
-#include <array>
-#include <sodium.h>
 
 #include "Changes.h"
+#include "findings/Report.h"
 
 namespace cli::diff
 {
@@ -42,15 +41,7 @@ std::vector<Change> changesOf(const check::MapText& oldMap, const check::MapText
 
 std::string fingerprint(const Change& change)
 {
-  // Sizes keep apart what would join to the same text.
-  std::string named;
-  for (const std::string& part : {std::string(change.rule->id), change.subject, change.before, change.after})
-    named += std::to_string(part.size()) + ":" + part;
-  std::array<unsigned char, crypto_hash_sha256_BYTES> digest{};
-  crypto_hash_sha256(digest.data(), reinterpret_cast<const unsigned char*>(named.data()), named.size());
-  std::array<char, 2 * crypto_hash_sha256_BYTES + 1> text{};
-  sodium_bin2hex(text.data(), text.size(), digest.data(), digest.size());
-  return std::string(text.data()).substr(0, 32);
+  return findings::fingerprintOf({change.rule->id, change.subject, change.before, change.after});
 }
 
 } // namespace cli::diff
