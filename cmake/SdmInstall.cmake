@@ -90,6 +90,7 @@ if(SDM_OVER_HOST)
   install(FILES
     "${PROJECT_SOURCE_DIR}/docs/man/sdm.1"
     "${PROJECT_SOURCE_DIR}/docs/man/sdm-check.1"
+    "${PROJECT_SOURCE_DIR}/docs/man/sdm-diff.1"
     "${PROJECT_SOURCE_DIR}/docs/man/sdm-explain.1"
     "${PROJECT_SOURCE_DIR}/docs/man/sdm-groups.1"
     "${PROJECT_SOURCE_DIR}/docs/man/sdm-new.1"

@@ -108,6 +108,21 @@ class Pages(unittest.TestCase):
                                  rule["summary"]) for rule in json.loads(listed.stdout)])
         self.assertEqual(set(re.findall(r"\[`([\w-]+)`\]\(#\1\)", text)), {row[0] for row in rows})
 
+    def test_page_of_diff(self):
+        self.assert_page_of("diff")
+
+    def test_pages_of_diff_list_every_rule(self):
+        listed = subprocess.run([PROGRAM, "diff", "--rules", "--json"], capture_output=True, check=True)
+        rules = json.loads(listed.stdout)
+        page = page_lists("sdm-diff.1")["Rules"]
+        self.assertEqual([(term, words(written)) for term, written in page],
+                         [(rule["id"], words(rule["summary"])) for rule in rules])
+        with open(os.path.join(os.environ["PAGES"], "..", "diff.md")) as file:
+            rows = re.findall(r'<a id="([\w-]+)"></a>`\1` \| (\w+) \| `?([\w-]*)`? \| (.*) \| (.*) \| (.*) \|\n',
+                              file.read())
+        self.assertEqual(rows, [(rule["id"], rule["severity"], "" if rule["mirror"] == rule["id"] else rule["mirror"],
+                                 rule["summary"], rule["stored"], rule["notStored"]) for rule in rules])
+
     def test_page_of_new(self):
         self.assert_page_of("new")
 

@@ -426,8 +426,8 @@ class ShiftedColumns(ProgramTest):
 class Usage(ProgramTest):
     def test_is_refused_in_words_of_the_program(self):
         for arguments, answer in ((["check", "--rules", "x"], "--rules lists rules and takes no map, but x"),
-                                  (["check", "--format", "2", "x"], "2 is none of json, sarif, text"),
-                                  (["check", "--format", "xml", "x"], "xml is none of json, sarif, text"),
+                                  (["check", "--format", "2", "x"], "2 is none of github, gitlab, json, junit, markdown, sarif, text"),
+                                  (["check", "--format", "xml", "x"], "xml is none of github, gitlab, json, junit, markdown, sarif, text"),
                                   (["check", "--format", "jsn", "x"], "; did you mean json?"),
                                   (["test", "--format", "1", "x"], "1 is none of json, junit, tap"),
                                   (["groups", "--set", "a=b"], "--set is for use with --permute alone"),

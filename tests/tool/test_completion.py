@@ -37,12 +37,18 @@ class Completion(ProgramTest):
         rules = [line.split(" ")[0] for line in self.sdm("check", "--rules").lines()]
         self.assertEqual(self.completed("check", "--explain", ""), rules)
         self.assertEqual(self.completed("check", "--ignore", "carr"), ["carriage-return"])
+        changes = [line.split(" ")[0] for line in self.sdm("diff", "--rules").lines()]
+        self.assertEqual(self.completed("diff", "--explain", ""), changes)
 
     def test_formats(self):
         self.assertEqual(self.completed("check", "--format", "s"), ["sarif"])
         self.assertEqual(self.completed("check", "--format", "=", ""), ["text", "json", "sarif", "markdown", "junit", "gitlab", "github"])
-        told = re.search(r"--format FORMAT\S*\s+[^:]*: (\w+), (\w+), or (\w+)", self.sdm("check", "--help").out)
-        self.assertEqual(self.completed("check", "--format", ""), list(told.groups()))
+        for name in ("check", "diff"):
+            told = re.search(r"--format FORMAT\S*\s+[^:]*: ((?:\w+,\s+)+or \w+)", self.sdm(name, "--help").out)
+            self.assertEqual(self.completed(name, "--format", ""), re.findall(r"\w+", told.group(1).replace(" or ", " ")))
+
+    def test_levels(self):
+        self.assertEqual(self.completed("diff", "--fail-on", ""), ["error", "warning", "note", "never"])
 
     def test_files_and_folders(self):
         os.mkdir(os.path.join(self.folder, "map folder"))
