@@ -139,6 +139,21 @@ TEST(Changes, HaveTheValuesAndTheLinesOfBothMaps)
   EXPECT_EQ(all[0].newPlace->begin, 14U);
 }
 
+TEST(Changes, TellOfLocalItemsWhatHoldsForThem)
+{
+  const std::string local = "a.b,,,,,1,setB,,,,,\n";
+  for (const auto& [after, rule] :
+       {std::pair("", "item-removed"), std::pair("a.b,,,,,2,setB,,,,,\n", "default-changed"),
+        std::pair("a.b,,,,,1,,,,,,\n", "setter-removed"), std::pair("a.b,,,,,1,setB,,,,2,\n", "alternative-added")})
+  {
+    const auto all = changes(local, after);
+    ASSERT_EQ(all.size(), 1U) << rule;
+    EXPECT_STREQ(all[0].rule->id, rule);
+    EXPECT_NE(all[0].stored + all[0].notStored, std::string(all[0].rule->stored) + all[0].rule->notStored) << rule;
+    EXPECT_EQ(all[0].stored.find("database"), std::string::npos) << rule;
+  }
+}
+
 TEST(Changes, HideTheValuesOfSecretsAndCompareThem)
 {
   const std::vector<std::string> secrets = {"a.b,Sch,Col,,,%,setB,,,,,true\n",   "a.b,Sch,Col,,,%,setB,,,,,True\n",

@@ -59,6 +59,9 @@ Change& Changes::add(const char* rule, std::string_view subject, const Pair& pai
   change.text = std::move(text);
   change.stored = change.rule->stored;
   change.notStored = change.rule->notStored;
+  const auto isLocal = [](const ItemText* item) { return item == nullptr || item->isLocal(); };
+  if (isLocal(pair.before) && isLocal(pair.after))
+    useLocalEffects(change);
   if (pair.before != nullptr)
     change.oldPlace = pair.before->place(column);
   if (pair.after != nullptr)

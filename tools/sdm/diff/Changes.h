@@ -58,6 +58,9 @@ private:
   std::vector<Change> all;
 };
 
+/// Says what becomes of an item of the local store, where that differs from what its rule says.
+void useLocalEffects(Change& change);
+
 /// Which items of the two maps are the same one, by root id and by cell.
 struct Matching
 {

@@ -32,33 +32,6 @@ void lookForText(const Pair& pair, const TextRules& rules, Changes& changes)
   changes.add(had && has ? rules.changed : has ? rules.came : rules.went, pair, rules.column, rules.what);
 }
 
-/// An item of the local store never gets a default, but a reset of user data publishes it.
-void lookForDefault(const Pair& pair, Changes& changes)
-{
-  if (!differ(pair, Column::defaultValue))
-    return;
-  Change& change = changes.add("default-changed", pair, Column::defaultValue, "the default");
-  if (!pair.after->isLocal())
-    return;
-  change.stored = "the value is kept; nothing but a reset of user data uses the default of an item of the local store";
-  change.notStored = "nothing changes: no start uses the default of an item of the local store";
-}
-
-void lookForAlternative(const Pair& pair, Changes& changes)
-{
-  const std::size_t before = differ(pair, Column::alternativeDefault) ? 1 : 0;
-  if (before == 0)
-    return;
-  const bool had = pair.before->has(Column::alternativeDefault);
-  const bool has = pair.after->has(Column::alternativeDefault);
-  Change& change = changes.add(had && has ? "alternative-changed"
-                               : has      ? "alternative-added"
-                                          : "alternative-removed",
-                               pair, Column::alternativeDefault, "the alternative default");
-  if (pair.after->isLocal())
-    change.stored = change.notStored = "nothing changes: no start uses a default of an item of the local store";
-}
-
 std::string onOff(bool on)
 {
   return on ? "on" : "off";
@@ -136,8 +109,12 @@ void lookForColumns(const Pair& pair, Changes& changes)
     lookForEffective(pair, changes);
   if (!pair.before->isLocal() && !pair.after->isLocal())
     lookForMoves(pair, changes);
-  lookForDefault(pair, changes);
-  lookForAlternative(pair, changes);
+  if (differ(pair, Column::defaultValue))
+    changes.add("default-changed", pair, Column::defaultValue, "the default");
+  lookForText(pair,
+              {Column::alternativeDefault, "the alternative default", "alternative-added", "alternative-removed",
+               "alternative-changed"},
+              changes);
   const Side& before = changes.before();
   const Side& after = changes.after();
   lookForSwitch(pair, Column::userData, before.isUserData((*pair.before)[Column::rootId]),
