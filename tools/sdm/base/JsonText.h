@@ -1,4 +1,4 @@
-// JSON out of files that anybody may have written.
+// JSON as it comes out of files that anybody may have written, and as it is written.
 #pragma once
 
 #include <stdexcept>
@@ -20,5 +20,13 @@ public:
 /// What the text holds. Throws `JsonError` for one that is no JSON, and for one with more levels than any of our files
 /// has: copying, comparing and writing take a call a level, and the stack would end before the levels do.
 nlohmann::ordered_json jsonOf(std::string_view text);
+
+/// The text of a value in one line, or in many with so many blanks a level. What is no UTF-8 is replaced, so that the
+/// text stays JSON. For `nlohmann::json` and `nlohmann::ordered_json`.
+template <class Json>
+std::string jsonText(const Json& value, int indent = -1)
+{
+  return value.dump(indent, ' ', false, Json::error_handler_t::replace);
+}
 
 } // namespace cli

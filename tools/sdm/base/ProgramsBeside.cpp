@@ -10,6 +10,7 @@
 
 #include "Shown.h"
 #include "StartError.h"
+#include "Text.h"
 
 namespace cli
 {
@@ -47,7 +48,7 @@ std::vector<std::string> programsBeside()
        entry.increment(unreadable))
   {
     const std::string file = entry->path().filename().string();
-    if (file.rfind(beginning, 0) == 0 && isName(file.substr(skipped)) && isProgram(entry->path()))
+    if (beginsWith(file, beginning) && isName(file.substr(skipped)) && isProgram(entry->path()))
       names.push_back(file.substr(skipped));
   }
   std::sort(names.begin(), names.end());

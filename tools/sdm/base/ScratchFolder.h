@@ -1,4 +1,5 @@
-// A folder for what need not last.
+// A folder for what need not last. The host platform has one of its own for its copies of databases: it is not part of
+// the interface of the host, and this floor knows nothing of the host.
 #pragma once
 
 #include <filesystem>

@@ -4,6 +4,8 @@
 #include <cctype>
 #include <utility>
 
+#include "Text.h"
+
 #include "Shown.h"
 
 namespace cli
@@ -12,13 +14,6 @@ namespace
 {
 
 constexpr std::size_t mostSuggestions = 3;
-
-std::string lowered(std::string text)
-{
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return text;
-}
 
 /// Letters to insert, remove, replace or swap with a neighbour to turn one text into the other.
 std::size_t distance(const std::string& a, const std::string& b)

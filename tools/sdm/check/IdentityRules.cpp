@@ -1,6 +1,8 @@
 // Items that get into each other's way: of several with the same key the last one counts, without a word.
 #include "Rules.h"
 
+#include "base/Text.h"
+
 #include <map>
 #include <tuple>
 #include <unordered_map>

@@ -5,6 +5,8 @@
 #include <array>
 #include <unordered_map>
 
+#include <utf8.h>
+
 namespace cli::check
 {
 namespace
@@ -20,13 +22,6 @@ std::string_view inner(std::string_view text)
 bool hasControl(std::string_view text)
 {
   return std::any_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20; });
-}
-
-bool isUtf8(std::string_view text)
-{
-  while (!text.empty() && characterLength(text) > 0)
-    text.remove_prefix(characterLength(text));
-  return text.empty();
 }
 
 /// The columns whose texts an item brings into messages as names of elements.
@@ -49,7 +44,7 @@ void lookForNames(const MapText& map, Report& report)
     for (const Column column : elementNames(item))
     {
       const std::string_view name = inner(item[column]);
-      if (name.empty() || hasControl(name) || !isUtf8(name) || name.front() == '"')
+      if (name.empty() || hasControl(name) || !utf8::is_valid(name.begin(), name.end()) || name.front() == '"')
         continue;
       const auto [place, isNew] = known.try_emplace(name, false);
       if (isNew)

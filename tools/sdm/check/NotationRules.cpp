@@ -1,6 +1,8 @@
 // What other kinds of files have and an item map has not: comments, a heading, quotes.
 #include "Rules.h"
 
+#include "base/Text.h"
+
 namespace cli::check
 {
 namespace

@@ -84,14 +84,6 @@ std::string lineOf(const MapLine& line)
   return "line " + std::to_string(line.number);
 }
 
-std::string lowered(std::string_view text)
-{
-  std::string lower(text);
-  std::transform(lower.begin(), lower.end(), lower.begin(),
-                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
-  return lower;
-}
-
 bool isUtf16(const MapText& map)
 {
   const std::string_view start = std::string_view(map.bytes()).substr(0, 2);

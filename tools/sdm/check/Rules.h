@@ -58,9 +58,6 @@ bool isOpenQuote(std::string_view text);
 /// comma cut open.
 bool hasShiftedColumns(const ItemText& item);
 
-/// In lower case, as far as ASCII goes.
-std::string lowered(std::string_view text);
-
 /// The file is in UTF-16: no other rule has anything to say about it.
 bool isUtf16(const MapText& map);
 

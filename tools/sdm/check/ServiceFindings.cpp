@@ -6,17 +6,13 @@
 
 #include "base/ScratchFolder.h"
 #include "base/StartError.h"
+#include "base/Text.h"
 #include "service/ServiceCheck.h"
 
 namespace cli::check
 {
 namespace
 {
-
-bool begins(const std::string& text, const char* with)
-{
-  return text.rfind(with, 0) == 0;
-}
 
 /// The column that a finding of this rule is about.
 Column columnOf(const std::string& rule)
@@ -25,11 +21,11 @@ Column columnOf(const std::string& rule)
     return Column::getter;
   if (rule == "unresolved-setter" || rule == "setter-throws")
     return Column::setter;
-  if (begins(rule, "default-"))
+  if (beginsWith(rule, "default-"))
     return Column::defaultValue;
-  if (begins(rule, "alternative-"))
+  if (beginsWith(rule, "alternative-"))
     return Column::alternativeDefault;
-  if (begins(rule, "group-") || rule == "no-validator" || rule == "validator-throws")
+  if (beginsWith(rule, "group-") || rule == "no-validator" || rule == "validator-throws")
     return Column::isGroupItem;
   return Column::rootId;
 }

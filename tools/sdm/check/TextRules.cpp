@@ -1,9 +1,13 @@
 // Bytes and blanks in the columns, and the flags: what looks right and is not.
 #include "Rules.h"
 
+#include "base/Text.h"
+
 #include <algorithm>
 #include <array>
 #include <optional>
+
+#include <utf8.h>
 
 namespace cli::check
 {
@@ -92,8 +96,7 @@ void lookForBrokenUtf8(const MapText& map, Report& report)
       continue;
     const Span all{line.place.begin, line.at(Column::dasEncrypted).end};
     std::string_view rest = map.text(all);
-    while (!rest.empty() && characterLength(rest) > 0)
-      rest.remove_prefix(characterLength(rest));
+    rest.remove_prefix(static_cast<std::size_t>(utf8::find_invalid(rest.begin(), rest.end()) - rest.begin()));
     const std::uint32_t place = all.end - static_cast<std::uint32_t>(rest.size());
     if (!rest.empty() && !(all.end == line.place.end && all.size() == sdm::ItemMapFile::longestLine && rest.size() < 4))
       report.add({place, place + 1}, "this byte is no UTF-8, as which messages to the database are sent");

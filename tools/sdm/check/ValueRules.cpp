@@ -1,6 +1,8 @@
 // Defaults and alternative defaults: those that a message cannot carry, and those that nobody ever sees.
 #include "Rules.h"
 
+#include "base/Text.h"
+
 #include <algorithm>
 
 namespace cli::check

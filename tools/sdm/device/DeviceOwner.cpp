@@ -20,7 +20,7 @@ constexpr const char* fileName = "service.json";
 /// Names of files may be any bytes.
 std::string textOf(const Json& content)
 {
-  return content.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+  return jsonText(content, 2) + "\n";
 }
 
 std::string field(const Json& content, const char* name)

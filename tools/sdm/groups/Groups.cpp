@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "GroupReport.h"
+#include "base/JsonText.h"
 #include "base/OneOf.h"
 #include "base/ScratchFolder.h"
 #include "base/Shown.h"
@@ -54,7 +55,7 @@ struct GroupsSettings
 
 void write(const Json& document)
 {
-  std::cout << shownJson(document.dump(2, ' ', false, Json::error_handler_t::replace)) << "\n";
+  std::cout << shownJson(jsonText(document, 2)) << "\n";
 }
 
 /// Wrong usage that shows only when the map was read.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "base/JsonText.h"
 #include "base/Shown.h"
 #include "map/Masking.h"
 
@@ -106,7 +107,7 @@ void printExplanationAsJson(std::ostream& out, const std::string& rootId, const 
   document["events"] = Json::array();
   for (const HistoryEvent& event : history.events)
     document["events"].push_back(jsonOf(event));
-  out << shownJson(document.dump(2, ' ', false, Json::error_handler_t::replace)) << "\n";
+  out << shownJson(jsonText(document, 2)) << "\n";
 }
 
 } // namespace cli

@@ -14,7 +14,7 @@ constexpr std::size_t longestLine = 1024UL * 1024;
 
 std::string written(const Json& line)
 {
-  return line.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+  return jsonText(line) + "\n";
 }
 
 std::string text(const Json& line, const char* name)
@@ -117,7 +117,7 @@ std::string lineOf(const DroppedEvents& dropped)
 bool mayTellOf(std::string_view line, const std::string& rootId)
 {
   // As `lineOf` writes it; what is no event has no item.
-  const std::string item = "\"item\":" + Json(rootId).dump(-1, ' ', false, Json::error_handler_t::replace);
+  const std::string item = "\"item\":" + jsonText(Json(rootId));
   return line.find("\"item\":") == std::string_view::npos || line.find(item) != std::string_view::npos;
 }
 

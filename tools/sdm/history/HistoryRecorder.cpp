@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/Text.h"
 #include "host/RejectReasons.h"
 
 namespace cli
@@ -15,11 +16,6 @@ namespace
 
 /// Until its group is judged.
 constexpr const char* undecided = "";
-
-bool begins(const std::string& text, const std::string& with)
-{
-  return text.compare(0, with.size(), with) == 0;
-}
 
 bool holds(const std::string& text, const std::string& part)
 {
@@ -112,7 +108,7 @@ void HistoryRecorder::setterEnded(const SetterCall& call)
     return;
   if (call.thrown)
     note(work, item, call.value, outcome::refused, "the setter threw: " + *call.thrown);
-  else if (!call.accepted && begins(call.reason, RejectReasonsStrings::not_changed))
+  else if (!call.accepted && beginsWith(call.reason, RejectReasonsStrings::not_changed))
     note(work, item, call.value, outcome::notTakenAgain, "");
   else if (!call.accepted)
     note(work, item, call.value, outcome::refused, call.reason);
@@ -120,7 +116,7 @@ void HistoryRecorder::setterEnded(const SetterCall& call)
     note(work, item, call.value, undecided, "");
   else
     note(work, item, call.value,
-         begins(call.reason, RejectReasonsStrings::unchanged_data) ? outcome::unchanged : outcome::taken, "");
+         beginsWith(call.reason, RejectReasonsStrings::unchanged_data) ? outcome::unchanged : outcome::taken, "");
 }
 
 void HistoryRecorder::note(Work& work, const MapItem& item, const std::string& value, const std::string& outcome,
@@ -177,8 +173,8 @@ void HistoryRecorder::validatorEnded(const ValidatorCall& call)
       continue;
     each.event.outcome = *call.accepted ? outcome::taken : outcome::refused;
     if (!*call.accepted)
-      each.event.reason =
-          begins(call.reason, call.group + ": ") ? "group " + call.reason : "group " + call.group + ": " + call.reason;
+      each.event.reason = beginsWith(call.reason, call.group + ": ") ? "group " + call.reason
+                                                                     : "group " + call.group + ": " + call.reason;
   }
 }
 

@@ -1,5 +1,7 @@
 #include "MapText.h"
 
+#include "base/Utf8.h"
+
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
@@ -16,45 +18,7 @@ std::uint32_t narrow(std::size_t place)
   return static_cast<std::uint32_t>(place);
 }
 
-/// Whether bytes 1 to n-1 of a text continue a character.
-bool continues(std::string_view text, std::size_t n)
-{
-  if (text.size() < n)
-    return false;
-  for (std::size_t i = 1; i < n; ++i)
-  {
-    if ((static_cast<unsigned char>(text[i]) & 0xc0U) != 0x80U)
-      return false;
-  }
-  return true;
-}
-
 } // namespace
-
-std::size_t characterLength(std::string_view text)
-{
-  const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-  if (text.empty())
-    return 0;
-  if (byte(0) < 0x80)
-    return 1;
-  if (byte(0) >= 0xc2 && byte(0) <= 0xdf)
-    return continues(text, 2) ? 2 : 0;
-  // Neither in more bytes than needed, nor half of a pair, nor beyond the last character there is.
-  if (byte(0) >= 0xe0 && byte(0) <= 0xef)
-  {
-    const bool valid =
-        continues(text, 3) && !(byte(0) == 0xe0 && byte(1) < 0xa0) && !(byte(0) == 0xed && byte(1) > 0x9f);
-    return valid ? 3 : 0;
-  }
-  if (byte(0) >= 0xf0 && byte(0) <= 0xf4)
-  {
-    const bool valid =
-        continues(text, 4) && !(byte(0) == 0xf0 && byte(1) < 0x90) && !(byte(0) == 0xf4 && byte(1) > 0x8f);
-    return valid ? 4 : 0;
-  }
-  return 0;
-}
 
 const char* columnName(Column which)
 {

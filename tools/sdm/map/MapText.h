@@ -125,9 +125,6 @@ private:
   std::vector<std::uint32_t> starts;
 };
 
-/// The length of the character of UTF-8 that a text begins with, or 0 when it begins with none.
-std::size_t characterLength(std::string_view text);
-
 /// What a column is called in texts: "the root id", "the default" ...
 const char* columnName(Column which);
 

@@ -6,6 +6,7 @@
 #include <cctype>
 #include <nlohmann/json.hpp>
 
+#include "base/JsonText.h"
 #include "base/Shown.h"
 
 namespace cli
@@ -37,7 +38,7 @@ std::string withReplaced(std::string text, const std::string& what, const std::s
 std::string inJson(const std::string& text)
 {
   using Json = nlohmann::json;
-  const std::string quoted = Json(text).dump(-1, ' ', false, Json::error_handler_t::replace);
+  const std::string quoted = jsonText(Json(text));
   return quoted.substr(1, quoted.size() - 2);
 }
 

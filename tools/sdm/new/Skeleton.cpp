@@ -4,8 +4,6 @@
 #include <algorithm>
 #include <cctype>
 #include <filesystem>
-#include <set>
-#include <utility>
 #include <vector>
 
 #include "CodeLines.h"

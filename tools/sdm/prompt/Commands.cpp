@@ -9,6 +9,7 @@
 #include "base/Screen.h"
 #include "base/Shown.h"
 #include "base/Suggestion.h"
+#include "base/Text.h"
 #include "base/Words.h"
 
 namespace cli
@@ -42,7 +43,7 @@ Outcome help(Session& session, const Arguments& arguments)
   std::istringstream lines(command->help);
   for (std::string line; std::getline(lines, line);)
   {
-    const std::size_t indent = line.rfind("  ", 0) == 0 ? line.find_first_not_of(' ') : 2;
+    const std::size_t indent = beginsWith(line, "  ") ? line.find_first_not_of(' ') : 2;
     session.out << std::string(indent, ' ')
                 << wrapped(line.substr(line.find_first_not_of(' ')), session.columns, indent) << "\n";
   }

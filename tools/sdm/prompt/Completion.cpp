@@ -8,6 +8,7 @@
 #include "Commands.h"
 #include "FaultWords.h"
 #include "base/Shown.h"
+#include "base/Text.h"
 #include "base/Words.h"
 
 namespace cli
@@ -78,7 +79,7 @@ std::vector<std::string> optionsOf(const Command& command)
   std::istringstream words(command.arguments);
   for (std::string word; words >> word;)
   {
-    if (word.rfind("[--", 0) == 0)
+    if (beginsWith(word, "[--"))
       options.push_back(word.substr(1, word.size() - 2));
   }
   return options;
@@ -113,7 +114,7 @@ std::vector<std::string> completions(const std::string& line, const ItemTable& i
   for (const std::string& word : known)
   {
     // What could steer the terminal is not for typing either.
-    if (word.compare(0, begun.size(), begun) == 0 && isShowable(word))
+    if (beginsWith(word, begun) && isShowable(word))
       matching.push_back(word);
   }
   return matching;

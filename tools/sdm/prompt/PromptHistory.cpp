@@ -11,6 +11,7 @@
 
 #include "base/Descriptor.h"
 #include "base/Shown.h"
+#include "base/WholeFile.h"
 
 namespace cli
 {
@@ -47,13 +48,16 @@ bool isOwn(const Descriptor& file)
 std::string contentOf(const std::filesystem::path& path)
 {
   const Descriptor file = opened(path, O_RDONLY);
-  std::string content;
   if (!isOwn(file))
-    return content;
-  std::array<char, 65536> piece{};
-  for (ssize_t count = 0; (count = ::read(file.number, piece.data(), piece.size())) > 0;)
-    content.append(piece.data(), static_cast<std::size_t>(count));
-  return content;
+    return "";
+  try
+  {
+    return wholeContent(file.number, static_cast<std::size_t>(mostBytes));
+  }
+  catch (const Unusable&)
+  {
+    return "";
+  }
 }
 
 std::vector<std::string> linesOf(const std::filesystem::path& file)

@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "CommandFunctions.h"
+#include "base/JsonText.h"
 #include "base/Shown.h"
 #include "history/Explanation.h"
 
@@ -59,7 +60,7 @@ std::string kinds(Session& session, const MapItem& item)
 
 void writeJson(Session& session, const nlohmann::ordered_json& document)
 {
-  session.out << shownJson(document.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace)) << "\n";
+  session.out << shownJson(jsonText(document, 2)) << "\n";
 }
 
 bool takeJsonWord(Arguments& arguments)

@@ -9,17 +9,13 @@
 #include "CommandFunctions.h"
 #include "base/Shown.h"
 #include "base/Suggestion.h"
+#include "base/Text.h"
 #include "host/RejectReasons.h"
 
 namespace cli
 {
 namespace
 {
-
-bool begins(const std::string& text, const std::string& with)
-{
-  return text.compare(0, with.size(), with) == 0;
-}
 
 /// One `set`: the request, and what came back.
 class SetRequest
@@ -90,10 +86,10 @@ private:
     data.interogate(rootId, rootId, value);
     if (item == nullptr || item->isLocal())
       session.refuse(name + ": " + shown(reason) + hint(rootId, item));
-    else if (begins(reason, RejectReasonsStrings::not_changed))
+    else if (beginsWith(reason, RejectReasonsStrings::not_changed))
       session.out << name << " " << session.style.notable("not taken again") << ": it is so already, and taking it "
                   << "would interrupt the service; the database keeps it\n";
-    else if (!reason.empty() && !begins(reason, RejectReasonsStrings::unchanged_data))
+    else if (!reason.empty() && !beginsWith(reason, RejectReasonsStrings::unchanged_data))
       session.refuse(name + ": " + shown(reason));
     else if (!isLive(*item))
       holdBack(*item);

@@ -1,5 +1,7 @@
 #include "Comparison.h"
 
+#include "base/JsonText.h"
+
 namespace cli::replay
 {
 namespace
@@ -9,7 +11,7 @@ constexpr std::size_t contextLines = 3;
 
 std::string lineOf(const record::Event& event)
 {
-  return event.content.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+  return jsonText(event.content);
 }
 
 std::size_t nextCompared(const record::Transcript& transcript, std::size_t from)

@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include "Rehearsal.h"
+#include "base/JsonText.h"
 #include "base/OneOf.h"
 #include "base/Shown.h"
 
@@ -67,7 +68,7 @@ void tellJson(const Wanted& wanted, const Verdict& verdict)
                           {"actual", difference.actual}};
   }
   told["notes"] = verdict.notes;
-  std::cout << shownJson(told.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace)) << "\n";
+  std::cout << shownJson(jsonText(told, 2)) << "\n";
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include <array>
 #include <cctype>
 
+#include "base/Text.h"
 #include "base/Words.h"
 #include "transcript/Secrets.h"
 
@@ -40,9 +41,7 @@ std::string made(const Form& form, const std::string& number)
 
 bool looksLikeDigits(const std::string& name)
 {
-  std::string lower = name;
-  std::transform(lower.begin(), lower.end(), lower.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  const std::string lower = lowered(name);
   return lower.find("pin") != std::string::npos || lower.find("code") != std::string::npos ||
          lower.find("puk") != std::string::npos;
 }

@@ -3,6 +3,7 @@
 #include <ManageableData.h>
 #include <RejectReasonsStrings.h>
 
+#include "base/Text.h"
 #include "host/Secrets.h"
 #include "map/Masking.h"
 #include "map/SecretTexts.h"
@@ -58,7 +59,7 @@ std::string CallWatch::tellable(const std::string& text) const
   // The manager goes by how these reasons begin.
   for (const std::string& agreed : {RejectReasonsStrings::not_changed, RejectReasonsStrings::unchanged_data})
   {
-    if (text.rfind(agreed, 0) == 0)
+    if (beginsWith(text, agreed))
       return agreed + known.without(text.substr(agreed.size()));
   }
   return known.without(text);
@@ -126,7 +127,7 @@ void CallWatch::setterEnded(const SetterCall& call)
 void CallWatch::noteRefusal(const Place& place, const std::string& reason)
 {
   ++report.refused;
-  if (reason.rfind(RejectReasonsStrings::not_changed, 0) == 0)
+  if (beginsWith(reason, RejectReasonsStrings::not_changed))
     ++report.repeated;
   else if (report.refusals.size() < mostKept)
     report.refusals.push_back({place.first, place.second, reason});
@@ -163,7 +164,7 @@ void CallWatch::groupJudged(const std::string& group, bool accepted, const std::
   report.groupsTaken.erase(group);
   // The group is told anyway, and many validators begin with it.
   const std::string prefix = group + ": ";
-  const bool named = reason.rfind(prefix, 0) == 0;
+  const bool named = beginsWith(reason, prefix);
   if (report.groupRefusals.size() < mostKept)
     report.groupRefusals.push_back({group, named ? reason.substr(prefix.size()) : reason});
 }

@@ -4,6 +4,7 @@
 #include <RejectReasonsStrings.h>
 
 #include "base/Shown.h"
+#include "base/Text.h"
 
 namespace cli
 {
@@ -13,7 +14,7 @@ namespace
 /// What the manager would take for a refusal.
 bool isRefused(bool accepted, const std::string& reason)
 {
-  return !accepted && reason.rfind(RejectReasonsStrings::not_changed, 0) != 0;
+  return !accepted && !beginsWith(reason, RejectReasonsStrings::not_changed);
 }
 
 /// The default that an item is tried with, and how findings name it: an item without an alternative default is tried

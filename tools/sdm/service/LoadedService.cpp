@@ -13,6 +13,7 @@
 #include "ServiceCall.h"
 #include "base/ProgramsBeside.h"
 #include "base/StartError.h"
+#include "base/Text.h"
 #include "base/WholeFile.h"
 
 namespace cli
@@ -123,7 +124,7 @@ std::string loaderError(const std::filesystem::path& path)
   const char* said = dlerror();
   std::string text = said == nullptr ? "unknown reason" : said;
   const std::string prefix = path.string() + ": ";
-  if (text.rfind(prefix, 0) == 0)
+  if (beginsWith(text, prefix))
     text.erase(0, prefix.size());
   return text;
 }

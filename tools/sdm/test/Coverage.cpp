@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/StartError.h"
+#include "base/Text.h"
 #include "map/ItemTable.h"
 
 namespace cli::test
@@ -54,8 +55,8 @@ void Coverage::note(const record::Transcript& transcript, const std::filesystem:
   bool starts = false;
   for (const record::Event& event : transcript.events)
   {
-    const bool ofStart = textOf(event.content, "op").rfind("initialise", 0) == 0;
-    const bool ofEnd = textOf(event.content, "result").rfind("initialise", 0) == 0;
+    const bool ofStart = beginsWith(textOf(event.content, "op"), "initialise");
+    const bool ofEnd = beginsWith(textOf(event.content, "result"), "initialise");
     starts = (starts || ofStart) && !ofEnd;
     if (!starts)
       noteEvent(event);

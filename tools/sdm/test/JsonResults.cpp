@@ -2,6 +2,7 @@
 #include <ostream>
 
 #include "Suite.h"
+#include "base/JsonText.h"
 #include "base/Shown.h"
 
 namespace cli::test
@@ -35,7 +36,7 @@ void tellJson(std::ostream& out, const Told& told)
     document["tests"].push_back(resultOf(result));
   for (const CoverageOf& each : told.coverage)
     document["coverage"][each.kind] = {{"all", each.all}, {"neverRan", each.missing}};
-  out << shownJson(document.dump(2, ' ', false, Json::error_handler_t::replace)) << "\n";
+  out << shownJson(jsonText(document, 2)) << "\n";
 }
 
 } // namespace cli::test

@@ -2,6 +2,7 @@
 #include <ostream>
 
 #include "Suite.h"
+#include "base/JsonText.h"
 #include "base/Shown.h"
 
 namespace cli::test
@@ -12,7 +13,7 @@ namespace
 /// Texts of JSON are texts of YAML.
 std::string quoted(const std::string& text)
 {
-  return shownJson(nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
+  return shownJson(jsonText(nlohmann::json(text)));
 }
 
 /// A # would begin a directive.

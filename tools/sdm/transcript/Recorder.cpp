@@ -6,6 +6,7 @@
 #include <sodium.h>
 
 #include "SafeEvents.h"
+#include "base/JsonText.h"
 
 namespace cli::record
 {
@@ -52,7 +53,7 @@ void Recorder::begin(const Header& header, const ItemTable& items, const Masking
 // What is no UTF-8 is replaced, so that every line stays JSON.
 void Recorder::write(const SafeEvents::Json& event)
 {
-  file.write(event.dump(-1, ' ', false, SafeEvents::Json::error_handler_t::replace));
+  file.write(jsonText(event));
 }
 
 template <typename Event>

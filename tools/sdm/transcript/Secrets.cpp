@@ -7,6 +7,7 @@
 #include <exception>
 #include <pugixml.hpp>
 
+#include "base/Text.h"
 #include "host/Faults.h"
 #include "host/Secrets.h"
 
@@ -82,7 +83,7 @@ StartTag nextStartTag(const std::string& text, std::size_t from)
 bool isSecretName(const std::string& text)
 {
   const std::string start = prefix;
-  return text.size() > start.size() && text.compare(0, start.size(), start) == 0 &&
+  return text.size() > start.size() && beginsWith(text, start) &&
          std::all_of(text.begin() + static_cast<std::ptrdiff_t>(start.size()), text.end(),
                      [](unsigned char c) { return std::isdigit(c) != 0; });
 }
