@@ -16,8 +16,8 @@
 namespace
 {
 
+using cli::MapText;
 using cli::check::allRules;
-using cli::check::MapText;
 
 /// Texts of maps, made of pieces that mean something to the reader or to a rule.
 class AnyMap
@@ -81,8 +81,8 @@ std::string readFromFile(const std::string& content)
   for (Line line = file.next(); line != Line::end && line != Line::readError; line = file.next())
   {
     columns += line == Line::item ? "item" : "skipped";
-    for (std::size_t i = 0; line == Line::item && i < cli::check::columnCount; ++i)
-      columns.append("|").append(file.column(static_cast<cli::check::Column>(i)));
+    for (std::size_t i = 0; line == Line::item && i < cli::columnCount; ++i)
+      columns.append("|").append(file.column(static_cast<cli::Column>(i)));
     columns += "\n";
   }
   ::unlink(name.c_str());
@@ -94,11 +94,11 @@ std::string readFromText(const MapText& map)
   std::string columns;
   for (const auto& line : map.lines())
   {
-    if (line.kind == cli::check::MapLine::Kind::passedOver)
+    if (line.kind == cli::MapLine::Kind::passedOver)
       continue;
-    const bool item = line.kind == cli::check::MapLine::Kind::item;
+    const bool item = line.kind == cli::MapLine::Kind::item;
     columns += item ? "item" : "skipped";
-    for (std::size_t i = 0; item && i < cli::check::columnCount; ++i)
+    for (std::size_t i = 0; item && i < cli::columnCount; ++i)
       columns.append("|").append(map.text(line.columns[i]));
     columns += "\n";
   }

@@ -7,13 +7,13 @@ namespace
 {
 
 using namespace std::string_literals;
-using cli::check::Column;
-using cli::check::MapText;
-using Kind = cli::check::MapLine::Kind;
+using cli::Column;
+using cli::MapText;
+using Kind = cli::MapLine::Kind;
 
-cli::check::Position positionOf(const MapText& map, std::uint32_t byte)
+cli::Position positionOf(const MapText& map, std::uint32_t byte)
 {
-  return cli::check::Positions(map).of(byte);
+  return cli::Positions(map).of(byte);
 }
 
 } // namespace

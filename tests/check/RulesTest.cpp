@@ -12,8 +12,8 @@ namespace
 {
 
 using checktest::RuleCase;
+using cli::MapText;
 using cli::check::allRules;
-using cli::check::MapText;
 
 std::vector<RuleCase> allCases()
 {
@@ -29,7 +29,7 @@ std::vector<RuleCase> allCases()
 std::string told(const std::string& content)
 {
   const MapText map("map.csv", content);
-  const cli::check::Positions positions(map);
+  const cli::Positions positions(map);
   std::string text;
   for (const cli::check::Finding& finding : cli::check::findingsOf(map, allRules()))
   {

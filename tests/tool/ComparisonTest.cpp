@@ -5,7 +5,7 @@
 
 namespace
 {
-using cli::record::Transcript;
+using cli::transcript::Transcript;
 
 Transcript transcriptOf(const std::vector<std::string>& lines)
 {

@@ -30,7 +30,7 @@ protected:
                                          "lamp.level,Lamp,Level,,,7,setLevel,getLevel,,,,\n";
     items = std::make_unique<cli::ItemTable>(folder / "map.csv");
     masking = std::make_unique<cli::Masking>(*items);
-    recorder = std::make_unique<cli::record::Recorder>(folder / "transcript.jsonl", cli::maskedCommand);
+    recorder = std::make_unique<cli::transcript::Recorder>(folder / "transcript.jsonl", cli::maskedCommand);
     recorder->begin({}, *items, *masking, folder);
     recorder->setterEnded({"setKey", "", secret, true, "", {}});
   }
@@ -54,7 +54,7 @@ protected:
   std::filesystem::path folder;
   std::unique_ptr<cli::ItemTable> items;
   std::unique_ptr<cli::Masking> masking;
-  std::unique_ptr<cli::record::Recorder> recorder;
+  std::unique_ptr<cli::transcript::Recorder> recorder;
 };
 } // namespace
 
@@ -154,5 +154,5 @@ TEST(SecretName, IsThePrefixWithANumber)
                                                            {"secret#", false},   {"secret#1x", false},
                                                            {"xsecret#1", false}, {"", false}};
   for (const auto& [text, isName] : table)
-    EXPECT_EQ(cli::record::isSecretName(text), isName) << text;
+    EXPECT_EQ(cli::transcript::isSecretName(text), isName) << text;
 }

@@ -21,7 +21,7 @@ protected:
                                          "lamp.level,Lamp,Level,,,7,setLevel,getLevel,,,,\n";
     items = std::make_unique<cli::ItemTable>(folder / "map.csv");
     masking = std::make_unique<cli::Masking>(*items);
-    secrets = std::make_unique<cli::record::Secrets>(*items, *masking);
+    secrets = std::make_unique<cli::transcript::Secrets>(*items, *masking);
   }
   ~TranscriptSecrets() override
   {
@@ -31,7 +31,7 @@ protected:
   std::filesystem::path folder;
   std::unique_ptr<cli::ItemTable> items;
   std::unique_ptr<cli::Masking> masking;
-  std::unique_ptr<cli::record::Secrets> secrets;
+  std::unique_ptr<cli::transcript::Secrets> secrets;
 };
 } // namespace
 

@@ -1,3 +1,4 @@
+// The table of subcommands: each folder adds a line.
 #include "base/Subcommand.h"
 #include "check/Check.h"
 #include "diff/Diff.h"

@@ -1,3 +1,4 @@
+// Subcommands bring their options; here they are read, and mistakes are told in one way.
 #include "Arguments.h"
 
 #include <CLI/CLI.hpp>

@@ -1,3 +1,4 @@
+// Starts the program without a shell and reads its output up to the end.
 #include "ChildProgram.h"
 
 #include <array>

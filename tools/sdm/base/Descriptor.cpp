@@ -1,3 +1,4 @@
+// A write goes on after a signal and after a short write.
 #include "Descriptor.h"
 
 #include <cerrno>

@@ -1,3 +1,4 @@
+// Errors of the file system are told with their files and without the name of the function.
 #include "ExceptionText.h"
 
 #include <filesystem>

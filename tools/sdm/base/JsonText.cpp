@@ -1,3 +1,4 @@
+// The parser stops at a depth that none of our files has.
 #include "JsonText.h"
 
 namespace cli

@@ -1,3 +1,4 @@
+// The copy is forked and sends messages through a pipe; the end of the pipe and the clock tell the rest.
 #include "OwnProcess.h"
 
 #include <array>

@@ -1,3 +1,4 @@
+// Shows a line after a while and removes it again; shows nothing without a terminal.
 #include "Progress.h"
 
 #include <cstdlib>

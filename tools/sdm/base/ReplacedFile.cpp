@@ -1,3 +1,4 @@
+// The text is written beside the place, synced and renamed; a failure leaves the old file.
 #include "ReplacedFile.h"
 
 #include <cerrno>

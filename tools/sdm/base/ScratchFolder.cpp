@@ -1,3 +1,4 @@
+// Made by mkdtemp, removed with all that is in it.
 #include "ScratchFolder.h"
 
 #include <cerrno>

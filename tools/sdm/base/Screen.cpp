@@ -1,3 +1,4 @@
+// Asks the terminal for its size, and breaks texts at blanks.
 #include "Screen.h"
 
 #include <sys/ioctl.h>

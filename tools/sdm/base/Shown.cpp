@@ -1,3 +1,4 @@
+// What a terminal would act upon is escaped; widths are those of the C library.
 #include "Shown.h"
 
 #include <algorithm>

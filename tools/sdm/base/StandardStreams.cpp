@@ -1,3 +1,4 @@
+// Makes sure that all three are open before a file takes their number, and checks the last flush.
 #include "StandardStreams.h"
 
 #include <fcntl.h>

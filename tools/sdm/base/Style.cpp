@@ -1,3 +1,4 @@
+// Colours go to terminals alone, and only where the user did not turn them off.
 #include "Style.h"
 
 #include <cstdlib>

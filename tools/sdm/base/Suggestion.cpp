@@ -1,3 +1,4 @@
+// Counts the letters to change, a swap of neighbours as one, and finds words that hold the other.
 #include "Suggestion.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Opens without waiting, checks what was opened, then reads up to the limit.
 #include "WholeFile.h"
 
 #include <cerrno>

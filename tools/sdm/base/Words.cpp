@@ -1,3 +1,4 @@
+// Reads the line once and remembers whether it is inside quotes.
 #include "Words.h"
 
 namespace cli

@@ -1,3 +1,4 @@
+// Options and help of the subcommand; the work is in CheckMaps.cpp.
 #include "Check.h"
 
 #include <CLI/CLI.hpp>
@@ -28,14 +29,14 @@ constexpr const char* footer =
     "  2  wrong usage of the command line\n"
     "  3  a map cannot be read or mended, or the service not be loaded\n";
 
-struct Wanted
+struct CheckOptions
 {
   CheckSettings check;
   findings::RuleQuestions questions;
   std::vector<findings::RuleText> rules = check::textsOf(check::allRules());
 };
 
-ExitCode carryOut(const Wanted& wanted)
+ExitCode carryOut(const CheckOptions& wanted)
 {
   const std::vector<std::string>& maps = wanted.check.maps;
   if (const auto code = findings::answer("check", wanted.questions, maps.empty() ? "" : maps.front(), wanted.rules,
@@ -58,7 +59,7 @@ ExitCode carryOut(const Wanted& wanted)
 
 Action addCheck(CLI::App& app)
 {
-  const auto wanted = std::make_shared<Wanted>();
+  const auto wanted = std::make_shared<CheckOptions>();
   CheckSettings& settings = wanted->check;
   app.add_option("MAP", settings.maps, "Item map files")->type_name("FILE");
   CLI::Option* failOn = findings::addFailOnOption(

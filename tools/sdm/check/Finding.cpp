@@ -1,3 +1,4 @@
+// Lists all rules in the order of their subjects, and finds one by its id.
 #include "Finding.h"
 
 #include <algorithm>

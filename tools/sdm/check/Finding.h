@@ -8,6 +8,11 @@
 #include "findings/Severity.h"
 #include "map/MapText.h"
 
+namespace cli
+{
+class ItemText;
+}
+
 namespace cli::check
 {
 
@@ -53,8 +58,6 @@ private:
   const Rule* rule;
   std::vector<Finding>& all;
 };
-
-class ItemText;
 
 /// How a rule looks: at the map as a whole, or at each item by itself. Empty for what only the trial of a service
 /// finds.

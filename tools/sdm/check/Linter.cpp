@@ -1,3 +1,4 @@
+// Each rule looks for itself; mending goes in rounds until nothing more can be mended.
 #include "Linter.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Tries the service in a process of its own and puts what it finds at the lines of the map.
 #include "ServiceFindings.h"
 
 #include <algorithm>

@@ -16,11 +16,11 @@ DeviceListeners::DeviceListeners(const std::filesystem::path& folder, const Item
 {
 }
 
-void DeviceListeners::record(record::Recorder& newRecorder, const record::Header& header)
+void DeviceListeners::record(transcript::Recorder& itsRecorder, const transcript::Header& header)
 {
-  recorder = &newRecorder;
+  recorder = &itsRecorder;
   recorder->begin(header, items, masks, path);
-  recorded = std::make_unique<record::RecordedLog>(*recorder);
+  recorded = std::make_unique<transcript::RecordedLog>(*recorder);
   listeners.add(*recorder);
 }
 

@@ -27,7 +27,7 @@ public:
                   std::uint32_t interfaces, host::Device& device);
 
   /// Borrows the recorder, which hears everything first from here on. Before `listen`, or not at all.
-  void record(record::Recorder& recorder, const record::Header& header);
+  void record(transcript::Recorder& recorder, const transcript::Header& header);
 
   /// The others hear everything from here on.
   void listen();
@@ -64,8 +64,8 @@ private:
   const Masking& masks;
   History events;
   HistoryRecorder historian;
-  record::Recorder* recorder = nullptr;
-  std::unique_ptr<record::RecordedLog> recorded;
+  transcript::Recorder* recorder = nullptr;
+  std::unique_ptr<transcript::RecordedLog> recorded;
   PlatformWatch outcomes;
   CallListeners listeners;
   WatchedPlatform watched;

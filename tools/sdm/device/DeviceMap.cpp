@@ -1,3 +1,4 @@
+// The map that was asked for, or the service's own, is tried in a folder of its own before it becomes the device's.
 #include "DeviceMap.h"
 
 #include <cerrno>

@@ -1,3 +1,4 @@
+// The name of the service stands in a file of the folder, written at the first start.
 #include "DeviceOwner.h"
 
 #include <cerrno>

@@ -32,7 +32,7 @@ std::unique_ptr<host::Device> bringUp(const std::filesystem::path& folder, const
 
 } // namespace
 
-RunningDevice::RunningDevice(const RunSettings& settings, record::Recorder* recorder)
+RunningDevice::RunningDevice(const RunSettings& settings, transcript::Recorder* recorder)
 try : loaded(settings.service.value_or(sampleService())), place(settings.device, recorder != nullptr),
     owner(folder(), loaded, settings.takeOver), map(folder(), settings.map, loaded), interfaces(settings.interfaces),
     table(map.file()), masks(table), platform(bringUp(folder(), settings)),
@@ -41,7 +41,7 @@ try : loaded(settings.service.value_or(sampleService())), place(settings.device,
   ownNotices = place.closeOwnFiles();
   if (recorder != nullptr)
     listeners.record(*recorder,
-                     {SDM_VERSION, loaded.name(), record::digestOf(map.file()), interfaces, settings.logLevel});
+                     {SDM_VERSION, loaded.name(), transcript::digestOf(map.file()), interfaces, settings.logLevel});
   listeners.listen();
   map.enter();
   provision();

@@ -44,7 +44,7 @@ class RunningDevice
 public:
   /// Throws `StartError` with a line for the operator. Everything from here on is recorded when there is a recorder,
   /// which is borrowed; then the device has to be a new one, or nobody could do the same again.
-  explicit RunningDevice(const RunSettings& settings, record::Recorder* recorder = nullptr);
+  explicit RunningDevice(const RunSettings& settings, transcript::Recorder* recorder = nullptr);
   ~RunningDevice();
   RunningDevice(const RunningDevice&) = delete;
   RunningDevice& operator=(const RunningDevice&) = delete;

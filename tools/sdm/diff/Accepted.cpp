@@ -1,3 +1,4 @@
+// Reads the file of accepted changes, and finds a change in it.
 #include "Accepted.h"
 
 #include <algorithm>

@@ -21,7 +21,7 @@ bool isTaken(const ItemText& was, const ItemText& is, const Changes& changes)
 
 void lookForCell(const ItemText& was, const ItemText& is, Changes& changes)
 {
-  const auto name = [](const ItemText& item) { return check::quoted(item[Column::rootId]); };
+  const auto name = [](const ItemText& item) { return quoted(item[Column::rootId]); };
   Change& change =
       changes.add("cell-reader-changed", placeText(is), {&was, &is}, Column::dasItem,
                   "the cell " + placeText(is) + " was read by " + name(was) + " and is read by " + name(is));
@@ -32,7 +32,7 @@ void lookForCell(const ItemText& was, const ItemText& is, Changes& changes)
 void lookForSchema(std::string_view schema, const SchemaUse* was, const SchemaUse* is, Changes& changes)
 {
   const Pair pair = {was == nullptr ? nullptr : was->decides, is == nullptr ? nullptr : is->decides};
-  const std::string name = "the schema " + check::quoted(schema);
+  const std::string name = "the schema " + quoted(schema);
   if (was == nullptr)
     changes.add("schema-newly-asked", schema, pair, Column::dasSchema, name + " is asked for at a start now");
   else if (is == nullptr)
@@ -41,8 +41,8 @@ void lookForSchema(std::string_view schema, const SchemaUse* was, const SchemaUs
   else if (was->indexName != is->indexName)
   {
     Change& change = changes.add("schema-index-changed", schema, pair, Column::dasIndexName,
-                                 "the index column of " + name + " was " + check::quoted(was->indexName) + " and is " +
-                                     check::quoted(is->indexName));
+                                 "the index column of " + name + " was " + quoted(was->indexName) + " and is " +
+                                     quoted(is->indexName));
     change.before = was->indexName;
     change.after = is->indexName;
   }

@@ -1,3 +1,4 @@
+// Finds the changes of two maps and puts them in the order of the lines.
 #include "Change.h"
 
 #include <algorithm>
@@ -18,7 +19,7 @@ std::uint32_t order(const Change& change)
 
 } // namespace
 
-std::vector<Change> changesOf(const check::MapText& oldMap, const check::MapText& newMap)
+std::vector<Change> changesOf(const MapText& oldMap, const MapText& newMap)
 {
   const Side before(oldMap);
   const Side after(newMap);

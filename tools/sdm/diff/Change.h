@@ -24,8 +24,8 @@ struct Change
   std::string after;
   bool secret = false;
   /// Where it stands in the old map and in the new one. Nothing: it stands in the other alone.
-  std::optional<check::Span> oldPlace;
-  std::optional<check::Span> newPlace;
+  std::optional<Span> oldPlace;
+  std::optional<Span> newPlace;
   /// What becomes of a device with a stored value, and of one without.
   std::string stored;
   std::string notStored;
@@ -37,7 +37,7 @@ constexpr const char* secretAfter = "***** (after)";
 
 /// All changes, in the order of the new map; what stands in the old one alone comes where it would have stood by its
 /// line. Empty when both maps mean the same.
-std::vector<Change> changesOf(const check::MapText& oldMap, const check::MapText& newMap);
+std::vector<Change> changesOf(const MapText& oldMap, const MapText& newMap);
 
 /// Names a change whatever its lines are: the same for two runs on maps whose lines moved, another one when rule,
 /// subject or a value differs. A value of a secret has no part in it.

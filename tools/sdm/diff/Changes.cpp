@@ -1,3 +1,4 @@
+// A change is noted with its place in both maps, and without the values of secrets.
 #include "Changes.h"
 
 #include <utility>
@@ -11,7 +12,7 @@ std::string placeText(const ItemText& item)
     return "the local store";
   const auto name = [&](Column column)
   {
-    const std::string text = check::quoted(item[column]);
+    const std::string text = quoted(item[column]);
     return text.substr(1, text.size() - 2);
   };
   std::string text = name(Column::dasSchema) + "." + name(Column::dasItem);
@@ -43,12 +44,12 @@ std::string raw(const ItemText* item, Column column)
 
 std::string Changes::valueBefore(const Pair& pair, Column column) const
 {
-  return isValue(column) && isSecret(pair) ? secretBefore : check::quoted((*pair.before)[column]);
+  return isValue(column) && isSecret(pair) ? secretBefore : quoted((*pair.before)[column]);
 }
 
 std::string Changes::valueAfter(const Pair& pair, Column column) const
 {
-  return isValue(column) && isSecret(pair) ? secretAfter : check::quoted((*pair.after)[column]);
+  return isValue(column) && isSecret(pair) ? secretAfter : quoted((*pair.after)[column]);
 }
 
 Change& Changes::add(const char* rule, std::string_view subject, const Pair& pair, Column column, std::string text)
@@ -73,9 +74,9 @@ Change& Changes::add(const char* rule, std::string_view subject, const Pair& pai
 Change& Changes::add(const char* rule, const Pair& pair, Column column, const std::string& what)
 {
   const std::string_view rootId = (*pair.after)[Column::rootId];
-  Change& change = add(rule, rootId, pair, column,
-                       what + " of " + check::quoted(rootId) + " was " + valueBefore(pair, column) + " and is " +
-                           valueAfter(pair, column));
+  Change& change =
+      add(rule, rootId, pair, column,
+          what + " of " + quoted(rootId) + " was " + valueBefore(pair, column) + " and is " + valueAfter(pair, column));
   change.secret = isValue(column) && isSecret(pair);
   change.before = change.secret ? secretBefore : raw(pair.before, column);
   change.after = change.secret ? secretAfter : raw(pair.after, column);

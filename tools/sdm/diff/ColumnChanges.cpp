@@ -45,7 +45,7 @@ void lookForSwitch(const Pair& pair, Column column, bool was, bool is, const std
   const std::string_view rootId = (*pair.after)[Column::rootId];
   Change& change =
       changes.add(is ? onAndOff[0] : onAndOff[1], rootId, pair, column,
-                  std::string(what) + " of " + check::quoted(rootId) + " was " + onOff(was) + " and is " + onOff(is));
+                  std::string(what) + " of " + quoted(rootId) + " was " + onOff(was) + " and is " + onOff(is));
   change.before = onOff(was);
   change.after = onOff(is);
 }
@@ -85,11 +85,11 @@ void lookForUnused(const Pair& pair, Changes& changes)
   for (const Column column : {Column::dasItem, Column::dasIndexName, Column::isGroupItem})
   {
     if (differ(pair, column))
-      changes.add("unused-column-changed", pair, column, std::string("the ") + check::columnName(column));
+      changes.add("unused-column-changed", pair, column, std::string("the ") + columnName(column));
   }
   if (pair.before->isEncrypted() != pair.after->isEncrypted())
     changes.add("unused-column-changed", pair, Column::dasEncrypted,
-                std::string("the ") + check::columnName(Column::dasEncrypted));
+                std::string("the ") + columnName(Column::dasEncrypted));
 }
 
 void lookForEffective(const Pair& pair, Changes& changes)

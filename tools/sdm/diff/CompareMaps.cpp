@@ -41,25 +41,25 @@ Sources sourcesOf(const DiffSettings& settings)
   return {maps[0], maps[1], maps[0], maps[1]};
 }
 
-std::unique_ptr<check::MapText> mapOf(const std::string& name, std::string content)
+std::unique_ptr<MapText> mapOf(const std::string& name, std::string content)
 {
   const bool empty = content.empty();
-  auto map = std::make_unique<check::MapText>(name, std::move(content));
-  for (const check::MapLine& line : map->lines())
+  auto map = std::make_unique<MapText>(name, std::move(content));
+  for (const MapLine& line : map->lines())
   {
-    if (line.kind == check::MapLine::Kind::item)
+    if (line.kind == MapLine::Kind::item)
       return map;
   }
   if (!empty)
-    throw check::FileError("the item map " + name +
-                           " cannot be compared: it holds no item, that is no line with twelve columns separated by "
-                           "commas");
+    throw FileError("the item map " + name +
+                    " cannot be compared: it holds no item, that is no line with twelve columns separated by "
+                    "commas");
   return map;
 }
 
 std::string contentOf(const std::string& path)
 {
-  return path == noFile ? "" : check::readMap(path);
+  return path == noFile ? "" : readMap(path);
 }
 
 Comparison compared(const DiffSettings& settings)
@@ -82,7 +82,7 @@ Comparison compared(const DiffSettings& settings)
       comparison.changes.push_back({std::move(change), name, {}});
     }
   }
-  catch (const check::FileError& error)
+  catch (const FileError& error)
   {
     comparison.failure = error.what();
     comparison.newMap = nullptr;

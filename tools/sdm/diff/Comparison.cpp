@@ -1,3 +1,4 @@
+// A comparison of two maps, written in each of the formats.
 #include "Comparison.h"
 
 #include <algorithm>
@@ -33,14 +34,14 @@ findings::RuleText textOf(const Rule& rule)
            {"explanation", rule.explanation}}};
 }
 
-findings::Place placeOf(const std::string& path, const check::Positions& positions, const check::Span& place)
+findings::Place placeOf(const std::string& path, const Positions& positions, const Span& place)
 {
   return {path, positions.of(place.begin), positions.of(place.end)};
 }
 
 /// Reviews show places of the new map alone; what is gone from it is told at its beginning.
-findings::Finding sharedOf(const Comparison& comparison, const NamedChange& named, const check::Positions& oldPositions,
-                           const check::Positions& newPositions)
+findings::Finding sharedOf(const Comparison& comparison, const NamedChange& named, const Positions& oldPositions,
+                           const Positions& newPositions)
 {
   const Change& change = named.change;
   findings::Finding made;
@@ -55,10 +56,10 @@ findings::Finding sharedOf(const Comparison& comparison, const NamedChange& name
   return made;
 }
 
-void tellChange(std::ostream& out, const Comparison& comparison, const Change& change,
-                const check::Positions& oldPositions, const check::Positions& newPositions, const Style& style)
+void tellChange(std::ostream& out, const Comparison& comparison, const Change& change, const Positions& oldPositions,
+                const Positions& newPositions, const Style& style)
 {
-  const auto place = [](const std::string& path, const check::Position& position)
+  const auto place = [](const std::string& path, const Position& position)
   { return shown(path) + ":" + std::to_string(position.line) + ":" + std::to_string(position.column); };
   const std::string before = change.oldPlace ? place(comparison.oldPath, oldPositions.of(change.oldPlace->begin)) : "";
   const std::string after = change.newPlace ? place(comparison.newPath, newPositions.of(change.newPlace->begin)) : "";
@@ -70,15 +71,15 @@ void tellChange(std::ostream& out, const Comparison& comparison, const Change& c
       << "  " << notStoredTitle << ": " << change.notStored << "\n";
 }
 
-Json positionOf(const check::Positions& positions, const std::optional<check::Span>& place)
+Json positionOf(const Positions& positions, const std::optional<Span>& place)
 {
   if (!place)
     return {};
-  const check::Position position = positions.of(place->begin);
+  const Position position = positions.of(place->begin);
   return {{"line", position.line}, {"column", position.column}};
 }
 
-Json jsonOf(const NamedChange& named, const check::Positions& oldPositions, const check::Positions& newPositions)
+Json jsonOf(const NamedChange& named, const Positions& oldPositions, const Positions& newPositions)
 {
   const Change& change = named.change;
   return {{"rule", change.rule->id},
@@ -127,8 +128,8 @@ void tellText(std::ostream& out, const Comparison& comparison, const Style& styl
 {
   if (comparison.newMap == nullptr)
     return;
-  const check::Positions oldPositions(*comparison.oldMap);
-  const check::Positions newPositions(*comparison.newMap);
+  const Positions oldPositions(*comparison.oldMap);
+  const Positions newPositions(*comparison.newMap);
   for (const NamedChange& each : comparison.changes)
   {
     if (!each.accepted)
@@ -150,8 +151,8 @@ void tellJson(std::ostream& out, const Comparison& comparison)
                    {"stale", Json::array()}};
   if (comparison.newMap != nullptr)
   {
-    const check::Positions oldPositions(*comparison.oldMap);
-    const check::Positions newPositions(*comparison.newMap);
+    const Positions oldPositions(*comparison.oldMap);
+    const Positions newPositions(*comparison.newMap);
     for (const NamedChange& each : comparison.changes)
       document["changes"].push_back(jsonOf(each, oldPositions, newPositions));
   }
@@ -172,8 +173,8 @@ findings::Report reportOf(const Comparison& comparison, findings::FailOn failOn)
     report.failures.push_back({comparison.newPath, comparison.failure});
   if (comparison.newMap == nullptr)
     return report;
-  const check::Positions oldPositions(*comparison.oldMap);
-  const check::Positions newPositions(*comparison.newMap);
+  const Positions oldPositions(*comparison.oldMap);
+  const Positions newPositions(*comparison.newMap);
   for (const NamedChange& each : comparison.changes)
   {
     if (!each.accepted)

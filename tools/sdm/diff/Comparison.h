@@ -38,8 +38,8 @@ struct Comparison
   std::string oldPath;
   std::string newPath;
   /// Null when the maps could not be compared.
-  std::unique_ptr<check::MapText> oldMap;
-  std::unique_ptr<check::MapText> newMap;
+  std::unique_ptr<MapText> oldMap;
+  std::unique_ptr<MapText> newMap;
   std::vector<NamedChange> changes;
   /// What is accepted and not changed any more.
   std::vector<Acceptance> stale;

@@ -1,3 +1,4 @@
+// Options and help of the subcommand.
 #include "Diff.h"
 
 #include <CLI/CLI.hpp>

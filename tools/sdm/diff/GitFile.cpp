@@ -1,3 +1,4 @@
+// Asks the program git for the file.
 #include "GitFile.h"
 
 #include <filesystem>
@@ -15,7 +16,7 @@ namespace
 
 [[noreturn]] void unreadable(const std::string& revision, const std::string& path, const std::string& why)
 {
-  throw check::FileError("the item map " + path + " cannot be read from the commit " + revision + ": " + why);
+  throw FileError("the item map " + path + " cannot be read from the commit " + revision + ": " + why);
 }
 
 ChildAnswer git(const std::filesystem::path& folder, const std::vector<std::string>& arguments)

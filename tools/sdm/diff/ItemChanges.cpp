@@ -8,7 +8,7 @@ namespace
 
 std::string rootIdOf(const ItemText& item)
 {
-  return check::quoted(item[Column::rootId]);
+  return quoted(item[Column::rootId]);
 }
 
 /// A value of one map alone, for a sentence.

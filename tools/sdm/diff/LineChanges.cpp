@@ -10,7 +10,7 @@ namespace
 {
 
 /// What a line means; two lines that mean the same are the same.
-using Meaning = std::array<std::string_view, check::columnCount>;
+using Meaning = std::array<std::string_view, columnCount>;
 
 Meaning meaningOf(const ItemText& item)
 {
@@ -61,7 +61,7 @@ void lookForWinner(const ItemText& was, const ItemText& is, Unfound& unfound, Ch
     return;
   const std::string_view rootId = is[Column::rootId];
   changes.add("duplicate-winner-changed", rootId, {&was, &is}, Column::rootId,
-              "of the lines with the root id " + check::quoted(rootId) + " " + std::to_string(was.line().number) +
+              "of the lines with the root id " + quoted(rootId) + " " + std::to_string(was.line().number) +
                   " of the old map counted, and line " + std::to_string(is.line().number) + " of the new one does");
 }
 
@@ -71,8 +71,8 @@ void lookForLines(const Lines& lines, Changes& changes)
   {
     const ItemText& item = pair.before != nullptr ? *pair.before : *pair.after;
     Change& change = changes.add(rule, item[Column::rootId], pair, Column::rootId,
-                                 "a line with the root id " + check::quoted(item[Column::rootId]) + " in " +
-                                     placeText(item) + " that requests do not find " + what);
+                                 "a line with the root id " + quoted(item[Column::rootId]) + " in " + placeText(item) +
+                                     " that requests do not find " + what);
     (pair.before != nullptr ? change.before : change.after) = placeText(item);
   };
   for (std::size_t i = lines.before.size(); i < lines.after.size(); ++i)

@@ -1,3 +1,4 @@
+// What several rules need: quoting, blanks, the names that XML takes.
 #include "Rules.h"
 
 #include <algorithm>

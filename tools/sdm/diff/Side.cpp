@@ -1,3 +1,4 @@
+// An item is a secret when its map encrypts it, was meant to encrypt it, or when the platform masks its name.
 #include "Side.h"
 
 #include <algorithm>
@@ -40,12 +41,12 @@ bool hasCell(const ItemText& item)
   return !item.isLocal() && item.has(Column::dasItem);
 }
 
-Side::Side(const check::MapText& map)
+Side::Side(const MapText& map)
 {
   all.reserve(map.lines().size());
-  for (const check::MapLine& line : map.lines())
+  for (const MapLine& line : map.lines())
   {
-    if (line.kind == check::MapLine::Kind::item)
+    if (line.kind == MapLine::Kind::item)
       all.emplace_back(map, line);
   }
   for (const ItemText& item : all)

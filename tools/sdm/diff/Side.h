@@ -14,9 +14,6 @@
 namespace cli::diff
 {
 
-using check::Column;
-using check::ItemText;
-
 /// Schema, column, index value: where the database keeps a value.
 using Cell = std::tuple<std::string_view, std::string_view, std::string_view>;
 
@@ -48,7 +45,7 @@ public:
   /// The last item of each root id: the one that requests find.
   using ByRootId = std::unordered_map<std::string_view, const ItemText*>;
 
-  explicit Side(const check::MapText& map);
+  explicit Side(const MapText& map);
   Side(const Side&) = delete;
   Side& operator=(const Side&) = delete;
 

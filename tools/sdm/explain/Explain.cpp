@@ -1,3 +1,4 @@
+// Options and help; reads the history of a folder without bringing anything up.
 #include "Explain.h"
 
 #include <CLI/CLI.hpp>

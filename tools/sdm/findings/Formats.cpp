@@ -1,5 +1,7 @@
+// Each format is written from the same findings.
 #include "Formats.h"
 
+#include "base/JsonText.h"
 #include "base/Shown.h"
 
 namespace cli::findings
@@ -32,7 +34,7 @@ void tell(std::ostream& out, const Report& report, Format format)
 
 void write(std::ostream& out, const Json& document)
 {
-  out << shownJson(document.dump(2, ' ', false, Json::error_handler_t::replace)) << "\n";
+  out << shownJson(jsonText(document, 2)) << "\n";
 }
 
 } // namespace cli::findings

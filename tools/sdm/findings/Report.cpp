@@ -1,3 +1,4 @@
+// Counts findings, and makes the texts of them that several formats need.
 #include "Report.h"
 
 #include <algorithm>

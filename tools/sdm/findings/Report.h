@@ -35,8 +35,8 @@ struct RuleText
 struct Place
 {
   std::string path;
-  check::Position begin;
-  check::Position end;
+  Position begin;
+  Position end;
 };
 
 struct Related

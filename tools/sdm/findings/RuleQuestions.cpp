@@ -1,3 +1,4 @@
+// Answers the questions about rules, and refuses those about unknown ones.
 #include "RuleQuestions.h"
 
 #include <CLI/CLI.hpp>

@@ -1,3 +1,4 @@
+// One name for each severity.
 #include "Severity.h"
 
 namespace cli

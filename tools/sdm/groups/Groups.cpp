@@ -1,3 +1,4 @@
+// Options and help, and the walk over groups and changes.
 #include "Groups.h"
 
 #include <CLI/CLI.hpp>

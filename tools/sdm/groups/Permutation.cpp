@@ -1,3 +1,4 @@
+// One process and one copy of a started device for each order.
 #include "Permutation.h"
 
 #include <DasCrypt.h>

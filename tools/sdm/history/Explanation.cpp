@@ -1,3 +1,4 @@
+// The newest event that took effect tells where the value came from; the others follow in order.
 #include "Explanation.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// A file of lines that is added to; a line that is none of a history is passed over.
 #include "History.h"
 
 #include <algorithm>

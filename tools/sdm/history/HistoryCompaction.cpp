@@ -1,3 +1,4 @@
+// Events of the last start are kept first, then the newest of each item, as far as there is room.
 #include "HistoryCompaction.h"
 
 #include <algorithm>

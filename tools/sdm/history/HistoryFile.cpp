@@ -1,3 +1,4 @@
+// Every call opens the file by itself and refuses what is no regular file.
 #include "HistoryFile.h"
 
 #include <algorithm>

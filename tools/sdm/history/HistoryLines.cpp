@@ -1,3 +1,4 @@
+// Each line is an object of JSON; a line that is none of ours is passed over.
 #include "HistoryLines.h"
 
 #include "base/JsonText.h"

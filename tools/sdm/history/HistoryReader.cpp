@@ -1,3 +1,4 @@
+// Reads line after line and keeps those of one item.
 #include "HistoryReader.h"
 
 #include <utility>

@@ -1,3 +1,4 @@
+// Collects what setters were told during an operation and writes it when the operation is over.
 #include "HistoryRecorder.h"
 
 #include <ManageableData.h>

@@ -1,3 +1,4 @@
+// Compares what a start gave each item with what the start before gave it; only what differs is written.
 #include "StartNews.h"
 
 #include <algorithm>

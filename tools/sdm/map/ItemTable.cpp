@@ -1,3 +1,4 @@
+// Reads the file through the library's own reader, so that both agree on every line.
 #include "ItemTable.h"
 
 #include <cerrno>

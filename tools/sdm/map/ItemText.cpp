@@ -1,8 +1,9 @@
+// Quoted pieces are cut before they are made safe to show.
 #include "ItemText.h"
 
 #include "base/Shown.h"
 
-namespace cli::check
+namespace cli
 {
 namespace
 {
@@ -17,4 +18,4 @@ std::string quoted(std::string_view text)
   return "\"" + clipped(clean, longestQuote) + "\"";
 }
 
-} // namespace cli::check
+} // namespace cli

@@ -6,7 +6,7 @@
 
 #include "MapText.h"
 
-namespace cli::check
+namespace cli
 {
 
 /// An item of a map, with its columns as texts. Borrows the map.
@@ -59,4 +59,4 @@ private:
 /// A piece of the file in quotes, as a terminal may show it; long ones are cut.
 std::string quoted(std::string_view text);
 
-} // namespace cli::check
+} // namespace cli

@@ -1,3 +1,4 @@
+// Written beside the old copy, synced and renamed.
 #include "MapCopy.h"
 
 #include <string>

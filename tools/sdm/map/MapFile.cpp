@@ -1,3 +1,4 @@
+// A map is written beside the old one, synced and renamed.
 #include "MapFile.h"
 
 #include <cerrno>
@@ -11,7 +12,7 @@
 #include "base/ReplacedFile.h"
 #include "base/WholeFile.h"
 
-namespace cli::check
+namespace cli
 {
 namespace
 {
@@ -97,4 +98,4 @@ void replaceMap(const std::string& path, const std::string& old, const std::stri
   syncFolderOf(place);
 }
 
-} // namespace cli::check
+} // namespace cli

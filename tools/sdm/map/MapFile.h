@@ -4,7 +4,7 @@
 #include <stdexcept>
 #include <string>
 
-namespace cli::check
+namespace cli
 {
 
 /// Why a file cannot be read or written, in one sentence that names it.
@@ -23,4 +23,4 @@ std::string readMap(const std::string& path);
 /// not hold `old` any more or is no ordinary file.
 void replaceMap(const std::string& path, const std::string& old, const std::string& content);
 
-} // namespace cli::check
+} // namespace cli

@@ -1,3 +1,4 @@
+// The library's reader runs over the text in memory, and the places of its columns are found again.
 #include "MapText.h"
 
 #include "base/Utf8.h"
@@ -8,7 +9,7 @@
 #include <new>
 #include <utility>
 
-namespace cli::check
+namespace cli
 {
 namespace
 {
@@ -113,4 +114,4 @@ Position Positions::of(std::uint32_t byte) const
   return position;
 }
 
-} // namespace cli::check
+} // namespace cli

@@ -10,7 +10,7 @@
 
 #include "ItemMapFile.h"
 
-namespace cli::check
+namespace cli
 {
 
 using Column = sdm::ItemMapColumn;
@@ -128,4 +128,4 @@ private:
 /// What a column is called in texts: "the root id", "the default" ...
 const char* columnName(Column which);
 
-} // namespace cli::check
+} // namespace cli

@@ -1,3 +1,4 @@
+// An item is a secret when the map encrypts it or when the platform masks its name.
 #include "Masking.h"
 
 #include "base/Shown.h"

@@ -1,3 +1,4 @@
+// One table a schema, with the columns of its items in the order of the map.
 #include "Schemas.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// A secret is looked for in all forms in which texts may show it: as it is, as XML, as JSON, escaped.
 #include "SecretTexts.h"
 
 #include <ClientUtils.h>

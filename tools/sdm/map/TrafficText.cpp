@@ -1,3 +1,4 @@
+// A text is laid out as XML; one that is no XML is described and not shown.
 #include "TrafficText.h"
 
 #include <pugixml.hpp>

@@ -1,3 +1,4 @@
+// Looks for the last place of a line where it may be broken, and breaks it there.
 #include "CodeLines.h"
 
 #include <algorithm>

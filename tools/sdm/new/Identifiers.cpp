@@ -1,3 +1,4 @@
+// Letters and digits stay; a keyword or a name that is taken gets a suffix.
 #include "Identifiers.h"
 
 #include <algorithm>

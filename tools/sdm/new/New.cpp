@@ -1,3 +1,4 @@
+// Options and help; the project is written into a new folder or not at all.
 #include "New.h"
 
 #include <CLI/CLI.hpp>
@@ -116,7 +117,7 @@ bool passesTheCheck(const std::filesystem::path& path, const std::string& conten
 {
   check::Result result;
   result.path = path.string();
-  result.map = std::make_unique<check::MapText>(result.path, content);
+  result.map = std::make_unique<MapText>(result.path, content);
   result.findings = check::findingsOf(*result.map, check::allRules());
   const std::size_t errors = result.count(Severity::error);
   if (errors == 0)

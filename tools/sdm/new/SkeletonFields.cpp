@@ -1,3 +1,4 @@
+// Types are guessed from the defaults, names are made from the setters.
 #include "SkeletonFields.h"
 
 #include <algorithm>

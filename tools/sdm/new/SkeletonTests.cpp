@@ -1,3 +1,4 @@
+// Chooses the settings and items that are fit for a test, and writes what the templates of the tests need of them.
 #include "SkeletonTests.h"
 
 #include <algorithm>

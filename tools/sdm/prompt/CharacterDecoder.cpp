@@ -1,3 +1,4 @@
+// Collects the bytes of a character; what is none is handed on byte by byte.
 #include "CharacterDecoder.h"
 
 #include <cwchar>

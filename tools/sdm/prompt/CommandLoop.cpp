@@ -1,3 +1,4 @@
+// Reads line after line until the end, and remembers whether any command was refused.
 #include "CommandLoop.h"
 
 #include <iostream>
@@ -28,7 +29,7 @@ namespace
 {
 
 /// As `carryOut`, with the recorder told when there is one.
-Outcome carryOutRecorded(Session& session, const std::string& line, record::Recorder* recorder)
+Outcome carryOutRecorded(Session& session, const std::string& line, transcript::Recorder* recorder)
 {
   const bool says = recorder != nullptr && line.find_first_not_of(" \t") != std::string::npos &&
                     line[line.find_first_not_of(" \t")] != '#';
@@ -72,7 +73,7 @@ std::string nameOf(const std::string& line)
 }
 
 /// As `carryOutRecorded`, for somebody who waits at the terminal. What was printed.
-std::string carryOutWatched(Session& session, const std::string& line, record::Recorder* recorder)
+std::string carryOutWatched(Session& session, const std::string& line, transcript::Recorder* recorder)
 {
   const HeldOutput held;
   const Waiting waiting(nameOf(line));
@@ -103,7 +104,7 @@ bool isTooLong(const std::string& line, std::size_t number, Session& session)
 }
 
 /// What the start printed as failed or refused counts as a command's refusal does.
-ExitCode takeScript(Session& session, Interrupts& interrupts, record::Recorder* recorder)
+ExitCode takeScript(Session& session, Interrupts& interrupts, transcript::Recorder* recorder)
 {
   bool interrupted = false;
   const auto reader = makePlainReader(interrupts, interrupted);
@@ -132,7 +133,7 @@ void remember(const std::string& line, const Session& session, LineReader& reade
     history.add(line);
 }
 
-ExitCode takeTyped(Session& session, Interrupts& interrupts, record::Recorder* recorder)
+ExitCode takeTyped(Session& session, Interrupts& interrupts, transcript::Recorder* recorder)
 {
   const auto reader = makeTerminalReader(
       "sdm> ", [&](const std::string& line) { return completions(line, session.running.items()); }, interrupts);
@@ -154,7 +155,7 @@ ExitCode takeTyped(Session& session, Interrupts& interrupts, record::Recorder* r
   return exitDone;
 }
 
-std::unique_ptr<RunningDevice> broughtUp(const RunSettings& settings, record::Recorder* recorder)
+std::unique_ptr<RunningDevice> broughtUp(const RunSettings& settings, transcript::Recorder* recorder)
 {
   const Waiting waiting("bringing the device up");
   return std::make_unique<RunningDevice>(settings, recorder);
@@ -186,7 +187,7 @@ SessionOutput outputFor(const RunSettings& settings, bool interactive)
           interactive ? screenSize(STDOUT_FILENO).columns : 0};
 }
 
-ExitCode runRecorded(const RunSettings& settings, record::Recorder* recorder)
+ExitCode runRecorded(const RunSettings& settings, transcript::Recorder* recorder)
 {
   const bool interactive = isTerminal(STDIN_FILENO) && isTerminal(STDOUT_FILENO);
   Interrupts interrupts;
@@ -217,7 +218,7 @@ ExitCode runDevice(const RunSettings& settings)
   nameCallbackAtCrash();
   if (!settings.record)
     return runRecorded(settings, nullptr);
-  record::Recorder recorder(std::filesystem::absolute(*settings.record), maskedCommand, settings.force);
+  transcript::Recorder recorder(std::filesystem::absolute(*settings.record), maskedCommand, settings.force);
   const ExitCode code = runRecorded(settings, &recorder);
   const std::string trouble = recorder.trouble();
   if (trouble.empty())

@@ -1,3 +1,4 @@
+// Words beside a secret are masked unless they are known to be none.
 #include "CommandText.h"
 
 #include <algorithm>
@@ -121,7 +122,7 @@ std::string joinedWords(const std::vector<std::string>& words)
 }
 
 std::string maskedCommand(const std::string& line, const ItemTable& items, const Masking& masking,
-                          record::Secrets& secrets, const std::set<std::size_t>& secretWords)
+                          transcript::Secrets& secrets, const std::set<std::size_t>& secretWords)
 {
   const Words words = splitWords(line);
   if (!words.problem.empty())
@@ -132,7 +133,7 @@ std::string maskedCommand(const std::string& line, const ItemTable& items, const
   {
     const std::string& word = words.list[i];
     const Kind kind = mask.kindOf(i);
-    if (secretWords.count(i) != 0 || kind == Kind::secret || record::isSecretName(word) ||
+    if (secretWords.count(i) != 0 || kind == Kind::secret || transcript::isSecretName(word) ||
         secrets.without(word) != word)
       masked.push_back(secrets.named(word));
     else

@@ -20,6 +20,6 @@ std::string joinedWords(const std::vector<std::string>& words);
 /// a name as well: the value of an item that nobody knows, whose id may be that of a secret with a typing error, and
 /// the words of a command that nobody knows. Of a line that cannot be taken apart only that is kept.
 std::string maskedCommand(const std::string& line, const ItemTable& items, const Masking& masking,
-                          record::Secrets& secrets, const std::set<std::size_t>& secretWords);
+                          transcript::Secrets& secrets, const std::set<std::size_t>& secretWords);
 
 } // namespace cli

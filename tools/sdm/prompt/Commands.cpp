@@ -1,3 +1,4 @@
+// One table says what each command is called, what it takes and what it does.
 #include "Commands.h"
 
 #include <algorithm>

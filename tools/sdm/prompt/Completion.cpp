@@ -1,3 +1,4 @@
+// The table of commands says which words may stand at the cursor.
 #include "Completion.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// One table for both ways: from words to faults and from faults to words.
 #include "FaultWords.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// The signal is blocked in all threads and read from a descriptor by one thread.
 #include "Interrupts.h"
 
 #include <poll.h>

@@ -43,16 +43,16 @@ std::set<std::string> lockedItems(Session& session)
 }
 
 /// What the words of a `list` ask for.
-struct Wanted
+struct ListOptions
 {
   bool json = false;
   bool changed = false;
   std::string part;
 };
 
-std::optional<Wanted> wantedBy(const Arguments& words)
+std::optional<ListOptions> wantedBy(const Arguments& words)
 {
-  Wanted wanted;
+  ListOptions wanted;
   for (const std::string& word : words)
   {
     if (word == jsonWord && !wanted.json)

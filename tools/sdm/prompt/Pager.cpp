@@ -1,3 +1,4 @@
+// Starts the pager that the user chose, with the text on its standard input.
 #include "Pager.h"
 
 #include <fcntl.h>

@@ -1,3 +1,4 @@
+// A file that is not the user's own, no regular one or too large counts as empty.
 #include "PromptHistory.h"
 
 #include <fcntl.h>

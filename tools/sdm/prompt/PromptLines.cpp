@@ -1,3 +1,4 @@
+// Decides by the words of a line whether it holds a secret.
 #include "PromptLines.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// Asks service and database for what a command wants to show.
 #include "Session.h"
 
 #include <ManageableData.h>

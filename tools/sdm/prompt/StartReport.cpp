@@ -1,3 +1,4 @@
+// Counts first, then whatever needs attention.
 #include "StartReport.h"
 
 #include <algorithm>

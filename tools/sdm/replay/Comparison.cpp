@@ -1,3 +1,4 @@
+// Events are compared in order; registrations and what the platform logs of its own are left out.
 #include "Comparison.h"
 
 #include "base/JsonText.h"
@@ -9,19 +10,19 @@ namespace
 
 constexpr std::size_t contextLines = 3;
 
-std::string lineOf(const record::Event& event)
+std::string lineOf(const transcript::Event& event)
 {
   return jsonText(event.content);
 }
 
-std::size_t nextCompared(const record::Transcript& transcript, std::size_t from)
+std::size_t nextCompared(const transcript::Transcript& transcript, std::size_t from)
 {
   while (from < transcript.events.size() && !isCompared(transcript.events[from]))
     ++from;
   return from;
 }
 
-Difference differenceAt(const record::Transcript& expected, std::size_t place)
+Difference differenceAt(const transcript::Transcript& expected, std::size_t place)
 {
   Difference found;
   found.event = place;
@@ -31,7 +32,7 @@ Difference differenceAt(const record::Transcript& expected, std::size_t place)
     found.before.push_back(lineOf(expected.events[i]));
   for (std::size_t i = 0; i < place; ++i)
   {
-    if (record::kindOf(expected.events[i]) == "command")
+    if (transcript::kindOf(expected.events[i]) == "command")
       found.command = expected.events[i].content["command"];
   }
   if (place < last)
@@ -41,16 +42,16 @@ Difference differenceAt(const record::Transcript& expected, std::size_t place)
 
 } // namespace
 
-bool isCompared(const record::Event& event)
+bool isCompared(const transcript::Event& event)
 {
-  const std::string kind = record::kindOf(event);
+  const std::string kind = transcript::kindOf(event);
   if (kind != "log")
     return kind != "registered";
   const auto module = event.content.find("module");
   return module == event.content.end() || *module != "HostPlatform";
 }
 
-std::optional<Difference> compared(const record::Transcript& expected, const record::Transcript& actual,
+std::optional<Difference> compared(const transcript::Transcript& expected, const transcript::Transcript& actual,
                                    const std::string& atEnd)
 {
   std::size_t e = nextCompared(expected, 0);

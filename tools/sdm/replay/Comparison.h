@@ -27,10 +27,10 @@ struct Difference
 
 /// Whether events of this kind are compared: what the platform logs about files and waits, and the names of callbacks
 /// that nobody called, may differ.
-bool isCompared(const record::Event& event);
+bool isCompared(const transcript::Event& event);
 
 /// The first difference; nothing when there is none. `atEnd` is what happened where the actual transcript ends.
-std::optional<Difference> compared(const record::Transcript& expected, const record::Transcript& actual,
+std::optional<Difference> compared(const transcript::Transcript& expected, const transcript::Transcript& actual,
                                    const std::string& atEnd);
 
 } // namespace cli::replay

@@ -1,3 +1,4 @@
+// Options and help, and the first difference as it is shown.
 #include "Replay.h"
 
 #include <CLI/CLI.hpp>
@@ -6,7 +7,7 @@
 #include <memory>
 #include <unistd.h>
 
-#include "Rehearsal.h"
+#include "Verdict.h"
 #include "base/JsonText.h"
 #include "base/OneOf.h"
 #include "base/Shown.h"
@@ -28,14 +29,14 @@ constexpr const char* footer =
     "  2  wrong usage of the command line\n"
     "  3  the transcript cannot be read, or the device cannot be brought up\n";
 
-struct Wanted
+struct ReplayOptions
 {
   std::string file;
   replay::ReplaySettings settings;
   bool json = false;
 };
 
-void tell(const Wanted& wanted, const Verdict& verdict, const Style& style)
+void tell(const ReplayOptions& wanted, const Verdict& verdict, const Style& style)
 {
   if (!verdict.difference)
   {
@@ -55,7 +56,7 @@ void tell(const Wanted& wanted, const Verdict& verdict, const Style& style)
     std::cout << "  " << style.notable("note") << " " << note << "\n";
 }
 
-void tellJson(const Wanted& wanted, const Verdict& verdict)
+void tellJson(const ReplayOptions& wanted, const Verdict& verdict)
 {
   nlohmann::ordered_json told = {{"file", wanted.file}, {"same", !verdict.difference}, {"commands", verdict.commands}};
   if (verdict.difference)
@@ -88,7 +89,7 @@ void replay::addReplayOptions(CLI::App& app, ReplaySettings& settings)
 
 Action addReplay(CLI::App& app)
 {
-  const auto wanted = std::make_shared<Wanted>();
+  const auto wanted = std::make_shared<ReplayOptions>();
   app.add_option("TRANSCRIPT", wanted->file, "File that sdm run --record wrote")->type_name("FILE")->required();
   replay::addReplayOptions(app, wanted->settings);
   app.add_flag("--json", wanted->json, "Tell the result as JSON");
@@ -96,7 +97,8 @@ Action addReplay(CLI::App& app)
   return [wanted]
   {
     Progress progress("running " + shown(wanted->file) + " again");
-    const Verdict verdict = replay::rehearse(record::readTranscript(wanted->file), wanted->settings, progress);
+    const Verdict verdict =
+        replay::replayAndCompare(transcript::readTranscript(wanted->file), wanted->settings, progress);
     progress.clear();
     if (wanted->json)
       tellJson(*wanted, verdict);

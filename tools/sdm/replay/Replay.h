@@ -3,7 +3,7 @@
 
 #include <ostream>
 
-#include "Performance.h"
+#include "ReplayedRun.h"
 #include "base/Style.h"
 #include "base/Subcommand.h"
 

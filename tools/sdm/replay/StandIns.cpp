@@ -1,3 +1,4 @@
+// Tries kinds of texts until the setters take one.
 #include "StandIns.h"
 
 #include <algorithm>
@@ -48,12 +49,12 @@ bool looksLikeDigits(const std::string& name)
 
 } // namespace
 
-StandIns::StandIns(const record::Transcript& itsTranscript) : transcript(itsTranscript)
+StandIns::StandIns(const transcript::Transcript& itsTranscript) : transcript(itsTranscript)
 {
   for (std::size_t i = 0; i < transcript.events.size(); ++i)
   {
-    const record::Event& event = transcript.events[i];
-    const std::string kind = record::kindOf(event);
+    const transcript::Event& event = transcript.events[i];
+    const std::string kind = transcript::kindOf(event);
     if (kind == "command")
       noteCommand(splitWords(event.content["command"]).list, i);
     else if (kind == "setter")
@@ -66,7 +67,7 @@ void StandIns::noteCommand(const std::vector<std::string>& words, std::size_t ev
   for (std::size_t i = 0; i < words.size(); ++i)
   {
     // What a callback had before any command is a default, and known.
-    if (!record::isSecretName(words[i]) || judged.count(words[i]) != 0 || secrets.count(words[i]) != 0)
+    if (!transcript::isSecretName(words[i]) || judged.count(words[i]) != 0 || secrets.count(words[i]) != 0)
       continue;
     Secret secret;
     secret.command = event;
@@ -76,13 +77,13 @@ void StandIns::noteCommand(const std::vector<std::string>& words, std::size_t ev
   }
 }
 
-void StandIns::noteVerdict(const record::Event& event)
+void StandIns::noteVerdict(const transcript::Event& event)
 {
   if (!event.content.contains("value") || !event.content["value"].is_string())
     return;
   const std::string value = event.content["value"];
   const bool accepted = event.content["accepted"];
-  if (!record::isSecretName(value) || !judged.emplace(value, accepted).second)
+  if (!transcript::isSecretName(value) || !judged.emplace(value, accepted).second)
     return;
   if (const auto secret = secrets.find(value); secret != secrets.end())
     secret->second.accepted = accepted;
@@ -114,7 +115,7 @@ bool StandIns::next(std::size_t event)
   {
     // The last command before, if it brought one.
     std::size_t command = event;
-    while (command > 0 && record::kindOf(transcript.events[command]) != "command")
+    while (command > 0 && transcript::kindOf(transcript.events[command]) != "command")
       --command;
     const auto brought = std::find_if(order.rbegin(), order.rend(),
                                       [&](const std::string& each) { return secrets[each].command == command; });

@@ -17,7 +17,7 @@ namespace cli::replay
 class StandIns
 {
 public:
-  explicit StandIns(const record::Transcript& transcript);
+  explicit StandIns(const transcript::Transcript& transcript);
 
   /// For the secret with this name. Different secrets have different ones.
   std::string of(const std::string& name) const;
@@ -38,10 +38,10 @@ private:
   };
 
   void noteCommand(const std::vector<std::string>& words, std::size_t event);
-  void noteVerdict(const record::Event& event);
+  void noteVerdict(const transcript::Event& event);
   std::string chosen(const std::string& name, const Secret& secret) const;
 
-  const record::Transcript& transcript;
+  const transcript::Transcript& transcript;
   std::map<std::string, Secret> secrets;
   /// In the order in which commands brought them.
   std::vector<std::string> order;

@@ -1,3 +1,4 @@
+// Options and help; the work is in the command loop.
 #include "Run.h"
 
 #include <CLI/CLI.hpp>

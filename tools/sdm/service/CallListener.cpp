@@ -1,3 +1,4 @@
+// The exception that is being handled: its type and its words, whatever was thrown.
 #include "CallListener.h"
 
 #include <cxxabi.h>

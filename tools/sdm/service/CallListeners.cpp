@@ -1,3 +1,4 @@
+// Begins are told in order and ends in reverse, so that the calls of one listener stand inside those of another.
 #include "CallListeners.h"
 
 #include <algorithm>

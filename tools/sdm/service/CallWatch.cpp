@@ -1,3 +1,4 @@
+// Values of a group wait for its verdict; refusals are kept up to a number.
 #include "CallWatch.h"
 
 #include <ManageableData.h>

@@ -1,3 +1,4 @@
+// Each thread has a name for the innermost call; a handler of fatal signals writes it before the program ends.
 #include "CurrentCallback.h"
 
 #include <unistd.h>

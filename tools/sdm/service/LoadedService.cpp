@@ -1,3 +1,4 @@
+// Opened with dlopen by its whole path, and asked for its version before anything else.
 #include "LoadedService.h"
 
 #include <array>

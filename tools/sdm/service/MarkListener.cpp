@@ -1,3 +1,4 @@
+// A stack of marks a thread.
 #include "MarkListener.h"
 
 #include <memory>

@@ -1,3 +1,4 @@
+// Listens to the end of each exchange and keeps what a start has to report.
 #include "PlatformWatch.h"
 
 #include <algorithm>

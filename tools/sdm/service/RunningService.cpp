@@ -1,3 +1,4 @@
+// Operations that hand values to the validator take turns.
 #include "RunningService.h"
 
 #include "ServiceCall.h"

@@ -1,3 +1,4 @@
+// Each call is told when it begins and when it ends, whether it throws or not.
 #include "WatchedCallbacks.h"
 
 #include <utility>
@@ -16,9 +17,9 @@ std::string place(const char* kind, const std::string& name, const std::string& 
 
 } // namespace
 
-WatchedSetter::WatchedSetter(std::string itsName, std::shared_ptr<ManagedItemSetter> realSetter,
-                             CallListener& callListener)
-    : name(std::move(itsName)), real(std::move(realSetter)), listener(callListener)
+WatchedSetter::WatchedSetter(std::string itsName, std::shared_ptr<ManagedItemSetter> itsSetter,
+                             CallListener& itsListener)
+    : name(std::move(itsName)), real(std::move(itsSetter)), listener(itsListener)
 {
 }
 
@@ -41,9 +42,9 @@ bool WatchedSetter::setValue(const std::string& value, const std::string& indexV
   return call.accepted;
 }
 
-WatchedGetter::WatchedGetter(std::string itsName, std::shared_ptr<ManagedItemGetter> realGetter,
-                             CallListener& callListener)
-    : name(std::move(itsName)), real(std::move(realGetter)), listener(callListener)
+WatchedGetter::WatchedGetter(std::string itsName, std::shared_ptr<ManagedItemGetter> itsGetter,
+                             CallListener& itsListener)
+    : name(std::move(itsName)), real(std::move(itsGetter)), listener(itsListener)
 {
 }
 
@@ -62,8 +63,8 @@ std::string WatchedGetter::getValue(const std::string& indexValue)
   return call.value;
 }
 
-WatchedValidator::WatchedValidator(ValidatorIfc& realValidator, CallListener& callListener)
-    : real(realValidator), listener(callListener)
+WatchedValidator::WatchedValidator(ValidatorIfc& itsValidator, CallListener& itsListener)
+    : real(itsValidator), listener(itsListener)
 {
 }
 

@@ -21,7 +21,7 @@ class WatchedSetter : public ManagedItemSetter
 {
 public:
   /// Borrows the listener.
-  WatchedSetter(std::string itsName, std::shared_ptr<ManagedItemSetter> realSetter, CallListener& callListener);
+  WatchedSetter(std::string itsName, std::shared_ptr<ManagedItemSetter> itsSetter, CallListener& itsListener);
   bool setValue(const std::string& value, const std::string& indexValue, std::string& error) override;
 
 private:
@@ -34,7 +34,7 @@ class WatchedGetter : public ManagedItemGetter
 {
 public:
   /// Borrows the listener.
-  WatchedGetter(std::string itsName, std::shared_ptr<ManagedItemGetter> realGetter, CallListener& callListener);
+  WatchedGetter(std::string itsName, std::shared_ptr<ManagedItemGetter> itsGetter, CallListener& itsListener);
   std::string getValue(const std::string& indexValue) override;
 
 private:
@@ -47,7 +47,7 @@ class WatchedValidator : public ValidatorIfc
 {
 public:
   /// Borrows both.
-  WatchedValidator(ValidatorIfc& realValidator, CallListener& callListener);
+  WatchedValidator(ValidatorIfc& itsValidator, CallListener& itsListener);
   std::vector<std::pair<std::string, std::string>> getValidGroupItems(const std::string& group) override;
   void clearGroup(const std::string& group) override;
   bool validateGroup(std::string& reason, const std::string& group) override;

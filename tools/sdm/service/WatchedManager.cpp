@@ -1,3 +1,4 @@
+// Each operation is told when it begins and when it ends, and is passed on.
 #include "WatchedManager.h"
 
 #include <utility>
@@ -20,8 +21,8 @@ void WatchedManager::keepHouse(const char* operation, const Work& work)
   told({operation, {}, nullptr, true}, [&](OperationAnswer&) { work(); });
 }
 
-WatchedManager::WatchedManager(CallListener& callListener, std::unique_ptr<ServiceDataManagerIfc> realManager)
-    : listener(callListener), manager(std::move(realManager))
+WatchedManager::WatchedManager(CallListener& itsListener, std::unique_ptr<ServiceDataManagerIfc> itsManager)
+    : listener(itsListener), manager(std::move(itsManager))
 {
 }
 
@@ -66,9 +67,9 @@ ValidatorIfc* WatchedManager::validator() const
 }
 
 void WatchedManager::setup(SvcRTEContext* context, MgmtAgentIfc* agent, const std::string& name,
-                           ValidatorIfc* newValidator)
+                           ValidatorIfc* itsValidator)
 {
-  auto watched = newValidator == nullptr ? nullptr : std::make_unique<WatchedValidator>(*newValidator, listener);
+  auto watched = itsValidator == nullptr ? nullptr : std::make_unique<WatchedValidator>(*itsValidator, listener);
   manager->setup(context, agent, name, watched.get());
   judge = std::move(watched);
 }

@@ -19,8 +19,8 @@ class WatchedManager : public ServiceDataManagerIfc
 {
 public:
   /// Borrows the listener, which has to outlive this.
-  explicit WatchedManager(CallListener& callListener,
-                          std::unique_ptr<ServiceDataManagerIfc> realManager = makeServiceDataManager());
+  explicit WatchedManager(CallListener& itsListener,
+                          std::unique_ptr<ServiceDataManagerIfc> itsManager = makeServiceDataManager());
   ~WatchedManager() override;
 
   /// Whether a callback was registered under this name.
@@ -38,7 +38,7 @@ public:
   /// The validator that `setup` got; null when there was none.
   ValidatorIfc* validator() const;
 
-  void setup(SvcRTEContext* context, MgmtAgentIfc* agent, const std::string& name, ValidatorIfc* newValidator) override;
+  void setup(SvcRTEContext* context, MgmtAgentIfc* agent, const std::string& name, ValidatorIfc* itsValidator) override;
   void initialise(const std::string& name) override;
   void initialiseWithoutSettingDefaultData(const std::string& name, const std::string& prefix) override;
   bool ready() override;

@@ -1,3 +1,4 @@
+// Each service of the device is wrapped in one that tells its listener of every call.
 #include "WatchedPlatform.h"
 
 #include <ManageableData.h>
@@ -12,7 +13,7 @@ namespace
 class WatchedStore : public LocalMgmtIfc
 {
 public:
-  WatchedStore(LocalMgmtIfc& realStore, CallListener& itsListener) : real(realStore), listener(itsListener)
+  WatchedStore(LocalMgmtIfc& itsStore, CallListener& itsListener) : real(itsStore), listener(itsListener)
   {
   }
 
@@ -83,7 +84,7 @@ private:
 class WatchedSecurityLog : public SecurityLogServiceIfc
 {
 public:
-  WatchedSecurityLog(SecurityLogServiceIfc& realLog, CallListener& itsListener) : real(realLog), listener(itsListener)
+  WatchedSecurityLog(SecurityLogServiceIfc& itsLog, CallListener& itsListener) : real(itsLog), listener(itsListener)
   {
   }
 

@@ -1,3 +1,4 @@
+// Compares what the transcripts reached with what the map and the service have.
 #include "Coverage.h"
 
 #include <algorithm>
@@ -36,7 +37,7 @@ CoverageOf coverageOf(const char* kind, const All& all, const Ran& ran)
 
 } // namespace
 
-void Coverage::note(const record::Transcript& transcript, const std::filesystem::path& map)
+void Coverage::note(const transcript::Transcript& transcript, const std::filesystem::path& map)
 {
   try
   {
@@ -53,7 +54,7 @@ void Coverage::note(const record::Transcript& transcript, const std::filesystem:
     return;
   }
   bool starts = false;
-  for (const record::Event& event : transcript.events)
+  for (const transcript::Event& event : transcript.events)
   {
     const bool ofStart = beginsWith(textOf(event.content, "op"), "initialise");
     const bool ofEnd = beginsWith(textOf(event.content, "result"), "initialise");
@@ -63,10 +64,10 @@ void Coverage::note(const record::Transcript& transcript, const std::filesystem:
   }
 }
 
-void Coverage::noteEvent(const record::Event& event)
+void Coverage::noteEvent(const transcript::Event& event)
 {
   const Json& content = event.content;
-  const std::string kind = record::kindOf(event);
+  const std::string kind = transcript::kindOf(event);
   if (kind == "registered")
   {
     for (const Json& name : content.front().value("setters", Json::array()))

@@ -30,7 +30,7 @@ class Coverage
 {
 public:
   /// `map` is the item map that the transcript was made with; nothing is noted when it cannot be read any more.
-  void note(const record::Transcript& transcript, const std::filesystem::path& map);
+  void note(const transcript::Transcript& transcript, const std::filesystem::path& map);
 
   /// Setters and getters that the service registered; groups and items of the maps.
   CoverageReport report() const;
@@ -39,7 +39,7 @@ private:
   /// A callback and a row.
   using Place = std::pair<std::string, std::string>;
 
-  void noteEvent(const record::Event& event);
+  void noteEvent(const transcript::Event& event);
   void noteItems(const nlohmann::ordered_json& content);
 
   struct Item

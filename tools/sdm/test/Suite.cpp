@@ -1,3 +1,4 @@
+// Runs one transcript after the other; a file that cannot be read is a failed test.
 #include "Suite.h"
 
 #include <algorithm>
@@ -30,11 +31,11 @@ std::vector<std::filesystem::path> transcriptsIn(const std::filesystem::path& fo
 namespace
 {
 
-void rehearseInto(Result& result, const record::Transcript& transcript, const replay::ReplaySettings& settings,
-                  Coverage& coverage, Progress& progress)
+void replayInto(Result& result, const transcript::Transcript& transcript, const replay::ReplaySettings& settings,
+                Coverage& coverage, Progress& progress)
 {
   const auto began = std::chrono::steady_clock::now();
-  replay::Verdict verdict = replay::rehearse(transcript, settings, progress);
+  replay::Verdict verdict = replay::replayAndCompare(transcript, settings, progress);
   result.duration = std::chrono::steady_clock::now() - began;
   result.ran = true;
   coverage.note(verdict.actual, verdict.map);
@@ -51,9 +52,9 @@ Result runTranscript(const std::filesystem::path& file, const replay::ReplaySett
   result.name = file.filename().string();
   try
   {
-    const record::Transcript transcript = record::readTranscript(file);
+    const transcript::Transcript transcript = transcript::readTranscript(file);
     result.readable = true;
-    rehearseInto(result, transcript, settings, coverage, progress);
+    replayInto(result, transcript, settings, coverage, progress);
   }
   catch (const std::exception& error)
   {

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "Coverage.h"
-#include "replay/Rehearsal.h"
+#include "replay/Verdict.h"
 
 namespace cli::test
 {

@@ -1,3 +1,4 @@
+// Options and help, and the form of the results.
 #include "Test.h"
 
 #include <CLI/CLI.hpp>
@@ -37,7 +38,7 @@ enum class Format
   json
 };
 
-struct Wanted
+struct TestOptions
 {
   std::string folder;
   replay::ReplaySettings settings;
@@ -45,7 +46,7 @@ struct Wanted
   bool coverage = false;
 };
 
-void tellAll(const Wanted& wanted, const test::Told& told)
+void tellAll(const TestOptions& wanted, const test::Told& told)
 {
   if (wanted.format == Format::tap)
     test::tellTapCoverage(std::cout, told.coverage, wanted.coverage);
@@ -55,7 +56,7 @@ void tellAll(const Wanted& wanted, const test::Told& told)
     test::tellJson(std::cout, told);
 }
 
-ExitCode runTests(const Wanted& wanted)
+ExitCode runTests(const TestOptions& wanted)
 {
   const auto files = test::transcriptsIn(wanted.folder);
   const bool tap = wanted.format == Format::tap;
@@ -90,7 +91,7 @@ ExitCode runTests(const Wanted& wanted)
 
 Action addTest(CLI::App& app)
 {
-  const auto wanted = std::make_shared<Wanted>();
+  const auto wanted = std::make_shared<TestOptions>();
   static const std::map<std::string, Format> formats = {
       {"tap", Format::tap}, {"junit", Format::junit}, {"json", Format::json}};
   app.add_option("FOLDER", wanted->folder, "Folder of transcripts")->type_name("DIR")->required();

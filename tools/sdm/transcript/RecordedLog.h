@@ -4,7 +4,7 @@
 #include "Recorder.h"
 #include "host/DeviceLog.h"
 
-namespace cli::record
+namespace cli::transcript
 {
 
 /// For as long as it lives.
@@ -24,4 +24,4 @@ public:
   RecordedLog& operator=(const RecordedLog&) = delete;
 };
 
-} // namespace cli::record
+} // namespace cli::transcript

@@ -8,7 +8,7 @@
 #include "SafeEvents.h"
 #include "base/JsonText.h"
 
-namespace cli::record
+namespace cli::transcript
 {
 namespace
 {
@@ -164,4 +164,4 @@ void Recorder::recordEnded(const RecordCall& call)
   tell([&] { return events->securityRecord(call); });
 }
 
-} // namespace cli::record
+} // namespace cli::transcript

@@ -17,7 +17,7 @@
 #include "map/Masking.h"
 #include "service/CallListener.h"
 
-namespace cli::record
+namespace cli::transcript
 {
 
 /// What the first line tells.
@@ -91,4 +91,4 @@ private:
   std::size_t commands = 0;
 };
 
-} // namespace cli::record
+} // namespace cli::transcript

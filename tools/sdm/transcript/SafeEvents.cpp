@@ -8,7 +8,7 @@
 
 #include "host/RejectReasons.h"
 
-namespace cli::record
+namespace cli::transcript
 {
 namespace
 {
@@ -189,4 +189,4 @@ SafeEvents::Json SafeEvents::validator(const ValidatorCall& call)
   return event;
 }
 
-} // namespace cli::record
+} // namespace cli::transcript

@@ -17,7 +17,7 @@
 #include "map/Masking.h"
 #include "service/CallListener.h"
 
-namespace cli::record
+namespace cli::transcript
 {
 
 /// A command as a transcript has it: the line with names in place of its secrets, those words included whose numbers
@@ -68,4 +68,4 @@ private:
   const std::string folder;
 };
 
-} // namespace cli::record
+} // namespace cli::transcript

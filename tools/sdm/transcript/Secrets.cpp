@@ -1,3 +1,4 @@
+// Known secrets are replaced wherever they stand, escaped and encrypted forms included.
 #include "Secrets.h"
 
 #include <DasCrypt.h>
@@ -11,7 +12,7 @@
 #include "host/Faults.h"
 #include "host/Secrets.h"
 
-namespace cli::record
+namespace cli::transcript
 {
 namespace
 {
@@ -171,4 +172,4 @@ std::string Secrets::callbackValue(const std::string& callback, const std::strin
   return callbacks.count(callback) != 0 || host::isSecret(callback) ? named(text) : without(text);
 }
 
-} // namespace cli::record
+} // namespace cli::transcript

@@ -11,7 +11,7 @@
 #include "map/Masking.h"
 #include "map/SecretTexts.h"
 
-namespace cli::record
+namespace cli::transcript
 {
 
 /// Whether a text is a name such as "secret#1".
@@ -64,4 +64,4 @@ private:
   SecretTexts found;
 };
 
-} // namespace cli::record
+} // namespace cli::transcript

@@ -1,3 +1,4 @@
+// Each event is checked against the shape of its kind; the first bad line is named.
 #include "Transcript.h"
 
 #include <algorithm>
@@ -9,7 +10,7 @@
 #include "base/StartError.h"
 #include "base/WholeFile.h"
 
-namespace cli::record
+namespace cli::transcript
 {
 namespace
 {
@@ -187,4 +188,4 @@ Transcript readTranscript(const std::filesystem::path& file, bool complete)
   return Reader(file).read(complete);
 }
 
-} // namespace cli::record
+} // namespace cli::transcript

@@ -9,7 +9,7 @@
 
 #include "Recorder.h"
 
-namespace cli::record
+namespace cli::transcript
 {
 
 // NOLINTNEXTLINE(bugprone-exception-escape): moving JSON is declared not to throw, but checks itself on the way.
@@ -38,4 +38,4 @@ struct Transcript
 /// them when it has to be complete; otherwise what is there is read.
 Transcript readTranscript(const std::filesystem::path& file, bool complete = true);
 
-} // namespace cli::record
+} // namespace cli::transcript

@@ -1,3 +1,4 @@
+// The first failed write is remembered and told at the end.
 #include "TranscriptFile.h"
 
 #include <cerrno>
@@ -12,7 +13,7 @@
 #include "base/StartError.h"
 #include "base/WholeFile.h"
 
-namespace cli::record
+namespace cli::transcript
 {
 namespace
 {
@@ -136,4 +137,4 @@ std::string TranscriptFile::whereItStands() const
   return part.empty() ? "" : "; what there is stands in " + part.string();
 }
 
-} // namespace cli::record
+} // namespace cli::transcript

@@ -7,7 +7,7 @@
 
 #include "base/Descriptor.h"
 
-namespace cli::record
+namespace cli::transcript
 {
 
 /// May be used by one thread at a time. The lines go into the file NAME.part beside the place, which takes that place
@@ -59,4 +59,4 @@ private:
   std::string failure;
 };
 
-} // namespace cli::record
+} // namespace cli::transcript

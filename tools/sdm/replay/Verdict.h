@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "Comparison.h"
-#include "Performance.h"
+#include "ReplayedRun.h"
 
 namespace cli::replay
 {
@@ -19,13 +19,13 @@ struct Verdict
   /// What may explain one: another service, another map, another version.
   std::vector<std::string> notes;
   /// What was recorded this time.
-  record::Transcript actual;
+  transcript::Transcript actual;
   std::filesystem::path map;
   std::size_t commands = 0;
 };
 
 /// Runs the commands of the transcript, again with other stand-ins where the service judged them otherwise than the
 /// secrets. Throws `StartError` when the device cannot be brought up.
-Verdict rehearse(const record::Transcript& transcript, const ReplaySettings& settings, Progress& progress);
+Verdict replayAndCompare(const transcript::Transcript& transcript, const ReplaySettings& settings, Progress& progress);
 
 } // namespace cli::replay

@@ -22,10 +22,10 @@ struct ReplaySettings
   std::chrono::seconds patience{60};
 };
 
-struct Performance
+struct ReplayedRun
 {
   /// What was recorded this time, as far as it came.
-  record::Transcript transcript;
+  transcript::Transcript actual;
   /// How it ended when that was not with the last command; empty otherwise.
   std::string trouble;
   /// The map that it ran with.
@@ -34,7 +34,7 @@ struct Performance
 
 /// Runs the commands on a new device in a temporary folder. To be called while the process has one thread. Throws
 /// `StartError` when the device cannot be brought up.
-Performance perform(const record::Transcript& transcript, const StandIns& standIns, const ReplaySettings& settings,
-                    Progress& progress);
+ReplayedRun runAgain(const transcript::Transcript& transcript, const StandIns& standIns, const ReplaySettings& settings,
+                     Progress& progress);
 
 } // namespace cli::replay

@@ -1,4 +1,5 @@
-#include "Rehearsal.h"
+// Runs the transcript again until it agrees or no other stand-ins are left, and keeps the run that came furthest.
+#include "Verdict.h"
 
 #include <algorithm>
 #include <utility>
@@ -13,7 +14,7 @@ namespace
 /// A transcript with many secrets may need a run for each of them, and a service that changed must not need them all.
 constexpr std::size_t mostRuns = 40;
 
-std::vector<std::string> notesOn(const record::Header& then, const record::Header& now)
+std::vector<std::string> notesOn(const transcript::Header& then, const transcript::Header& now)
 {
   std::vector<std::string> notes;
   const auto note = [&](const char* what, const std::string& was, const std::string& is)
@@ -31,24 +32,24 @@ std::vector<std::string> notesOn(const record::Header& then, const record::Heade
 
 } // namespace
 
-Verdict rehearse(const record::Transcript& transcript, const ReplaySettings& settings, Progress& progress)
+Verdict replayAndCompare(const transcript::Transcript& transcript, const ReplaySettings& settings, Progress& progress)
 {
   StandIns standIns(transcript);
   Verdict verdict;
   verdict.commands = static_cast<std::size_t>(std::count_if(transcript.events.begin(), transcript.events.end(),
-                                                            [](const record::Event& event)
-                                                            { return record::kindOf(event) == "command"; }));
-  for (std::size_t run = 0; run < mostRuns; ++run)
+                                                            [](const transcript::Event& event)
+                                                            { return transcript::kindOf(event) == "command"; }));
+  for (std::size_t attempt = 0; attempt < mostRuns; ++attempt)
   {
-    Performance performance = perform(transcript, standIns, settings, progress);
-    auto difference = compared(transcript, performance.transcript, performance.trouble);
+    ReplayedRun run = runAgain(transcript, standIns, settings, progress);
+    auto difference = compared(transcript, run.actual, run.trouble);
     const std::size_t place = difference ? difference->event : transcript.events.size() + 1;
     // The run that came furthest tells most.
-    if (run == 0 || !difference || place > verdict.difference->event)
+    if (attempt == 0 || !difference || place > verdict.difference->event)
     {
       verdict.difference = std::move(difference);
-      verdict.actual = std::move(performance.transcript);
-      verdict.map = performance.map;
+      verdict.actual = std::move(run.actual);
+      verdict.map = run.map;
     }
     if (!verdict.difference || !standIns.next(place))
       break;

@@ -1,4 +1,5 @@
-#include "Performance.h"
+// The commands run in a process of their own, on a new device in a temporary folder.
+#include "ReplayedRun.h"
 
 #include <fstream>
 #include <set>
@@ -23,7 +24,7 @@ void writeFile(const std::filesystem::path& path, const std::string& content)
   std::ofstream(path, std::ios::binary) << content;
 }
 
-/// What stands in the folder of a performance.
+/// What stands in the folder of a run.
 constexpr const char* transcriptName = "transcript.jsonl";
 constexpr const char* mapName = "map";
 
@@ -31,7 +32,7 @@ constexpr const char* mapName = "map";
 class Stage
 {
 public:
-  Stage(const record::Transcript& itsTranscript, const StandIns& itsStandIns, RunSettings itsSettings,
+  Stage(const transcript::Transcript& itsTranscript, const StandIns& itsStandIns, RunSettings itsSettings,
         std::filesystem::path itsFolder)
       : transcript(itsTranscript), standIns(itsStandIns), settings(std::move(itsSettings)), folder(std::move(itsFolder))
   {
@@ -45,7 +46,7 @@ public:
   /// Answers why the recording lacks something; nothing when it does not.
   std::string run()
   {
-    record::Recorder recorder(folder / transcriptName, maskedCommand);
+    transcript::Recorder recorder(folder / transcriptName, maskedCommand);
     {
       RunningDevice running(settings, &recorder);
       writeFile(folder / mapName, running.mapFile().string());
@@ -55,13 +56,13 @@ public:
   }
 
 private:
-  void carryOutAll(RunningDevice& running, record::Recorder& recorder)
+  void carryOutAll(RunningDevice& running, transcript::Recorder& recorder)
   {
     std::ostringstream unread;
     Session session(running, {unread, unread, Style(false), Style(false)});
-    for (const record::Event& event : transcript.events)
+    for (const transcript::Event& event : transcript.events)
     {
-      if (record::kindOf(event) != "command" || session.quit)
+      if (transcript::kindOf(event) != "command" || session.quit)
         continue;
       std::set<std::size_t> secretWords;
       const std::string line = lineOf(event, recorder, secretWords);
@@ -72,7 +73,8 @@ private:
   }
 
   /// The command with values in place of the names of secrets.
-  std::string lineOf(const record::Event& event, record::Recorder& recorder, std::set<std::size_t>& secretWords) const
+  std::string lineOf(const transcript::Event& event, transcript::Recorder& recorder,
+                     std::set<std::size_t>& secretWords) const
   {
     std::string masked = event.content["command"];
     Words words = splitWords(masked);
@@ -80,7 +82,7 @@ private:
       return masked;
     for (std::size_t i = 0; i < words.list.size(); ++i)
     {
-      if (!record::isSecretName(words.list[i]))
+      if (!transcript::isSecretName(words.list[i]))
         continue;
       secretWords.insert(i);
       words.list[i] = recorder.secret(words.list[i]).value_or(standIns.of(words.list[i]));
@@ -88,7 +90,7 @@ private:
     return joinedWords(words.list);
   }
 
-  const record::Transcript& transcript;
+  const transcript::Transcript& transcript;
   const StandIns& standIns;
   RunSettings settings;
   const std::filesystem::path folder;
@@ -96,7 +98,7 @@ private:
 
 /// What the stage left in its folder. Of a transcript that cannot be read nothing was recorded, which is a difference
 /// of this one transcript and no reason to end the others.
-void collect(const std::filesystem::path& folder, Performance& done)
+void collect(const std::filesystem::path& folder, ReplayedRun& done)
 {
   try
   {
@@ -104,8 +106,8 @@ void collect(const std::filesystem::path& folder, Performance& done)
       done.map = wholeFile(folder / mapName);
     // A service that ended the process has left the recording unfinished.
     const std::filesystem::path whole = folder / transcriptName;
-    done.transcript =
-        record::readTranscript(std::filesystem::exists(whole) ? whole : record::TranscriptFile::partOf(whole), false);
+    done.actual = transcript::readTranscript(
+        std::filesystem::exists(whole) ? whole : transcript::TranscriptFile::partOf(whole), false);
   }
   catch (const std::exception& error)
   {
@@ -116,8 +118,8 @@ void collect(const std::filesystem::path& folder, Performance& done)
 
 } // namespace
 
-Performance perform(const record::Transcript& transcript, const StandIns& standIns, const ReplaySettings& settings,
-                    Progress& progress)
+ReplayedRun runAgain(const transcript::Transcript& transcript, const StandIns& standIns, const ReplaySettings& settings,
+                     Progress& progress)
 {
   const ScratchFolder scratch("replay");
   RunSettings run;
@@ -127,7 +129,7 @@ Performance perform(const record::Transcript& transcript, const StandIns& standI
     run.map = std::filesystem::absolute(*settings.map);
   Stage stage(transcript, standIns, run, scratch.path());
   const WorkDone work = inOwnProcess([&] { return stage.run(); }, settings.patience, progress);
-  Performance done;
+  ReplayedRun done;
   done.trouble = work.trouble.empty() ? work.text : work.trouble;
   collect(scratch.path(), done);
   return done;
