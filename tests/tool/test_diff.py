@@ -4,6 +4,7 @@ import os
 import re
 import resource
 import shlex
+import stat
 import subprocess
 import unittest
 import xml.etree.ElementTree
@@ -269,6 +270,8 @@ class Accepting(DiffTest):
         self.map("twice.csv", OLD + twice + twice)
         self.diff("--write-accept", "accepted.json", "old.csv", "once.csv")
         self.assertEqual(self.diff("--accept", "accepted.json", "old.csv", "twice.csv").out.count("[start-line-added]"), 1)
+        self.diff("--write-accept", "accepted.json", "old.csv", "twice.csv")
+        self.assertEqual(self.diff("--accept", "accepted.json", "old.csv", "twice.csv").code, 0)
 
     def test_stale_entries_are_told(self):
         self.diff("--write-accept", "accepted.json", "old.csv", "new.csv")
@@ -306,6 +309,12 @@ class Accepting(DiffTest):
         self.assertEqual((run.code, run.out), (3, ""))
         self.assertEqual(self.diff("--write-accept", "no/such/folder.json", "old.csv", "new.csv").code, 3)
 
+    def test_what_is_no_file_is_not_replaced(self):
+        path = os.path.join(self.folder, "accepted.json")
+        os.mkfifo(path)
+        self.assertEqual(self.diff("--write-accept", "accepted.json", "old.csv", "new.csv").code, 3)
+        self.assertTrue(stat.S_ISFIFO(os.stat(path).st_mode))
+
     def test_nothing_is_written_when_the_maps_cannot_be_compared(self):
         self.assertEqual(self.diff("--write-accept", "accepted.json", "old.csv", "nowhere.csv").code, 3)
         self.assertFalse(os.path.exists(os.path.join(self.folder, "accepted.json")))
@@ -335,6 +344,7 @@ class WithGit(DiffTest):
             run = self.diff("--against=" + revision, name)
             self.assertEqual((run.code, run.out), (3, ""), revision)
             self.assertIn("cannot be read from the commit", run.err)
+        self.assertIn("no name of a commit", self.diff("--against=--all", "map.csv").err)
         self.assertFalse(os.path.exists(os.path.join(self.folder, "x")))
 
     def test_without_git_is_three(self):
