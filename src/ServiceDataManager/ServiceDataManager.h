@@ -39,40 +39,9 @@ class SDM_EXPORT SDM_LOCKABLE("manager") ServiceDataManager : public ServiceData
 {
 public:
   /// One pending assignment of a request.
-  struct SetDataBlob
-  {
-    SetDataBlob(std::string requestedRootId, std::string requestedValue, ManagedDataItem* publishedItem);
-    virtual ~SetDataBlob();
-    SetDataBlob(const SetDataBlob&);
-    SetDataBlob(SetDataBlob&&) noexcept;
-    SetDataBlob& operator=(const SetDataBlob&);
-    SetDataBlob& operator=(SetDataBlob&&) noexcept;
-
-    std::string rootId;
-    std::string value;
-    /// The setter accepted the value.
-    bool validated = false;
-    /// The setter's refusal or remark.
-    std::string reason;
-    /// Null when no item is published under the root id; not owned.
-    ManagedDataItem* item;
-  };
-
+  struct SetDataBlob;
   /// What became of one validation group.
-  struct GroupDataBlob
-  {
-    GroupDataBlob(std::string group, bool accepted, std::string refusal);
-    virtual ~GroupDataBlob();
-    GroupDataBlob(const GroupDataBlob&);
-    GroupDataBlob(GroupDataBlob&&) noexcept;
-    GroupDataBlob& operator=(const GroupDataBlob&);
-    GroupDataBlob& operator=(GroupDataBlob&&) noexcept;
-
-    std::string groupName;
-    bool valid;
-    /// Empty for a valid group.
-    std::string reason;
-  };
+  struct GroupDataBlob;
 
   ServiceDataManager();
   ~ServiceDataManager() override;
@@ -276,3 +245,5 @@ private:
   bool registered SDM_GUARDED_BY(this) = false;
   std::uint32_t interfaceCount SDM_GUARDED_BY(this) = 0;
 };
+
+#include "Blobs.h"
