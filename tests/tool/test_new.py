@@ -84,6 +84,12 @@ class New(ProgramTest):
             self.assertEqual(self.sdm("check", path).code, 1)
             self.assert_refused(self.new("bell", map_file=path), path + ":3:", ": error: ", "[%s]" % rule)
 
+    def test_errors_can_be_passed_over(self):
+        path = self.write("unfit.csv", MAP + "too few columns\n")
+        run = self.new("bell", "--despite-errors", map_file=path)
+        self.assertEqual((run.code, run.lines()[0][-11:]), (0, "for 2 items"))
+        self.assertIn("[too-few-columns]", run.err)
+
     def test_of_many_errors_ten_are_told(self):
         path = self.write("unfit.csv", MAP + "too few columns\n" * 25)
         run = self.new("bell", map_file=path)

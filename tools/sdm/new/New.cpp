@@ -30,6 +30,7 @@ struct NewSettings
 {
   std::string name;
   std::filesystem::path map;
+  bool despiteErrors = false;
   /// Nothing given: a folder of the service's name.
   std::filesystem::path into;
 };
@@ -143,7 +144,7 @@ bool passesTheCheck(const std::filesystem::path& path, const std::string& conten
 ExitCode makeNew(const NewSettings& settings)
 {
   const std::string map = mapContent(settings.map);
-  if (!passesTheCheck(settings.map, map))
+  if (!passesTheCheck(settings.map, map) && !settings.despiteErrors)
     return exitRefused;
   const ItemTable table(settings.map);
   std::filesystem::path folder = settings.into.empty() ? std::filesystem::path(settings.name) : settings.into;
@@ -179,6 +180,8 @@ Action addNew(CLI::App& app)
           [](const std::string& name)
           { return isServiceName(name) ? "" : "a service's name has a letter first, then letters, digits, - and _"; });
   app.add_option("--map", settings->map, "Item map file that the service is made for")->type_name("FILE")->required();
+  app.add_flag("--despite-errors", settings->despiteErrors,
+               "Write the project although the check of maps finds errors, which are told");
   app.add_option("--into", settings->into, "Folder of the project, made when it is not there; without it NAME")
       ->type_name("DIR");
   app.footer(footer);
