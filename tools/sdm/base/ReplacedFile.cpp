@@ -25,47 +25,42 @@ void require(bool done)
   throw Unusable(std::strerror(reason), reason);
 }
 
-/// A file of its own beside a place; gone in the end unless it took that place.
-class Beside
-{
-public:
-  explicit Beside(const std::filesystem::path& place)
-      : name(place.string() + ".XXXXXX"), file(::mkostemp(name.data(), O_CLOEXEC))
-  {
-  }
-  ~Beside()
-  {
-    if (!done && file.number >= 0)
-      ::unlink(name.c_str());
-  }
-  Beside(const Beside&) = delete;
-  Beside& operator=(const Beside&) = delete;
-
-  void write(const std::string& content) const
-  {
-    require(file.number >= 0 && ::fchmod(file.number, S_IRUSR | S_IWUSR) == 0 && writeAll(file.number, content) &&
-            ::fsync(file.number) == 0);
-  }
-
-  void takePlace(const std::filesystem::path& place)
-  {
-    done = ::rename(name.c_str(), place.c_str()) == 0;
-    require(done);
-  }
-
-private:
-  std::string name;
-  Descriptor file;
-  bool done = false;
-};
-
 } // namespace
+
+FileBeside::FileBeside(const std::filesystem::path& itsPlace)
+    : place(itsPlace), name(place.string() + ".XXXXXX"), file(::mkostemp(name.data(), O_CLOEXEC))
+{
+}
+
+FileBeside::~FileBeside()
+{
+  if (!done && file.number >= 0)
+    ::unlink(name.c_str());
+}
+
+void FileBeside::write(const std::string& content, mode_t mode) const
+{
+  require(file.number >= 0 && ::fchmod(file.number, mode) == 0 && writeAll(file.number, content) &&
+          ::fsync(file.number) == 0);
+}
+
+void FileBeside::giveTo(uid_t user, gid_t group) const
+{
+  if (file.number >= 0 && ::fchown(file.number, user, group) != 0)
+    errno = 0;
+}
+
+void FileBeside::takePlace()
+{
+  done = ::rename(name.c_str(), place.c_str()) == 0;
+  require(done);
+}
 
 void replaceFile(const std::filesystem::path& path, const std::string& content)
 {
-  Beside beside(path);
-  beside.write(content);
-  beside.takePlace(path);
+  FileBeside beside(path);
+  beside.write(content, S_IRUSR | S_IWUSR);
+  beside.takePlace();
   require(syncFolderOf(path));
 }
 
