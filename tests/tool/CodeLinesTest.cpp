@@ -11,7 +11,7 @@
 namespace
 {
 
-using cli::foldedCode;
+using cli::skeleton::foldedCode;
 
 void expectFolded(const std::string& line, const std::string& breaks)
 {
@@ -19,7 +19,7 @@ void expectFolded(const std::string& line, const std::string& breaks)
   std::string joined;
   for (std::string piece; std::getline(folded, piece);)
   {
-    EXPECT_LE(cli::width(piece), cli::longestLine) << piece;
+    EXPECT_LE(cli::width(piece), cli::skeleton::longestLine) << piece;
     if (piece.find("clang-format") == std::string::npos)
       joined += (joined.empty() ? "" : breaks) + piece.substr(joined.empty() ? 0 : piece.find_first_not_of(' '));
   }

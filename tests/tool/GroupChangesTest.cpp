@@ -8,6 +8,7 @@
 #include <set>
 
 using namespace cli;
+using namespace cli::groups;
 using testing::ElementsAre;
 using testing::UnorderedElementsAre;
 

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+using namespace cli::skeleton;
 using namespace cli;
 
 TEST(IdentifiersTest, CallAFieldLikeItsCallbackWithoutSetOrGet)

@@ -8,6 +8,7 @@
 #include <fstream>
 #include <memory>
 
+using namespace cli::skeleton;
 using namespace cli;
 
 namespace

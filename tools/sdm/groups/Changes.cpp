@@ -5,7 +5,7 @@
 
 #include "Permutation.h"
 
-namespace cli
+namespace cli::groups
 {
 namespace
 {
@@ -143,4 +143,4 @@ std::vector<std::vector<std::size_t>> ordersOf(std::size_t members)
   return orders;
 }
 
-} // namespace cli
+} // namespace cli::groups

@@ -11,7 +11,7 @@
 
 #include "base/Shown.h"
 
-namespace cli
+namespace cli::groups
 {
 namespace
 {
@@ -192,4 +192,4 @@ std::vector<std::string> namesIn(const GroupOfItems& group, const std::vector<st
   return names;
 }
 
-} // namespace cli
+} // namespace cli::groups

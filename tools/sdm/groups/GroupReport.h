@@ -10,7 +10,7 @@
 #include "base/Style.h"
 #include "map/Masking.h"
 
-namespace cli
+namespace cli::groups
 {
 
 /// Orders that come to the same.
@@ -57,4 +57,4 @@ nlohmann::ordered_json jsonOf(const GroupReport& report, const Masking& masking)
 /// The members at these places.
 std::vector<std::string> namesIn(const GroupOfItems& group, const std::vector<std::size_t>& order);
 
-} // namespace cli
+} // namespace cli::groups

@@ -29,6 +29,17 @@ namespace cli
 namespace
 {
 
+using groups::changesOf;
+using groups::GroupOfItems;
+using groups::GroupReport;
+using groups::groupsOf;
+using groups::jsonOf;
+using groups::MoreValues;
+using groups::namesIn;
+using groups::ordersOf;
+using groups::PermutationTrial;
+using groups::printReport;
+using groups::tryGroup;
 using Json = nlohmann::ordered_json;
 
 constexpr const char* footer =

@@ -13,7 +13,7 @@
 #include "device/RunningDevice.h"
 #include "host/RejectReasons.h"
 
-namespace cli
+namespace cli::groups
 {
 namespace
 {
@@ -155,4 +155,4 @@ PermutationTrial::apart(const std::function<std::map<std::string, std::string>()
   return Json::from_cbor(done.text).get<std::map<std::string, std::string>>();
 }
 
-} // namespace cli
+} // namespace cli::groups

@@ -13,7 +13,7 @@
 #include "base/Progress.h"
 #include "map/ItemTable.h"
 
-namespace cli
+namespace cli::groups
 {
 
 struct GroupOfItems
@@ -73,4 +73,4 @@ private:
   Progress& progress;
 };
 
-} // namespace cli
+} // namespace cli::groups

@@ -6,7 +6,7 @@
 
 #include "base/Shown.h"
 
-namespace cli
+namespace cli::skeleton
 {
 namespace
 {
@@ -103,4 +103,4 @@ std::string foldedCode(const std::string& code)
   return folded;
 }
 
-} // namespace cli
+} // namespace cli::skeleton

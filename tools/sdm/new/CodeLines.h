@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <string>
 
-namespace cli
+namespace cli::skeleton
 {
 
 /// How long lines of generated code may be, in columns of a terminal.
@@ -14,4 +14,4 @@ constexpr std::size_t longestLine = 120;
 /// formatter, which has ways of its own. Comments are broken anywhere. The lines that fit stay as they are.
 std::string foldedCode(const std::string& code);
 
-} // namespace cli
+} // namespace cli::skeleton

@@ -10,7 +10,7 @@
 
 #include "base/Shown.h"
 
-namespace cli
+namespace cli::skeleton
 {
 namespace
 {
@@ -154,4 +154,4 @@ std::string UniqueNames::claim(const std::string& name)
   return unique;
 }
 
-} // namespace cli
+} // namespace cli::skeleton

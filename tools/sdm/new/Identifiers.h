@@ -4,7 +4,7 @@
 #include <set>
 #include <string>
 
-namespace cli
+namespace cli::skeleton
 {
 
 /// "localPort" of "setLocalPort", "set-local-port" or "LOCAL_PORT"'s like: the words of the text, the first in small
@@ -30,4 +30,4 @@ private:
   std::set<std::string> taken;
 };
 
-} // namespace cli
+} // namespace cli::skeleton

@@ -155,7 +155,7 @@ ExitCode makeNew(const NewSettings& settings)
     return exitRefused;
   }
   Draft draft(folder);
-  const auto files = skeleton(settings.name, table);
+  const auto files = skeleton::filesOf(settings.name, table);
   for (const auto& [path, text] : files)
     draft.add(path, text);
   draft.add(settings.name + ".csv", map);
@@ -177,8 +177,10 @@ Action addNew(CLI::App& app)
       ->required()
       ->type_name("")
       ->check(
-          [](const std::string& name)
-          { return isServiceName(name) ? "" : "a service's name has a letter first, then letters, digits, - and _"; });
+          [](const std::string& name) {
+            return skeleton::isServiceName(name) ? ""
+                                                 : "a service's name has a letter first, then letters, digits, - and _";
+          });
   app.add_option("--map", settings->map, "Item map file that the service is made for")->type_name("FILE")->required();
   app.add_flag("--despite-errors", settings->despiteErrors,
                "Write the project although the check of maps finds errors, which are told");

@@ -14,7 +14,7 @@
 #include "Templates.h"
 #include "base/Shown.h"
 
-namespace cli
+namespace cli::skeleton
 {
 namespace
 {
@@ -91,7 +91,7 @@ bool isServiceName(const std::string& name)
          std::all_of(name.begin(), name.end(), isFit);
 }
 
-std::map<std::string, std::string> skeleton(const std::string& name, const ItemTable& table)
+std::map<std::string, std::string> filesOf(const std::string& name, const ItemTable& table)
 {
   const Fields fields = bySchema(skeletonFields(table));
   const auto [functions, calls] = registration(fields);
@@ -124,4 +124,4 @@ std::map<std::string, std::string> skeleton(const std::string& name, const ItemT
   return files;
 }
 
-} // namespace cli
+} // namespace cli::skeleton

@@ -6,13 +6,13 @@
 
 #include "map/ItemTable.h"
 
-namespace cli
+namespace cli::skeleton
 {
 
 /// Whether a service may be called so: letters, digits, '-' and '_', with a letter first, 64 at most.
 bool isServiceName(const std::string& name);
 
 /// The texts of all files but the map's, by their paths. Formatted as clang-format leaves them.
-std::map<std::string, std::string> skeleton(const std::string& name, const ItemTable& table);
+std::map<std::string, std::string> filesOf(const std::string& name, const ItemTable& table);
 
-} // namespace cli
+} // namespace cli::skeleton

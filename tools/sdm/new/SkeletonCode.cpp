@@ -6,7 +6,7 @@
 #include "CodeLines.h"
 #include "Identifiers.h"
 
-namespace cli
+namespace cli::skeleton
 {
 namespace
 {
@@ -138,4 +138,4 @@ std::string groupRules(const ItemTable& table, const Fields& fields)
          "  return \"\";\n}\n";
 }
 
-} // namespace cli
+} // namespace cli::skeleton

@@ -8,7 +8,7 @@
 #include "SkeletonFields.h"
 #include "map/ItemTable.h"
 
-namespace cli
+namespace cli::skeleton
 {
 
 /// The members of the structure of settings, with their defaults. The fields of one schema stand together.
@@ -20,4 +20,4 @@ std::pair<std::string, std::string> registration(const std::vector<SkeletonField
 /// A function for each group, which judges its settings, and the one that chooses among them.
 std::string groupRules(const ItemTable& table, const std::vector<SkeletonField>& fields);
 
-} // namespace cli
+} // namespace cli::skeleton

@@ -8,7 +8,7 @@
 #include "Identifiers.h"
 #include "host/Secrets.h"
 
-namespace cli
+namespace cli::skeleton
 {
 namespace
 {
@@ -163,4 +163,4 @@ std::map<std::string, const MapItem*> membersOf(const SkeletonField& field, cons
   return members;
 }
 
-} // namespace cli
+} // namespace cli::skeleton

@@ -8,7 +8,7 @@
 
 #include "map/ItemTable.h"
 
-namespace cli
+namespace cli::skeleton
 {
 
 enum class FieldType
@@ -49,4 +49,4 @@ std::string valueLiteral(FieldType type, const std::string& value);
 /// The group and root id of the items that a setter is the setter of, by their rows. Empty when none is in a group.
 std::map<std::string, const MapItem*> membersOf(const SkeletonField& field, const std::string& setter);
 
-} // namespace cli
+} // namespace cli::skeleton

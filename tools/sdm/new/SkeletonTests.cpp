@@ -7,7 +7,7 @@
 
 #include "Identifiers.h"
 
-namespace cli
+namespace cli::skeleton
 {
 namespace
 {
@@ -118,4 +118,4 @@ std::map<std::string, std::string> lifeOf(const ItemTable& table, const std::vec
           {"otherText", literal(otherValue(*field))}};
 }
 
-} // namespace cli
+} // namespace cli::skeleton

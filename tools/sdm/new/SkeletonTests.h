@@ -8,7 +8,7 @@
 #include "SkeletonFields.h"
 #include "map/ItemTable.h"
 
-namespace cli
+namespace cli::skeleton
 {
 
 /// Tests of values that have not the type of their setting, for one setting of each type.
@@ -21,4 +21,4 @@ std::string groupTests(const std::vector<SkeletonField>& fields);
 /// that is fit for that.
 std::map<std::string, std::string> lifeOf(const ItemTable& table, const std::vector<SkeletonField>& fields);
 
-} // namespace cli
+} // namespace cli::skeleton

@@ -4,10 +4,10 @@
 #include <map>
 #include <string>
 
-namespace cli
+namespace cli::skeleton
 {
 
 /// Texts by their paths in the skeleton; `.clang-format` stands there without its dot.
 const std::map<std::string, std::string>& templates();
 
-} // namespace cli
+} // namespace cli::skeleton
