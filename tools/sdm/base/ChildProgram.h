@@ -1,4 +1,4 @@
-// What another program answers.
+// Runs another program and keeps its answer.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,4 @@
-// An open file of the system's.
+// A file descriptor that closes itself.
 #pragma once
 
 #include <string>
@@ -6,7 +6,7 @@
 namespace cli
 {
 
-/// Closed, whatever happens.
+/// Owns a file descriptor and closes it at the end of its life.
 class Descriptor
 {
 public:

@@ -1,4 +1,4 @@
-// Texts of exceptions as an operator reads them.
+// The text of an exception, for an operator.
 #pragma once
 
 #include <exception>
@@ -7,8 +7,8 @@
 namespace cli
 {
 
-/// What an exception says: of the file system's the files and the reason, without the words that the C++ library puts
-/// around them.
+/// The text of an exception. Of a file-system error only the files and the reason, without the words that the C++
+/// library adds.
 std::string exceptionText(const std::exception& error);
 
 } // namespace cli

@@ -1,4 +1,4 @@
-// JSON as it comes out of files that anybody may have written, and as it is written.
+// Reads JSON from files that anybody may have written, and writes JSON.
 #pragma once
 
 #include <stdexcept>

@@ -1,4 +1,4 @@
-// Work in a process of its own, so that a service which ends it or never comes back ends nothing else.
+// Runs work in a child process. A service that crashes or hangs then ends that process only.
 #pragma once
 
 #include <chrono>
@@ -13,7 +13,7 @@ namespace cli
 /// Hands a text of any bytes over to the process that waits.
 using Tell = std::function<void(const std::string& text)>;
 
-/// How a process came to its end.
+/// How a process ended.
 struct WorkEnd
 {
   enum class Kind

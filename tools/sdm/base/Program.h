@@ -1,4 +1,4 @@
-// What every program of the product does around what it is there for.
+// The frame of each program: standard streams, error texts, exit codes.
 #pragma once
 
 #include <functional>
@@ -9,8 +9,8 @@
 namespace cli
 {
 
-/// Reads a command line, and carries out what it asks for. For `main`, which returns the answer: it tells of what was
-/// thrown and of output that was lost.
+/// Reads a command line and does what it asks for. `main` returns the answer. An exception is printed and becomes
+/// `exitCannot`; lost output becomes `exitRefused`.
 int runProgram(const std::function<std::variant<Action, ExitCode>()>& readCommandLine);
 
 } // namespace cli

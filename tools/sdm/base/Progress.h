@@ -1,4 +1,4 @@
-// What a terminal shows whoever waits for longer than a second.
+// Shows progress on a terminal when work takes longer than a second.
 #pragma once
 
 #include <chrono>
@@ -10,8 +10,8 @@
 namespace cli
 {
 
-/// A line on standard error, where that is a terminal, with the seconds that have passed. It goes with the object. The
-/// cursor stays at its begin, so that a line of the log takes its place.
+/// A line on standard error with the seconds that have passed, if standard error is a terminal. The destructor removes
+/// it. The cursor stays at the start of the line, so that a log line overwrites it.
 class Progress
 {
 public:

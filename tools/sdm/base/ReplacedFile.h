@@ -1,4 +1,4 @@
-// Files as they are written: beside the place first, then put there whole.
+// Writes a file beside its place, syncs it and renames it into place.
 #pragma once
 
 #include <filesystem>
@@ -10,7 +10,7 @@
 namespace cli
 {
 
-/// A file of its own beside a place; gone in the end unless it took that place.
+/// A new file beside a place. The destructor removes it unless `takePlace` was called.
 class FileBeside
 {
 public:
@@ -19,13 +19,13 @@ public:
   FileBeside(const FileBeside&) = delete;
   FileBeside& operator=(const FileBeside&) = delete;
 
-  /// Fills it for good. `mode` has its permissions. Throws `Unusable`.
+  /// Writes the content and syncs it. `mode` is the file mode. Throws `Unusable`.
   void write(const std::string& content, mode_t mode) const;
 
-  /// Gives it away as far as the system allows that: only root can.
+  /// Sets owner and group. Without the right to do so (only root has it) they stay as they are.
   void giveTo(uid_t user, gid_t group) const;
 
-  /// Whoever opens the place finds the old content or the new one. Throws `Unusable`.
+  /// Renames the file to its place: a reader finds the old content or the new one. Throws `Unusable`.
   void takePlace();
 
 private:
@@ -35,11 +35,11 @@ private:
   bool done = false;
 };
 
-/// Makes `path` hold `content`, for good: whoever opens it finds the old content or the new one, and a failure leaves
-/// the old one. The file is its owner's alone. Throws `Unusable`.
+/// Replaces the content of `path`, synced to the disk. A reader finds the old content or the new one; a failure leaves
+/// the old one. The mode is 0600. Throws `Unusable`.
 void replaceFile(const std::filesystem::path& path, const std::string& content);
 
-/// Makes entries of the folder that holds `path` last. False when the system refuses; the reason is in `errno`.
+/// Syncs the folder of `path`, so that a rename in it survives a power cut. False on failure; `errno` has the reason.
 bool syncFolderOf(const std::filesystem::path& path);
 
 } // namespace cli

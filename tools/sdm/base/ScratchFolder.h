@@ -1,4 +1,4 @@
-// A folder for what need not last. The host platform has one of its own for its copies of databases: it is not part of
+// A temporary folder. The host platform has one of its own for its copies of databases: it is not part of
 // the interface of the host, and this floor knows nothing of the host.
 #pragma once
 
@@ -8,12 +8,12 @@
 namespace cli
 {
 
-/// Goes with all that is in it.
+/// Removes the folder with all its content at the end of its life.
 class ScratchFolder
 {
 public:
-  /// Makes it among the system's temporary ones, for its owner alone; `purpose` is a word that its name holds. Throws
-  /// `StartError`.
+  /// Makes the folder below the system's folder for temporary files, with mode 0700. `purpose` is part of its name.
+  /// Throws `StartError`.
   explicit ScratchFolder(const std::string& purpose);
   ~ScratchFolder();
   ScratchFolder(const ScratchFolder&) = delete;

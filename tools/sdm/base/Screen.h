@@ -1,4 +1,4 @@
-// Texts that fit what somebody sees them on.
+// Fits texts to the width of a screen.
 #pragma once
 
 #include <cstddef>
@@ -9,12 +9,13 @@ namespace cli
 
 struct ScreenSize
 {
-  /// 0 where nobody knows.
+  /// 0 means unknown.
   std::size_t columns = 0;
   std::size_t rows = 0;
 };
 
-/// Of the terminal behind this descriptor; one that does not tell has 80 columns, and what is none has no size.
+/// The size of the terminal behind this descriptor. A terminal that does not tell its width has 80 columns. 0 rows and
+/// columns when it is no terminal.
 ScreenSize screenSize(int descriptor);
 
 /// A text of `shown` in lines of at most so many columns, broken at blanks; a word that is longer has a line of its

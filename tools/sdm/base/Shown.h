@@ -1,4 +1,4 @@
-// Texts as a terminal may show them.
+// Escapes texts for a terminal.
 #pragma once
 
 #include <cstddef>

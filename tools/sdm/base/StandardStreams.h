@@ -1,4 +1,4 @@
-// Standard input, output and error as the program finds them.
+// Makes standard input, output and error safe to use.
 #pragma once
 
 namespace cli
@@ -8,10 +8,10 @@ namespace cli
 /// otherwise, and commands would come out of a database, or output go into one. Before anything opens a file.
 void holdStandardDescriptors();
 
-/// Makes a write behind the limit on file sizes fail instead of ending the process, so that the operator is told.
+/// Ignores SIGXFSZ: a write beyond the limit on file sizes then fails and is reported, instead of ending the process.
 void reportFileSizeLimit();
 
-/// Writes what is left of standard output. False, with a line on standard error, when part of the output was lost.
+/// Flushes standard output. False, with a line on standard error, when part of the output was lost.
 bool finishOutput();
 
 } // namespace cli

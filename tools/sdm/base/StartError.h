@@ -1,4 +1,4 @@
-// Why the program cannot do what it was asked for.
+// The error that ends a subcommand with `exitCannot`.
 #pragma once
 
 #include <stdexcept>

@@ -1,4 +1,4 @@
-// Colours, where there is someone to see them.
+// Colours for terminals.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// Finds what somebody may have meant by a word that nobody knows.
+// Suggests known words for one that is unknown.
 #pragma once
 
 #include <string>

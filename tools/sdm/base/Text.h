@@ -1,4 +1,4 @@
-// What is asked of texts everywhere. Letters are those of ASCII, whatever the locale is.
+// Small questions about texts. Letters are ASCII letters, whatever the locale is.
 #pragma once
 
 #include <algorithm>

@@ -1,5 +1,5 @@
-// Files as they are read: regular ones alone, whole, within a limit. A pipe or a device in the place of a file would
-// hold the program up or fill its memory.
+// Reads whole files: regular ones only, up to a limit. A pipe or a device in place of a file would block the program or
+// fill its memory.
 #pragma once
 
 #include <cstddef>
@@ -25,7 +25,7 @@ public:
   const int reason;
 };
 
-/// What no file of ours exceeds, in bytes. Beyond that nobody wrote it, and it would take the memory of a device.
+/// The largest file that is read, in bytes. No real file of the product comes near it.
 constexpr std::size_t largestFile = 64UL * 1024 * 1024;
 
 /// Opens a regular file for reading, without ever waiting for somebody at its other end. Throws `Unusable`; its

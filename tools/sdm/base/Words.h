@@ -1,4 +1,4 @@
-// Takes a command line apart into its words.
+// Splits a command line into words.
 #pragma once
 
 #include <string>

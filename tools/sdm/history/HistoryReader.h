@@ -1,4 +1,4 @@
-// Finds one item in a history: starts that gave it what the start before gave are told in a line of their own.
+// Finds the events of one item in a history. Starts without a change for it are summed up in one line.
 #pragma once
 
 #include <string>

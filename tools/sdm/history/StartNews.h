@@ -1,4 +1,4 @@
-// What a start gave otherwise than the start before.
+// Compares what a start gave with what the start before gave.
 #pragma once
 
 #include <map>

@@ -6,7 +6,7 @@
 namespace cli
 {
 
-/// Makes `target` hold what `source` holds, at once or not at all. Throws `StartError`.
+/// Copies `source` to `target`. A failure leaves the old `target`. Throws `StartError`.
 void copyMap(const std::filesystem::path& source, const std::filesystem::path& target);
 
 } // namespace cli

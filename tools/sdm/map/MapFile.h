@@ -1,4 +1,4 @@
-// Item maps on the disk: read whole, and replaced whole or not at all.
+// Reads item maps, and replaces them as a whole.
 #pragma once
 
 #include <stdexcept>
@@ -18,8 +18,8 @@ public:
 /// MiB.
 std::string readMap(const std::string& path);
 
-/// Puts another content in the place of a file: what opens it finds the old content or the new one, and a failure
-/// leaves the old one. Keeps its permissions, and links that lead to it. Throws `FileError`, also when the file does
+/// Replaces the content of a file. A reader finds the old content or the new one, and a failure leaves the old one.
+/// Keeps the file mode, and follows links. Throws `FileError`, also when the file does
 /// not hold `old` any more or is no ordinary file.
 void replaceMap(const std::string& path, const std::string& old, const std::string& content);
 

@@ -32,7 +32,7 @@ struct Span
   }
 };
 
-/// What one reading of the library's makes of a piece of the file. A line of more than 500 bytes takes several.
+/// One line as the library reads it. The library reads a line of more than 500 bytes in several pieces.
 struct MapLine
 {
   enum class Kind
@@ -112,7 +112,7 @@ struct Position
   std::size_t column = 1;
 };
 
-/// Tells positions of a map. Built once a map, for it notes where each line begins.
+/// Turns bytes of a map into positions. Make one for each map: the constructor looks for the start of every line.
 class Positions
 {
 public:

@@ -1,4 +1,4 @@
-// What of a secret may be seen: nothing.
+// Masks secrets.
 #pragma once
 
 #include <set>

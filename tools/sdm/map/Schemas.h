@@ -1,4 +1,4 @@
-// What the database has to hold for the items of a map.
+// The tables that the items of a map need in the database.
 #pragma once
 
 #include <vector>

@@ -1,4 +1,4 @@
-// Finds secrets in texts of others: reasons, exceptions, whatever a service says.
+// Finds secrets in texts of services: reasons for refusals, texts of exceptions.
 #pragma once
 
 #include <cstddef>
@@ -9,7 +9,7 @@
 namespace cli
 {
 
-/// The ways in which a text of somebody may repeat a secret: as it is, and escaped for XML, JSON or a terminal.
+/// The forms in which a text may repeat a secret: plain, and escaped for XML, JSON or a terminal.
 std::vector<std::string> formsOf(const std::string& secret);
 
 /// Texts to look for, each with what takes its place; the longest goes first.

@@ -1,4 +1,4 @@
-// Characters out of the bytes that somebody types.
+// Decodes typed bytes into characters.
 #pragma once
 
 #include <functional>

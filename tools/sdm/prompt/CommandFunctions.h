@@ -38,7 +38,7 @@ Outcome lockItem(Session& session, const Arguments& arguments);
 Outcome unlockItem(Session& session, const Arguments& arguments);
 Outcome demandFault(Session& session, const Arguments& arguments);
 
-// Looking behind.
+// Looking inside.
 Outcome showTraffic(Session& session, const Arguments& arguments);
 Outcome showSecurityLog(Session& session, const Arguments& arguments);
 Outcome showStats(Session& session, const Arguments& arguments);

@@ -1,4 +1,4 @@
-// A device is brought up, then does what it is told, line by line.
+// Brings a device up and carries out commands, line by line.
 #pragma once
 
 #include "base/Subcommand.h"

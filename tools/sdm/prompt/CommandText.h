@@ -12,7 +12,7 @@
 namespace cli
 {
 
-/// The words as a line that is taken apart into them again.
+/// Joins words into a line; `splitWords` of that line gives the same words.
 std::string joinedWords(const std::vector<std::string>& words);
 
 /// The line with the names of secrets in place of them. Beside the root id of a secret every word that is neither a

@@ -1,4 +1,4 @@
-// What Tab offers.
+// Completion by Tab.
 #pragma once
 
 #include <string>

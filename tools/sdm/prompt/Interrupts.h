@@ -1,4 +1,4 @@
-// Ctrl-C: a thread of its own hears it, so that a command that hangs cannot keep the program from answering.
+// Ctrl-C. A thread waits for the signal, so the program answers even while a command hangs.
 #pragma once
 
 #include <sys/types.h>
@@ -30,7 +30,7 @@ public:
   /// Says what the program is at from now on, in words that may be shown, and forgets earlier interrupts of work.
   void doing(const std::string& work);
 
-  /// Whether the work of now was interrupted.
+  /// Whether the current work was interrupted.
   bool interrupted() const;
 
   /// Says that the program waits for a command: an interrupt is about the line from now on.

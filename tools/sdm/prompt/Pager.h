@@ -1,4 +1,4 @@
-// Shows what is longer than the screen a screen at a time.
+// Shows long output page by page.
 #pragma once
 
 #include <string>

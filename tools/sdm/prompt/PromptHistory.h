@@ -1,4 +1,4 @@
-// The lines typed at earlier runs, in a file of the user's.
+// Keeps typed lines between runs, in a file of the user.
 #pragma once
 
 #include <filesystem>

@@ -1,4 +1,4 @@
-// What of a typed line may be kept, and which secrets are asked for.
+// Decides which typed lines may be kept, and asks for secrets without showing them.
 #pragma once
 
 #include <string>

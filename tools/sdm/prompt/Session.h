@@ -1,4 +1,4 @@
-// What commands work with: the device, the output, and what was done since the start.
+// The context of a command: the device, the output, and the refusals so far.
 #pragma once
 
 #include <map>

@@ -1,4 +1,4 @@
-// Whoever wants to hear what passes between a manager, its service, its platform and those who call it, in its order.
+// The interface of everybody who listens to calls: between manager and service, manager and platform, and from outside.
 #pragma once
 
 #include <optional>
@@ -20,20 +20,20 @@ struct OperationCall
   /// Name and text of each argument that is no record.
   std::vector<std::pair<std::string, std::string>> arguments;
   ManageableData* data = nullptr;
-  /// Registers, looks something up or takes down: no request of anybody's, and no value moves.
+  /// Registration, look-up or clean-up: nobody asked for a value, and no value changes.
   bool housekeeping = false;
 };
 
-/// How an operation ended. What it did not answer is missing.
+/// How an operation ended. A member without an answer is empty.
 struct OperationAnswer
 {
   std::optional<bool> success;
   std::optional<std::string> value;
-  /// What it threw; a text even where there is none in it.
+  /// The text of the exception; never empty, also for an exception without a text.
   std::optional<std::string> thrown;
 };
 
-/// What is behind the value is known when the call is over.
+/// Members after `value` are set when the call has ended.
 struct SetterCall
 {
   std::string setter;
@@ -45,7 +45,7 @@ struct SetterCall
   std::optional<std::string> thrown;
 };
 
-/// What is behind the row is known when the call is over.
+/// Members after `row` are set when the call has ended.
 struct GetterCall
 {
   std::string getter;
@@ -54,7 +54,7 @@ struct GetterCall
   std::optional<std::string> thrown;
 };
 
-/// What is behind the group is known when the call is over.
+/// Members after `group` are set when the call has ended.
 struct ValidatorCall
 {
   std::string operation;

@@ -1,4 +1,4 @@
-// Several who want to hear the same calls.
+// Passes each call on to several listeners.
 #pragma once
 
 #include <vector>
@@ -8,7 +8,7 @@
 namespace cli
 {
 
-/// Tells each of them: of a beginning in the order in which they came, of an end the other way round.
+/// Tells each listener: of the begin of a call in the order of `add`, of its end in reverse order.
 class CallListeners : public CallListener
 {
 public:

@@ -1,4 +1,4 @@
-// What a service's callbacks and validator did since somebody last asked.
+// What the callbacks and the validator of a service did since the last report.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,4 @@
-// Which callback of the service a thread is in, for whoever has to tell that it ended the program.
+// Knows which callback each thread is in, so that a crash names it.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// A service out of its shared object.
+// Loads a service from its shared object.
 #pragma once
 
 #include <filesystem>

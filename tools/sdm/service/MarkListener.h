@@ -1,5 +1,5 @@
-// Tells the host platform what each thread is about, so that whoever waits for a lock hears of whom, and so that the
-// durations of callbacks are counted by name.
+// Tells the host platform what each thread does. Messages about a lock then name who holds it, and durations of
+// callbacks are counted by name.
 #pragma once
 
 #include "CallListener.h"

@@ -1,4 +1,4 @@
-// A service with its manager: who makes the one for the other, and hands the requests over.
+// A service with its manager: makes both, connects them, and passes requests on.
 #pragma once
 
 #include <MgmtAgentIfc.h>

@@ -1,4 +1,4 @@
-// Calls of what a service brings: whatever they throw, the program goes on with a text that may be shown.
+// Calls code of a service. Whatever it throws becomes a text that may be shown.
 #pragma once
 
 #include <exception>

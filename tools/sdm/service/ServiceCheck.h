@@ -1,4 +1,4 @@
-// Tries a service against its item map, on a device that nobody keeps.
+// Tries a service with its item map, on a temporary device.
 #pragma once
 
 #include <chrono>

@@ -1,4 +1,4 @@
-// What the trial of a service tells while it goes on.
+// What the trial of a service reports while it runs.
 #pragma once
 
 #include <functional>

@@ -1,4 +1,4 @@
-// A manager behind a wrapper that tells a listener of every operation, and of every call of a callback on its way.
+// Wraps a manager. Tells a listener of every operation and of every call of a callback.
 #pragma once
 
 #include <ServiceDataManagerIfc.h>

@@ -1,4 +1,4 @@
-// The device's services with a listener in front of them.
+// Wraps the services of a device. Tells a listener of every call.
 #pragma once
 
 #include <LocalMgmtIfc.h>
@@ -14,8 +14,7 @@
 namespace cli
 {
 
-/// What a manager is to be set up with, so that somebody hears what it asks of the device and what becomes of it. No
-/// manager that found a service here may outlive it.
+/// Give this to `setup` of a manager to hear its calls of the platform. It has to outlive the manager.
 class WatchedPlatform : public SvcRTEContext, private host::TrafficListener
 {
 public:

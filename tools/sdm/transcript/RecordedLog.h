@@ -1,4 +1,4 @@
-// Lets a recorder hear the log.
+// Hands log lines to a recorder.
 #pragma once
 
 #include "Recorder.h"
@@ -7,7 +7,7 @@
 namespace cli::transcript
 {
 
-/// For as long as it lives.
+/// Does so during its life.
 class RecordedLog
 {
 public:

@@ -1,4 +1,4 @@
-// Names for secrets: equal secrets have one name in a transcript, and nothing tells which secret it is.
+// Names for secrets in transcripts. Equal secrets have the same name; the name tells nothing about the secret.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,4 @@
-// A transcript as it is read.
+// Reads a transcript.
 #pragma once
 
 #include <filesystem>

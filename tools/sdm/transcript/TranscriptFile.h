@@ -1,4 +1,4 @@
-// The file that a transcript goes into, a line at a time.
+// Writes the file of a transcript, line by line.
 #pragma once
 
 #include <cstddef>
