@@ -3,7 +3,7 @@
 
 #include "SemaphoreContent.h"
 
-CriticalSection::CriticalSection(Semaphore& itsSemaphore) : semaphore(itsSemaphore)
+CriticalSection::CriticalSection(Semaphore& taken) : semaphore(taken)
 {
   semaphore.content->take();
 }

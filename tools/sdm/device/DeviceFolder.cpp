@@ -1,4 +1,4 @@
-// What is asked before anything is made has its answer here, so that nobody asks again when files have changed.
+// Looks at the folder once, before anybody makes a file in it.
 #include "DeviceFolder.h"
 
 #include "DeviceMap.h"

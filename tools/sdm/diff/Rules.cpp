@@ -1,4 +1,4 @@
-// What several rules need: quoting, blanks, the names that XML takes.
+// All rules by subject, and the rule of an id.
 #include "Rules.h"
 
 #include <algorithm>
