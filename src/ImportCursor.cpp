@@ -19,7 +19,7 @@ ManagedDataItem* ImportCursor::find(const char* column, const std::string& row)
 {
   if (items == nullptr)
     return nullptr;
-  Items::const_iterator entry = position < known ? following[position] : next;
+  auto entry = position < known ? following[position] : next;
   if (entry == items->end() || entry->first.item != column || entry->first.index != row)
     entry = search(column, row);
   const bool found = entry != items->end();

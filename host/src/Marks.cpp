@@ -88,9 +88,9 @@ std::shared_ptr<Activity> currentActivity()
   return own.activity;
 }
 
-Mark::Mark(MarkKind itsKind, const std::string& name) : kind(itsKind), began(std::chrono::steady_clock::now())
+Mark::Mark(MarkKind markKind, const std::string& markName) : kind(markKind), began(std::chrono::steady_clock::now())
 {
-  currentActivity()->begin(kind, name);
+  currentActivity()->begin(kind, markName);
 }
 
 Mark::~Mark()

@@ -27,7 +27,7 @@ Semaphore::Semaphore(int initial, int maximum, bool reentrant)
 
 Semaphore::~Semaphore() = default;
 
-Semaphore::Content::Content(int initial, bool itsReentrant) : reentrant(itsReentrant), available(initial)
+Semaphore::Content::Content(int initial, bool isReentrant) : reentrant(isReentrant), available(initial)
 {
   host::enterLock(this, [this] { return report(); });
 }

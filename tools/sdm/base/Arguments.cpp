@@ -70,7 +70,7 @@ ExitCode refuseSubcommand(const std::string& name)
 /// What is wrong, in the words that the program has for it everywhere. The parser's errors begin with the option.
 std::string inOwnWords(const CLI::ParseError& error)
 {
-  const std::string text = error.what();
+  std::string text = error.what();
   const std::string kind = error.get_name();
   const std::string option = text.substr(0, text.find_first_of(": "));
   if (kind == "RequiresError")

@@ -50,11 +50,8 @@ public:
     ::posix_spawn_file_actions_adddup2(&made.actions, output, STDOUT_FILENO);
     ::posix_spawn_file_actions_adddup2(&made.actions, errors, STDERR_FILENO);
     std::vector<std::string> words = command;
-    std::vector<char*> pointers;
-    for (std::string& word : words)
-      pointers.push_back(word.data());
-    pointers.push_back(nullptr);
-    const int failure = ::posix_spawnp(&process, pointers.front(), &made.actions, nullptr, pointers.data(), environ);
+    const int failure =
+        ::posix_spawnp(&process, words.front().c_str(), &made.actions, nullptr, argumentsOf(words).data(), environ);
     if (failure != 0)
       throw Unusable("the program " + command.front() + " cannot be started: " + std::strerror(failure), failure);
   }
@@ -91,6 +88,16 @@ std::string firstLine(int errors)
 }
 
 } // namespace
+
+std::vector<char*> argumentsOf(std::vector<std::string>& words)
+{
+  std::vector<char*> arguments;
+  arguments.reserve(words.size() + 1);
+  for (std::string& word : words)
+    arguments.push_back(word.data());
+  arguments.push_back(nullptr);
+  return arguments;
+}
 
 ChildAnswer answerOf(const std::vector<std::string>& command, std::size_t most)
 {

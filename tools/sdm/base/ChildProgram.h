@@ -18,6 +18,9 @@ struct ChildAnswer
   int code = 0;
 };
 
+/// The texts as `exec` takes them, with a null pointer at the end. They point into `words`.
+std::vector<char*> argumentsOf(std::vector<std::string>& words);
+
 /// Runs a program of the search path with these arguments, the first of which is its name; no shell sees them. Its
 /// standard input is empty. Blocks until it ends. Throws `Unusable` when it cannot be started, and when it answers more
 /// than `most` bytes, which ends it.

@@ -46,17 +46,16 @@ inline CLI::Validator between(std::int64_t lowest, std::int64_t highest)
 {
   const std::string least = std::to_string(lowest);
   const std::string most = std::to_string(highest);
-  return CLI::Validator(
-      [=](std::string& text)
-      {
-        std::int64_t number = 0;
-        const auto [end, problem] = std::from_chars(text.data(), text.data() + text.size(), number);
-        const bool whole = problem == std::errc() && end == text.data() + text.size();
-        return whole && number >= lowest && number <= highest
-                   ? std::string()
-                   : shownValue(text) + " is no whole number from " + least + " to " + most;
-      },
-      "INT in [" + least + " - " + most + "]");
+  return {[=](std::string& text)
+          {
+            std::int64_t number = 0;
+            const auto [end, problem] = std::from_chars(text.data(), text.data() + text.size(), number);
+            const bool whole = problem == std::errc() && end == text.data() + text.size();
+            return whole && number >= lowest && number <= highest
+                       ? std::string()
+                       : shownValue(text) + " is no whole number from " + least + " to " + most;
+          },
+          "INT in [" + least + " - " + most + "]"};
 }
 
 } // namespace cli

@@ -8,7 +8,7 @@
 #include <system_error>
 #include <unistd.h>
 
-#include "Shown.h"
+#include "ChildProgram.h"
 #include "StartError.h"
 #include "Text.h"
 
@@ -61,11 +61,7 @@ void becomeProgramBeside(const std::string& name, const char* const* argv)
   std::vector<std::string> arguments = {program};
   for (const char* const* argument = argv + 2; *argument != nullptr; ++argument)
     arguments.emplace_back(*argument);
-  std::vector<char*> pointers;
-  for (std::string& argument : arguments)
-    pointers.push_back(argument.data());
-  pointers.push_back(nullptr);
-  ::execv(program.c_str(), pointers.data());
+  ::execv(program.c_str(), argumentsOf(arguments).data());
   throw StartError("the program " + program + " cannot be run: " + std::strerror(errno));
 }
 

@@ -80,6 +80,7 @@ findings::Finding sharedOf(const Result& result, const Finding& finding, const P
 std::vector<findings::RuleText> textsOf(const std::vector<const Rule*>& rules)
 {
   std::vector<findings::RuleText> texts;
+  texts.reserve(rules.size());
   for (const Rule* rule : rules)
     texts.push_back(textOf(*rule));
   return texts;

@@ -67,18 +67,17 @@ void lookForWinner(const ItemText& was, const ItemText& is, Unfound& unfound, Ch
 
 void lookForLines(const Lines& lines, Changes& changes)
 {
-  const auto told = [&](const char* rule, const Pair& pair, const char* what)
+  const auto told = [&](const char* rule, const ItemText& item, const Pair& pair, const char* what)
   {
-    const ItemText& item = pair.before != nullptr ? *pair.before : *pair.after;
     Change& change = changes.add(rule, item[Column::rootId], pair, Column::rootId,
                                  "a line with the root id " + quoted(item[Column::rootId]) + " in " + placeText(item) +
                                      " that requests do not find " + what);
     (pair.before != nullptr ? change.before : change.after) = placeText(item);
   };
   for (std::size_t i = lines.before.size(); i < lines.after.size(); ++i)
-    told("start-line-added", {nullptr, lines.after[i]}, "is new");
+    told("start-line-added", *lines.after[i], {nullptr, lines.after[i]}, "is new");
   for (std::size_t i = lines.after.size(); i < lines.before.size(); ++i)
-    told("start-line-removed", {lines.before[i], nullptr}, "is gone");
+    told("start-line-removed", *lines.before[i], {lines.before[i], nullptr}, "is gone");
 }
 
 } // namespace

@@ -23,10 +23,7 @@ const char* gitlabSeverity(Severity severity)
 
 std::string withEffects(const Finding& finding, const char* between)
 {
-  std::string text = finding.text;
-  for (const auto& [title, effect] : finding.effects)
-    text += between + title + ": " + effect;
-  return text;
+  return finding.text + effectsText(finding, between, "");
 }
 
 /// A text of a workflow command; in a property a colon and a comma have a meaning as well.

@@ -20,11 +20,8 @@ pugi::xml_node addCase(pugi::xml_node& suite, const std::string& name, const std
 
 std::string detailsOf(const Finding& finding)
 {
-  std::string text = shown(finding.place.path) + ":" + std::to_string(finding.place.begin.line) + ":" +
-                     std::to_string(finding.place.begin.column) + "\n";
-  for (const auto& [title, effect] : finding.effects)
-    text += title + ": " + effect + "\n";
-  return text;
+  return shown(finding.place.path) + ":" + std::to_string(finding.place.begin.line) + ":" +
+         std::to_string(finding.place.begin.column) + "\n" + effectsText(finding, "", "\n");
 }
 
 void addFinding(pugi::xml_node& suite, const Report& report, const Finding& finding)

@@ -5,12 +5,18 @@
 #include <array>
 #include <cctype>
 #include <cstdio>
-#include <sodium.h>
 
+#include "base/Digest.h"
 #include "base/Shown.h"
 
 namespace cli::findings
 {
+namespace
+{
+
+constexpr std::size_t fingerprintDigits = 32;
+
+} // namespace
 
 bool counts(FailOn failOn, Severity severity)
 {
@@ -29,17 +35,21 @@ bool Report::hasFailing() const
                      [&](const Finding& finding) { return counts(failOn, severityOf(finding)); });
 }
 
+std::string effectsText(const Finding& finding, const std::string& before, const std::string& after)
+{
+  std::string text;
+  for (const auto& [title, effect] : finding.effects)
+    text.append(before).append(title).append(": ").append(effect).append(after);
+  return text;
+}
+
 std::string fingerprintOf(const std::vector<std::string>& parts)
 {
   // Sizes keep apart what would join to the same text.
   std::string named;
   for (const std::string& part : parts)
-    named += std::to_string(part.size()) + ":" + part;
-  std::array<unsigned char, crypto_hash_sha256_BYTES> digest{};
-  crypto_hash_sha256(digest.data(), reinterpret_cast<const unsigned char*>(named.data()), named.size());
-  std::array<char, 2 * crypto_hash_sha256_BYTES + 1> text{};
-  sodium_bin2hex(text.data(), text.size(), digest.data(), digest.size());
-  return std::string(text.data()).substr(0, 32);
+    named.append(std::to_string(part.size())).append(":").append(part);
+  return sha256Of(named).substr(0, fingerprintDigits);
 }
 
 std::string uriOf(const std::string& path)

@@ -45,6 +45,7 @@ struct Related
   std::string text;
 };
 
+// NOLINTNEXTLINE(bugprone-exception-escape): moving JSON is declared not to throw, but checks itself on the way.
 struct Finding
 {
   /// The place of its rule in `Report::rules`.
@@ -116,6 +117,9 @@ void keepApart(std::vector<Named>& all, Fingerprint fingerprint)
       name += "-" + std::to_string(before + 1);
   }
 }
+
+/// The effects of a finding, "TITLE: TEXT" each, with `before` and `after` around each.
+std::string effectsText(const Finding& finding, const std::string& before, const std::string& after);
 
 /// A path as a reference of a URI: what has a meaning there is written in hexadecimal digits.
 std::string uriOf(const std::string& path);

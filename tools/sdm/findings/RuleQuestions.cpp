@@ -55,6 +55,7 @@ void list(const std::vector<RuleText>& rules, Format format)
 std::string refusalOfRule(const std::vector<RuleText>& rules, const std::string& id)
 {
   std::vector<std::string> known;
+  known.reserve(rules.size());
   for (const RuleText& rule : rules)
     known.push_back(rule.id);
   if (id.empty() || std::find(known.begin(), known.end(), id) != known.end())

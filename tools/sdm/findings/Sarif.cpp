@@ -28,9 +28,7 @@ Json ruleOf(const RuleText& rule)
 
 Json resultOf(const Report& report, const Finding& finding)
 {
-  std::string text = finding.text;
-  for (const auto& [title, effect] : finding.effects)
-    text += "\n" + title + ": " + effect;
+  const std::string text = finding.text + effectsText(finding, "\n", "");
   Json made = {{"ruleId", report.rules[finding.rule].id},
                {"ruleIndex", finding.rule},
                {"level", severityName(report.severityOf(finding))},

@@ -1,11 +1,10 @@
 // The lock is taken for each event, the event is made and written under it, so that lines have the order of the calls.
 #include "Recorder.h"
 
-#include <array>
 #include <nlohmann/json.hpp>
-#include <sodium.h>
 
 #include "SafeEvents.h"
+#include "base/Digest.h"
 #include "base/JsonText.h"
 
 namespace cli::transcript
@@ -22,12 +21,7 @@ constexpr const char* tellsDurations = "LockWatch";
 
 std::string digestOf(const std::filesystem::path& path)
 {
-  const std::string content = mapContent(path);
-  std::array<unsigned char, crypto_hash_sha256_BYTES> digest{};
-  crypto_hash_sha256(digest.data(), reinterpret_cast<const unsigned char*>(content.data()), content.size());
-  std::array<char, 2 * crypto_hash_sha256_BYTES + 1> text{};
-  sodium_bin2hex(text.data(), text.size(), digest.data(), digest.size());
-  return std::string("sha256:") + text.data();
+  return "sha256:" + sha256Of(mapContent(path));
 }
 
 Recorder::Recorder(const std::filesystem::path& itsFile, CommandMask mask, bool overwrites)
