@@ -21,6 +21,7 @@ namespace
 {
 
 constexpr std::size_t longestComplaint = 4096;
+constexpr int notStarted = 127;
 
 /// What the child does with its descriptors before it becomes the program.
 class Actions
@@ -115,6 +116,9 @@ ChildAnswer answerOf(const std::vector<std::string>& command, std::size_t most)
   answer.output = wholeContent(reading.number, most);
   answer.code = child.end();
   answer.complaint = firstLine(errors.number);
+  // Where the system cannot tell at once that there is no such program, the child ends so, without a word.
+  if (answer.code == notStarted && answer.output.empty() && answer.complaint.empty())
+    throw Unusable("the program " + command.front() + " cannot be started");
   return answer;
 }
 
