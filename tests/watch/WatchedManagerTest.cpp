@@ -408,3 +408,41 @@ TEST_P(WatchedOperation, IsKnownByItsNameWhileItWaits)
 
 INSTANTIATE_TEST_SUITE_P(All, WatchedOperation, testing::ValuesIn(operationCases),
                          [](const auto& each) { return std::string(each.param.name); });
+
+namespace
+{
+
+/// As a static device, which takes its service down when the process ends.
+class CallsAtTheEnd
+{
+public:
+  CallsAtTheEnd() = default;
+  ~CallsAtTheEnd()
+  {
+    callOnce();
+  }
+  CallsAtTheEnd(const CallsAtTheEnd&) = delete;
+  CallsAtTheEnd& operator=(const CallsAtTheEnd&) = delete;
+
+  static void callOnce()
+  {
+    cli::MarkListener marks;
+    const cli::OperationCall call = {"deleteSetters", {}, nullptr, true};
+    marks.operationBegins(call);
+    marks.operationEnded(call, {});
+  }
+};
+
+[[noreturn]] void endWithAStaticDevice()
+{
+  static const CallsAtTheEnd device;
+  CallsAtTheEnd::callOnce();
+  std::exit(0);
+}
+
+} // namespace
+
+TEST(MarksOfAThread, ServeADeviceThatGoesAwayWithTheProcess)
+{
+  EXPECT_EXIT(endWithAStaticDevice(), testing::ExitedWithCode(0), "");
+}

@@ -1,8 +1,7 @@
-// A stack of marks a thread.
+// Each thread has a stack of marks.
 #include "MarkListener.h"
 
 #include <memory>
-#include <vector>
 
 #include "host/Marks.h"
 
@@ -14,21 +13,26 @@ namespace
 using host::Mark;
 using host::MarkKind;
 
-/// Of this thread, the innermost last.
-std::vector<std::unique_ptr<Mark>>& marks()
+/// A mark of a call that has not ended.
+struct OpenMark
 {
-  static thread_local std::vector<std::unique_ptr<Mark>> own;
-  return own;
-}
+  Mark mark;
+  OpenMark* outer;
+};
+
+/// Of this thread. A plain pointer, since the destructor of a static device makes calls when objects of the thread are
+/// gone already.
+thread_local OpenMark* innermost = nullptr;
 
 void begin(MarkKind kind, const std::string& name)
 {
-  marks().push_back(std::make_unique<Mark>(kind, name));
+  innermost = new OpenMark{{kind, name}, innermost};
 }
 
 void end()
 {
-  marks().pop_back();
+  const std::unique_ptr<OpenMark> ended(innermost);
+  innermost = ended->outer;
 }
 
 } // namespace
